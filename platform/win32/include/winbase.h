@@ -1,0 +1,4 @@
+// kernel: files, folders, resources, threads, waits, processes, time.
+#pragma once
+
+#include "windef.h"

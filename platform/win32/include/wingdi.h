@@ -1,0 +1,4 @@
+// gdi: device contexts, bitmaps, drawing, regions, text.
+#pragma once
+
+#include "windef.h"

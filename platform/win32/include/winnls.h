@@ -1,0 +1,4 @@
+// kernel: code pages, character case and classes.
+#pragma once
+
+#include "windef.h"

@@ -1,0 +1,4 @@
+// advapi: the registry.
+#pragma once
+
+#include "windef.h"

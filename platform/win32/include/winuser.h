@@ -1,0 +1,4 @@
+// user: windows, messages, timers, input.
+#pragma once
+
+#include "windef.h"
