@@ -1,0 +1,6 @@
+// The framework's base: objects that know their class, strings, exceptions, files and archives.
+#pragma once
+
+#include "afx/exception.h"
+#include "afx/object.h"
+#include "afx/string.h"
