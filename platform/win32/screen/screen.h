@@ -71,7 +71,7 @@ struct ScreenEvent {
     unsigned button = 0;    // the MouseButton of button_down and button_up
     int amount = 0;
     unsigned key = 0;
-    std::string text;
+    std::string text{};
     RECT bounds{};
     SurfaceState state = SurfaceState::normal;
     std::uint32_t time = 0; // milliseconds, same clock as GetTickCount
@@ -93,13 +93,16 @@ class Screen {
 public:
     virtual ~Screen() = default;
 
-    // A hidden surface; its pixels are black. 0 if the display refuses.
+    // A hidden surface; its pixels are black. 0 if the display refuses. An extent beyond 32767 pixels is cut to that,
+    // one of 0 or less is 0, here and in `place`; a surface without extent is not on the display, even while it is
+    // shown.
     virtual SurfaceId create(const RECT& bounds, const SurfaceTraits& traits) = 0;
     virtual void destroy(SurfaceId surface) = 0;
     virtual void set_traits(SurfaceId surface, const SurfaceTraits& traits) = 0;
     virtual void show(SurfaceId surface, bool visible, bool activate) = 0;
     // Moves and sizes. Pixels that stay keep their content (top left corner fixed), new ones are black.
     virtual void place(SurfaceId surface, const RECT& bounds) = 0;
+    // A wish: what the desktop makes of it comes back as `state` and, when the rectangle changed, `placed`.
     virtual void set_state(SurfaceId surface, SurfaceState state) = 0;
     virtual void raise(SurfaceId surface) = 0;
     virtual void lower(SurfaceId surface) = 0;
@@ -108,12 +111,15 @@ public:
     virtual void set_shape(SurfaceId surface, std::optional<std::span<const RECT>> rectangles) = 0;
     virtual void set_icon(SurfaceId surface, PixelView argb) = 0; // pixels 0xAARRGGBB, copied
 
-    // The surface's own pixels, valid until it is placed or destroyed. Drawing shows on the display by `present`.
+    // The surface's own pixels, valid until it is placed, destroyed, or next_event says that it was placed from
+    // outside. Drawing shows on the display by `present`. Smaller than the surface when the system refused memory for a
+    // larger one, empty for no surface.
     virtual PixelView pixels(SurfaceId surface) = 0;
     virtual void present(SurfaceId surface, const RECT& damage) = 0; // damage in surface coordinates
 
     virtual void set_cursor(SurfaceId surface, CursorShape shape) = 0;
-    // Sends all pointer events to `surface` until released, wherever the pointer is.
+    // Sends all pointer events to `surface` until released, wherever the pointer is. Without it the surface that took a
+    // press has them until the last button is up.
     virtual bool capture(SurfaceId surface) = 0;
     virtual void release_capture() = 0;
     virtual Pointer pointer() = 0;
