@@ -38,7 +38,8 @@ public:
 // The process's file system; never null.
 FileSystem& file_system();
 
-// Replaces it and returns the one before. For tests; not while another thread uses files.
-std::shared_ptr<FileSystem> exchange_file_system(std::shared_ptr<FileSystem> replacement);
+// Puts another one in its place and returns the one before; null stands for the real one. For tests; not while another
+// thread uses files.
+std::shared_ptr<FileSystem> exchange_file_system(std::shared_ptr<FileSystem> other);
 
 } // namespace win32

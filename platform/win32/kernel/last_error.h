@@ -5,12 +5,13 @@
 
 namespace win32 {
 
-// The documented error number for an errno value (ENOENT 2, EACCES 5, ENOSPC 112, EEXIST 183, ...).
+// The documented error number for an errno value (ENOENT 2, EACCES 5, ENOSPC 112, EEXIST 183, ...). Takes either sign,
+// so that a result of FileSystem fits as it is.
 DWORD error_from_errno(int error);
 
-// Sets the thread's last error and gives `result` back, so that a guard reads `return fail(FALSE, ERROR_...)`.
 void set_last_error(DWORD error);
 
+// Sets the thread's last error and gives `result` back, so that a guard reads `return fail(FALSE, ERROR_...)`.
 template <class Result>
 [[nodiscard]] Result fail(Result result, DWORD error)
 {
