@@ -23,6 +23,9 @@ public:
     CString(LPCSTR psz);
     CString(LPCSTR pch, int nLength); // exactly that many bytes
     CString(char ch, int nRepeat = 1);
+    // From UTF-16 to the process's code page; what it lacks becomes its default character.
+    CString(LPCWSTR psz);
+    CString(LPCWSTR pch, int nLength); // that many units
     ~CString() { release(buffer_); }
 
     CString& operator=(const CString& str) noexcept
@@ -91,6 +94,9 @@ public:
     int Insert(int nIndex, char ch);
     int Insert(int nIndex, LPCSTR psz);
     int Delete(int nIndex, int nCount = 1);
+
+    // A text of the program's string table. FALSE: there is none, and the string is empty.
+    BOOL LoadString(UINT nID);
 
     // Arguments may point into the string itself. A text that cannot be formatted gives an empty string.
     void Format(LPCSTR pszFormat, ...) __attribute__((format(printf, 2, 3)));
