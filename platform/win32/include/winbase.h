@@ -219,6 +219,7 @@ DWORD WINAPI ResumeThread(HANDLE thread);
 BOOL WINAPI GetExitCodeThread(HANDLE thread, LPDWORD exit_code);
 DWORD WINAPI GetCurrentThreadId();
 
+// Within the program only: a name is refused with ERROR_NOT_SUPPORTED.
 HANDLE WINAPI CreateEventA(LPSECURITY_ATTRIBUTES security, BOOL manual_reset, BOOL initial_state, LPCSTR name);
 BOOL WINAPI SetEvent(HANDLE event);
 BOOL WINAPI ResetEvent(HANDLE event);

@@ -1,6 +1,5 @@
 #include "platform/win32/kernel/program_resources.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <utility>
 
@@ -55,10 +54,10 @@ void release_resource_pages(std::span<const std::byte> piece)
     const std::uintptr_t piece_first = address(piece.data());
     if (!resources.is_file_mapping || piece_first < first || piece_first >= past || piece.size() > past - piece_first)
         return;
-    // rounded outwards on the piece, whose neighbours are resources as well, but never beyond the resources
+    // all of them: the system maps far more around a page than was read, up to two megabytes
     const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
-    const std::uintptr_t begin = std::max(piece_first / page * page, (first + page - 1) / page * page);
-    const std::uintptr_t end = std::min((piece_first + piece.size() + page - 1) / page * page, past / page * page);
+    const std::uintptr_t begin = (first + page - 1) / page * page;
+    const std::uintptr_t end = past / page * page;
     if (begin < end)
         (void)::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_DONTNEED); // refused, the pages just stay
 }

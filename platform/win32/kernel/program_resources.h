@@ -18,7 +18,8 @@ const ProgramResources& program_resources();
 // Puts others in their place and returns the ones before. For tests; the bytes stay the caller's.
 ProgramResources exchange_program_resources(const ProgramResources& other);
 
-// Lets go of the memory behind a piece of the resources that was read. Does nothing for bytes that are not resources.
+// Lets go of the memory behind the resources after a piece of them was read; they stay valid and come back page by page
+// as they are touched. Does nothing for bytes that are not resources.
 void release_resource_pages(std::span<const std::byte> piece);
 
 } // namespace win32
