@@ -13,16 +13,12 @@
 #include <iconv.h>
 
 #include "platform/win32/kernel/last_error.h"
+#include "winbase.h"
 #include "winnls.h"
 
 namespace win32 {
 
 namespace {
-
-constexpr DWORD kInvalidParameter = 87;
-constexpr DWORD kInsufficientBuffer = 122;
-constexpr DWORD kInvalidFlags = 1004;
-constexpr DWORD kNoUnicodeTranslation = 1113;
 
 constexpr char16_t kReplacement = 0xFFFD;
 
@@ -351,9 +347,9 @@ template <class Unit>
 int finish(const Output<Unit>& out, int size)
 {
     if (out.needed() > INT_MAX)
-        return fail(0, kInvalidParameter);
+        return fail(0, ERROR_INVALID_PARAMETER);
     const int needed = static_cast<int>(out.needed());
-    return size != 0 && needed > size ? fail(0, kInsufficientBuffer) : needed;
+    return size != 0 && needed > size ? fail(0, ERROR_INSUFFICIENT_BUFFER) : needed;
 }
 
 } // namespace
@@ -368,17 +364,17 @@ int MultiByteToWideChar(UINT code_page, DWORD flags, LPCSTR text, int length, LP
         code_page = GetACP();
     const CodePage* page = code_page == CP_UTF8 ? nullptr : find_code_page(code_page);
     if ((code_page != CP_UTF8 && !page) || !has_usable_sizes(text, length, wide, wide_size))
-        return fail(0, kInvalidParameter);
+        return fail(0, ERROR_INVALID_PARAMETER);
     const DWORD known_flags = page ? MB_PRECOMPOSED | MB_ERR_INVALID_CHARS : MB_ERR_INVALID_CHARS;
     if (flags & ~known_flags)
-        return fail(0, kInvalidFlags);
+        return fail(0, ERROR_INVALID_FLAGS);
     Output<char16_t> out(wide, wide_size);
     const std::string_view source = view_of(text, length);
     const bool valid = !page          ? decode_utf8(source, out)
                        : page->tables ? decode_by_tables(*page->tables, source, out)
                                       : decode_by_iconv(*page, source, out);
     if (!valid && (flags & MB_ERR_INVALID_CHARS))
-        return fail(0, kNoUnicodeTranslation);
+        return fail(0, ERROR_NO_UNICODE_TRANSLATION);
     return finish(out, wide_size);
 }
 
@@ -390,9 +386,9 @@ int WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wide, int wide_leng
     const CodePage* page = code_page == CP_UTF8 ? nullptr : find_code_page(code_page);
     if ((code_page != CP_UTF8 && !page) || !has_usable_sizes(wide, wide_length, text, text_size) ||
         (!page && (default_char || used_default)))
-        return fail(0, kInvalidParameter);
+        return fail(0, ERROR_INVALID_PARAMETER);
     if (flags & ~(page ? WC_NO_BEST_FIT_CHARS : WC_ERR_INVALID_CHARS))
-        return fail(0, kInvalidFlags);
+        return fail(0, ERROR_INVALID_FLAGS);
     Output<char> out(text, text_size);
     const std::u16string_view source = view_of(wide, wide_length);
     const std::string_view lacking = default_char ? default_char : "?";
@@ -402,7 +398,7 @@ int WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wide, int wide_leng
     if (used_default)
         *used_default = !complete;
     if (!complete && (flags & WC_ERR_INVALID_CHARS))
-        return fail(0, kNoUnicodeTranslation);
+        return fail(0, ERROR_NO_UNICODE_TRANSLATION);
     return finish(out, text_size);
 }
 
