@@ -37,6 +37,15 @@ inline constexpr UINT FILEOP_ABORT = 0;
 inline constexpr UINT FILEOP_DOCOPY = 1;
 inline constexpr UINT FILEOP_SKIP = 2;
 
-// Announces every entry of the cabinet and copies those whose callback answers FILEOP_DOCOPY. FALSE with a last error
-// when the cabinet cannot be read, or the callback ends the walk.
+// Announces every entry of the cabinet in the order of its data, copies those whose callback answers FILEOP_DOCOPY, and
+// says after each what became of it. An entry is written beside its target and takes its place whole, with the time and
+// the execute permission that the cabinet gives it; a failed copy leaves what was there. After NO_ERROR the bytes are
+// written; they are flushed and put in place while the next entries are on their way, and all of them stand, safe from
+// a power cut, when the walk returns.
+//
+// An entry whose name would leave the target's folder (a "..", a drive, a leading separator, an empty component) is not
+// announced and not copied. Last errors of FALSE: the cabinet cannot be opened, ERROR_INVALID_DATA: it is none,
+// ERROR_CANCELLED: the callback answered FILEOP_ABORT, the callback's own answer to SPFILENOTIFY_FILEEXTRACTED. After a
+// walk to the end: ERROR_INVALID_NAME, some entries were refused; or the error of a file that was written and could not
+// take its place.
 BOOL WINAPI SetupIterateCabinetA(LPCSTR cabinet, DWORD reserved, PSP_FILE_CALLBACK_A callback, PVOID context);
