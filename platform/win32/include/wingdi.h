@@ -1,4 +1,267 @@
-// gdi: device contexts, bitmaps, drawing, regions, text.
+// gdi: device contexts, bitmaps, drawing, regions.
+//
+// Contexts and compatible bitmaps are 32-bit (0x00RRGGBB in memory, COLORREF 0x00BBGGRR in calls), masks are 1-bit. All
+// units are pixels. A context, and the bitmap selected into it, belong to one thread at a time; different contexts may
+// be used on different threads. Every call takes any number: what lies outside a picture is not drawn.
 #pragma once
 
 #include "windef.h"
+
+// Colours.
+constexpr COLORREF RGB(unsigned red, unsigned green, unsigned blue)
+{
+    return (red & 0xFF) | ((green & 0xFF) << 8) | ((blue & 0xFF) << 16);
+}
+constexpr BYTE GetRValue(COLORREF colour)
+{
+    return static_cast<BYTE>(colour);
+}
+constexpr BYTE GetGValue(COLORREF colour)
+{
+    return static_cast<BYTE>(colour >> 8);
+}
+constexpr BYTE GetBValue(COLORREF colour)
+{
+    return static_cast<BYTE>(colour >> 16);
+}
+inline constexpr COLORREF CLR_INVALID = 0xFFFFFFFF;
+
+// Objects.
+inline constexpr DWORD OBJ_PEN = 1;
+inline constexpr DWORD OBJ_BRUSH = 2;
+inline constexpr DWORD OBJ_DC = 3;
+inline constexpr DWORD OBJ_FONT = 6;
+inline constexpr DWORD OBJ_BITMAP = 7;
+inline constexpr DWORD OBJ_REGION = 8;
+inline constexpr DWORD OBJ_MEMDC = 10;
+
+inline constexpr int WHITE_BRUSH = 0;
+inline constexpr int LTGRAY_BRUSH = 1;
+inline constexpr int GRAY_BRUSH = 2;
+inline constexpr int DKGRAY_BRUSH = 3;
+inline constexpr int BLACK_BRUSH = 4;
+inline constexpr int NULL_BRUSH = 5;
+inline constexpr int HOLLOW_BRUSH = NULL_BRUSH;
+inline constexpr int WHITE_PEN = 6;
+inline constexpr int BLACK_PEN = 7;
+inline constexpr int NULL_PEN = 8;
+inline constexpr int SYSTEM_FONT = 13;
+inline constexpr int DEFAULT_GUI_FONT = 17;
+
+inline constexpr int PS_SOLID = 0;
+inline constexpr int PS_NULL = 5;
+inline constexpr UINT BS_SOLID = 0;
+inline constexpr UINT BS_NULL = 1;
+inline constexpr UINT BS_PATTERN = 3;
+
+struct BITMAP {
+    LONG bmType; // 0
+    LONG bmWidth;
+    LONG bmHeight;
+    LONG bmWidthBytes; // of a row, a multiple of 2
+    WORD bmPlanes;     // 1
+    WORD bmBitsPixel;  // 1 or 32
+    LPVOID bmBits;     // of a DIB section; null otherwise
+};
+
+struct LOGPEN {
+    UINT lopnStyle;
+    POINT lopnWidth; // x counts
+    COLORREF lopnColor;
+};
+
+struct LOGBRUSH {
+    UINT lbStyle;
+    COLORREF lbColor;
+    ULONG_PTR lbHatch;
+};
+
+// The stock object of that number; it need not be deleted, and deleting it does nothing and succeeds. Null: no such
+// number.
+HGDIOBJ GetStockObject(int index);
+// FALSE: no such object, or it is selected into a context (which keeps it).
+BOOL DeleteObject(HGDIOBJ object);
+// The OBJ_ number, 0 for what is no object.
+DWORD GetObjectType(HGDIOBJ object);
+// Copies the object's description (BITMAP, DIBSECTION, LOGPEN, LOGBRUSH, LOGFONTA), at most `size` bytes; the number of
+// bytes written, or 0. Without a buffer, the number that would be written.
+int GetObjectA(HGDIOBJ object, int size, LPVOID buffer);
+
+// Solid, one pixel wide (a width of 0 or 1), or PS_NULL. Null for other styles and widths.
+HPEN CreatePen(int style, int width, COLORREF colour);
+HBRUSH CreateSolidBrush(COLORREF colour);
+// A brush that repeats a copy of the bitmap from the context's origin on.
+HBRUSH CreatePatternBrush(HBITMAP bitmap);
+
+// Bitmaps. New pixels are black. At most 64 Mi pixels each; null for more or for a negative extent; a width or height
+// of 0 gives one 1-bit pixel.
+HBITMAP CreateCompatibleBitmap(HDC dc, int width, int height);
+// 1 or 32 bits a pixel, one plane; null for others. `bits` (top row first, rows of a multiple of 2 bytes, a set bit is
+// white) may be null.
+HBITMAP CreateBitmap(int width, int height, UINT planes, UINT bits_per_pixel, LPCVOID bits);
+
+// Contexts. A new memory context holds a bitmap of one 1-bit pixel and has the layout of the other context.
+HDC CreateCompatibleDC(HDC dc);
+// Memory contexts only: others go back to whoever gave them.
+BOOL DeleteDC(HDC dc);
+// Selects a pen, brush, font or bitmap and returns the one before, or a region as SelectClipRgn does and returns the
+// kind of region. Null (for a region ERROR): nothing changed. A bitmap goes into one memory context at a time.
+HGDIOBJ SelectObject(HDC dc, HGDIOBJ object);
+// The selected object of that OBJ_ number.
+HGDIOBJ GetCurrentObject(HDC dc, UINT type);
+int SaveDC(HDC dc);
+// A positive `level` is what SaveDC returned, a negative one counts back from the newest.
+BOOL RestoreDC(HDC dc, int level);
+BOOL GdiFlush();
+
+inline constexpr int HORZRES = 8;
+inline constexpr int VERTRES = 10;
+inline constexpr int BITSPIXEL = 12;
+inline constexpr int PLANES = 14;
+inline constexpr int LOGPIXELSX = 88;
+inline constexpr int LOGPIXELSY = 90;
+int GetDeviceCaps(HDC dc, int index);
+
+// Attributes.
+inline constexpr int TRANSPARENT = 1;
+inline constexpr int OPAQUE = 2;
+inline constexpr int R2_BLACK = 1;
+inline constexpr int R2_NOTMERGEPEN = 2;
+inline constexpr int R2_MASKNOTPEN = 3;
+inline constexpr int R2_NOTCOPYPEN = 4;
+inline constexpr int R2_MASKPENNOT = 5;
+inline constexpr int R2_NOT = 6;
+inline constexpr int R2_XORPEN = 7;
+inline constexpr int R2_NOTMASKPEN = 8;
+inline constexpr int R2_MASKPEN = 9;
+inline constexpr int R2_NOTXORPEN = 10;
+inline constexpr int R2_NOP = 11;
+inline constexpr int R2_MERGENOTPEN = 12;
+inline constexpr int R2_COPYPEN = 13;
+inline constexpr int R2_MERGEPENNOT = 14;
+inline constexpr int R2_MERGEPEN = 15;
+inline constexpr int R2_WHITE = 16;
+inline constexpr int BLACKONWHITE = 1;
+inline constexpr int COLORONCOLOR = 3;
+inline constexpr DWORD LAYOUT_RTL = 1;
+inline constexpr DWORD LAYOUT_BITMAPORIENTATIONPRESERVED = 8;
+inline constexpr DWORD GDI_ERROR = 0xFFFFFFFF;
+
+// Setters return the value before; 0 (of the colours CLR_INVALID, of the layout GDI_ERROR): nothing changed.
+int SetBkMode(HDC dc, int mode);
+int GetBkMode(HDC dc);
+int SetROP2(HDC dc, int mode);
+int GetROP2(HDC dc);
+COLORREF SetTextColor(HDC dc, COLORREF colour);
+COLORREF GetTextColor(HDC dc);
+COLORREF SetBkColor(HDC dc, COLORREF colour);
+COLORREF GetBkColor(HDC dc);
+// Stretched colours are never mixed: both modes pick whole source pixels.
+int SetStretchBltMode(HDC dc, int mode);
+int GetStretchBltMode(HDC dc);
+// LAYOUT_RTL mirrors the context's x axis; with LAYOUT_BITMAPORIENTATIONPRESERVED pictures copied from or to it keep
+// their orientation.
+DWORD SetLayout(HDC dc, DWORD layout);
+DWORD GetLayout(HDC dc);
+
+// One logical unit is one pixel; the point `window` of what is drawn lands on the point `viewport` of the context.
+BOOL SetWindowOrgEx(HDC dc, int x, int y, LPPOINT previous);
+BOOL GetWindowOrgEx(HDC dc, LPPOINT origin);
+BOOL SetViewportOrgEx(HDC dc, int x, int y, LPPOINT previous);
+BOOL GetViewportOrgEx(HDC dc, LPPOINT origin);
+BOOL OffsetViewportOrgEx(HDC dc, int x, int y, LPPOINT previous);
+BOOL DPtoLP(HDC dc, LPPOINT points, int count);
+BOOL LPtoDP(HDC dc, LPPOINT points, int count);
+
+// Regions. Coordinates beyond 2^27 are taken as that.
+inline constexpr int ERROR = 0;
+inline constexpr int NULLREGION = 1;
+inline constexpr int SIMPLEREGION = 2;
+inline constexpr int COMPLEXREGION = 3;
+inline constexpr int RGN_AND = 1;
+inline constexpr int RGN_OR = 2;
+inline constexpr int RGN_XOR = 3;
+inline constexpr int RGN_DIFF = 4;
+inline constexpr int RGN_COPY = 5;
+inline constexpr DWORD RDH_RECTANGLES = 1;
+
+struct RGNDATAHEADER {
+    DWORD dwSize;
+    DWORD iType; // RDH_RECTANGLES
+    DWORD nCount;
+    DWORD nRgnSize; // bytes of the rectangles
+    RECT rcBound;
+};
+struct RGNDATA {
+    RGNDATAHEADER rdh;
+    char Buffer[1]; // nCount RECTs
+};
+
+HRGN CreateRectRgn(int left, int top, int right, int bottom);
+HRGN CreateRectRgnIndirect(const RECT* rect);
+HRGN CreateEllipticRgn(int left, int top, int right, int bottom);
+HRGN CreateEllipticRgnIndirect(const RECT* rect);
+// `width` and `height` of the ellipse whose quarters are the corners.
+HRGN CreateRoundRectRgn(int left, int top, int right, int bottom, int width, int height);
+BOOL SetRectRgn(HRGN region, int left, int top, int right, int bottom);
+// `destination` is an existing region and may be one of the sources; RGN_COPY uses the first only.
+int CombineRgn(HRGN destination, HRGN first, HRGN second, int mode);
+int OffsetRgn(HRGN region, int x, int y);
+BOOL EqualRgn(HRGN first, HRGN second);
+BOOL PtInRegion(HRGN region, int x, int y);
+BOOL RectInRegion(HRGN region, const RECT* rect);
+int GetRgnBox(HRGN region, LPRECT box);
+// The region as rectangles, row by row; the bytes needed (without a buffer) or written, or 0.
+DWORD GetRegionData(HRGN region, DWORD size, RGNDATA* data);
+
+// Clipping. Regions are in device coordinates and copied; rectangles are in logical ones.
+int SelectClipRgn(HDC dc, HRGN region); // null: no clipping
+int ExtSelectClipRgn(HDC dc, HRGN region, int mode);
+int IntersectClipRect(HDC dc, int left, int top, int right, int bottom);
+int ExcludeClipRect(HDC dc, int left, int top, int right, int bottom);
+int OffsetClipRgn(HDC dc, int x, int y);
+int GetClipBox(HDC dc, LPRECT box);
+// 1: `region` received the clipping region; 0: there is none; -1: failure.
+int GetClipRgn(HDC dc, HRGN region);
+BOOL PtVisible(HDC dc, int x, int y);
+BOOL RectVisible(HDC dc, const RECT* rect);
+
+// Copies.
+inline constexpr DWORD SRCCOPY = 0x00CC0020;
+inline constexpr DWORD SRCPAINT = 0x00EE0086;
+inline constexpr DWORD SRCAND = 0x008800C6;
+inline constexpr DWORD SRCINVERT = 0x00660046;
+inline constexpr DWORD SRCERASE = 0x00440328;
+inline constexpr DWORD NOTSRCCOPY = 0x00330008;
+inline constexpr DWORD NOTSRCERASE = 0x001100A6;
+inline constexpr DWORD MERGECOPY = 0x00C000CA;
+inline constexpr DWORD MERGEPAINT = 0x00BB0226;
+inline constexpr DWORD PATCOPY = 0x00F00021;
+inline constexpr DWORD PATPAINT = 0x00FB0A09;
+inline constexpr DWORD PATINVERT = 0x005A0049;
+inline constexpr DWORD DSTINVERT = 0x00550009;
+inline constexpr DWORD BLACKNESS = 0x00000042;
+inline constexpr DWORD WHITENESS = 0x00FF0062;
+
+// Any of the 256 operations between source, destination and brush. A negative extent mirrors and runs from its start
+// leftward or upward, the start included. Pixels whose source lies outside the source context stay as they are. Between
+// 1-bit and 32-bit: a clear bit takes the destination's text colour, a set one its background colour; a pixel of the
+// source's background colour sets the bit.
+BOOL BitBlt(HDC dc, int x, int y, int width, int height, HDC source, int source_x, int source_y, DWORD operation);
+// Column i of the destination shows the source's column (2i+1)*source_width/(2*width), rows likewise.
+BOOL StretchBlt(HDC dc, int x, int y, int width, int height, HDC source, int source_x, int source_y, int source_width,
+                int source_height, DWORD operation);
+BOOL PatBlt(HDC dc, int x, int y, int width, int height, DWORD operation);
+
+// Shapes: border with the pen, inside with the brush, both by the mix mode.
+BOOL Rectangle(HDC dc, int left, int top, int right, int bottom);
+int FillRect(HDC dc, const RECT* rect, HBRUSH brush);
+int FrameRect(HDC dc, const RECT* rect, HBRUSH brush);
+BOOL InvertRect(HDC dc, const RECT* rect);
+BOOL FillRgn(HDC dc, HRGN region, HBRUSH brush);
+COLORREF SetPixel(HDC dc, int x, int y, COLORREF colour);
+// CLR_INVALID outside the clipping region.
+COLORREF GetPixel(HDC dc, int x, int y);
+BOOL MoveToEx(HDC dc, int x, int y, LPPOINT previous);
+// The last point is not drawn.
+BOOL LineTo(HDC dc, int x, int y);

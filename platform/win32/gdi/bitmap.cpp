@@ -1,0 +1,125 @@
+#include "platform/win32/gdi/bitmap.h"
+
+#include "platform/win32/kernel/last_error.h"
+
+#include <winbase.h>
+
+#include <cstring>
+
+namespace win32 {
+
+namespace {
+
+// A packed row is converted anew for each copy until it was copied this often; then it is worth its memory.
+constexpr std::uint8_t kReadsBeforeKept = 16;
+
+template <class Pixel, class Owner>
+bool allocate(Owner& owner, int width, int height)
+{
+    owner.reset(static_cast<Pixel*>(std::calloc(static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
+                                                sizeof(Pixel)))); // NOLINT(bugprone-*): the owner frees it
+    return owner != nullptr;
+}
+
+} // namespace
+
+std::shared_ptr<Bitmap> Bitmap::create(int width, int height, int depth)
+{
+    if (!is_bitmap_size(width, height))
+        return fail(nullptr, ERROR_INVALID_PARAMETER);
+    std::shared_ptr<Bitmap> bitmap(new Bitmap(width, height));
+    const bool allocated = depth == 1 ? allocate<std::uint8_t>(bitmap->mono_, width, height)
+                                      : allocate<std::uint32_t>(bitmap->colour_, width, height);
+    if (!allocated)
+        return fail(nullptr, ERROR_NOT_ENOUGH_MEMORY);
+    return bitmap;
+}
+
+std::shared_ptr<Bitmap> Bitmap::create_over(int width, int height, const PackedRows& rows)
+{
+    std::shared_ptr<Bitmap> bitmap = create(width, height, 32);
+    if (!bitmap)
+        return nullptr;
+    bitmap->packed_ = rows;
+    bitmap->reads_.resize(static_cast<std::size_t>(height));
+    return bitmap;
+}
+
+std::shared_ptr<Bitmap> Bitmap::copy() const
+{
+    std::shared_ptr<Bitmap> bitmap = create(width_, height_, depth());
+    if (!bitmap)
+        return nullptr;
+    const std::size_t count = static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_);
+    if (mono_) {
+        std::memcpy(bitmap->mono_.get(), mono_.get(), count);
+        return bitmap;
+    }
+    for (int y = 0; y < height_; y++)
+        read(0, y, width_, bitmap->raster().colour_row(y));
+    return bitmap;
+}
+
+Raster Bitmap::raster()
+{
+    if (packed_.top) {
+        for (int y = 0; y < height_; y++)
+            keep_row(y);
+        packed_ = {};
+        reads_ = {};
+    }
+    return { colour_.get(), mono_.get(), width_, height_, width_ };
+}
+
+void Bitmap::keep_row(int y) const
+{
+    std::uint8_t& reads = reads_[static_cast<std::size_t>(y)];
+    if (reads < kReadsBeforeKept)
+        widen_pixels(packed_.pixel(0, y), width_, colour_.get() + std::ptrdiff_t{ y } * width_);
+    reads = kReadsBeforeKept;
+}
+
+const std::uint32_t* Bitmap::row(int y) const
+{
+    if (mono_ || (packed_.top && reads_[static_cast<std::size_t>(y)] < kReadsBeforeKept))
+        return nullptr;
+    return colour_.get() + std::ptrdiff_t{ y } * width_;
+}
+
+const std::uint32_t* Bitmap::kept_row(int y) const
+{
+    if (packed_.top)
+        keep_row(y);
+    return row(y);
+}
+
+void Bitmap::read(int x, int y, int count, std::uint32_t* out) const
+{
+    if (mono_) {
+        Raster{ nullptr, mono_.get(), width_, height_, width_ }.read(x, y, count, out);
+        return;
+    }
+    if (const std::uint32_t* pixels = row(y)) {
+        std::memcpy(out, pixels + x, static_cast<std::size_t>(count) * sizeof *out);
+        return;
+    }
+    widen_pixels(packed_.pixel(x, y), count, out);
+    std::uint8_t& reads = reads_[static_cast<std::size_t>(y)];
+    if (reads + 1 == kReadsBeforeKept)
+        keep_row(y);
+    else
+        reads++;
+}
+
+int Bitmap::describe(std::span<std::byte> out) const
+{
+    BITMAP description{};
+    description.bmWidth = width_;
+    description.bmHeight = height_;
+    description.bmWidthBytes = mono_ ? (width_ + 15) / 16 * 2 : width_ * 4;
+    description.bmPlanes = 1;
+    description.bmBitsPixel = static_cast<WORD>(depth());
+    return copy_description(out, std::as_bytes(std::span(&description, 1)));
+}
+
+} // namespace win32

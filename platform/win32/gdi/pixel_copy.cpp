@@ -1,0 +1,241 @@
+#include "platform/win32/gdi/pixel_copy.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <vector>
+
+namespace win32 {
+
+std::pair<int, int> AxisMap::reachable(std::int64_t low, std::int64_t high, std::int64_t limit) const
+{
+    if (from_.count == 0)
+        return { 0, 0 };
+    low = std::max(low, to_.low());
+    high = std::min(high, to_.high());
+    const auto outside = [&](std::int64_t position) {
+        const std::int64_t source = source_of(position);
+        return source < 0 || source >= limit;
+    };
+    if (is_shift()) {
+        low = std::max(low, -shift());
+        high = std::min(high, limit - shift());
+    }
+    while (low < high && outside(low))
+        low++;
+    while (low < high && outside(high - 1))
+        high--;
+    return low < high ? std::pair{ static_cast<int>(low), static_cast<int>(high) } : std::pair{ 0, 0 };
+}
+
+void CopySource::read(int x, int y, int count, std::uint32_t* out) const
+{
+    if (bitmap)
+        bitmap->read(x, y, count, out);
+    else
+        raster.read(x - corner.x, y - corner.y, count, out);
+}
+
+const std::uint32_t* CopySource::row(int y, Packed packed) const
+{
+    if (is_mono)
+        return nullptr;
+    if (bitmap)
+        return packed == Packed::keep ? bitmap->kept_row(y) : bitmap->row(y);
+    return raster.colour_row(y - corner.y) - corner.x;
+}
+
+namespace {
+
+constexpr std::size_t bytes(int pixels)
+{
+    return static_cast<std::size_t>(pixels) * sizeof(std::uint32_t);
+}
+
+// Straight copies of 32-bit rows, from the end that an overlap leaves intact.
+void copy_rows(const Copy& copy, const RECT& part)
+{
+    const Raster& raster = copy.target.canvas.raster;
+    const int width = part.right - part.left;
+    const int x = static_cast<int>(part.left + copy.columns.shift());
+    const int dy = static_cast<int>(copy.rows.shift());
+    const int rows = part.bottom - part.top;
+    const bool upward = copy.same_pixels && dy < 0;
+    for (int i = 0; i < rows; i++) {
+        const int y = upward ? part.bottom - 1 - i : part.top + i;
+        std::uint32_t* to = raster.colour_row(y) + part.left;
+        if (const std::uint32_t* from = copy.source.row(y + dy, CopySource::Packed::leave))
+            std::memmove(to, from + x, bytes(width));
+        else
+            copy.source.read(x, y + dy, width, to);
+    }
+}
+
+// Mirrored or stretched copies of 32-bit rows. Neighbours that show the same source row are made once.
+void map_rows(const Copy& copy, const RECT& part)
+{
+    const Raster& raster = copy.target.canvas.raster;
+    std::array<int, kChunk> columns;
+    for (int x = part.left; x < part.right; x += kChunk) {
+        const int count = std::min(kChunk, part.right - x);
+        for (int i = 0; i < count; i++)
+            columns[static_cast<std::size_t>(i)] = static_cast<int>(copy.columns.source_of(x + i));
+        const bool is_reversed = columns[0] - columns[static_cast<std::size_t>(count - 1)] == count - 1;
+        std::int64_t shown = -1;
+        for (int y = part.top; y < part.bottom; y++) {
+            std::uint32_t* to = raster.colour_row(y) + x;
+            const std::int64_t source_y = copy.rows.source_of(y);
+            if (source_y == shown) {
+                std::memcpy(to, raster.colour_row(y - 1) + x, bytes(count));
+                continue;
+            }
+            shown = source_y;
+            const std::uint32_t* from = copy.source.row(static_cast<int>(source_y), CopySource::Packed::keep);
+            if (is_reversed) {
+                std::reverse_copy(from + columns[0] - count + 1, from + columns[0] + 1, to);
+                continue;
+            }
+            for (int i = 0; i < count; i++)
+                to[i] = from[columns[static_cast<std::size_t>(i)]];
+        }
+    }
+}
+
+// A run of source pixels as they appear at target columns x to x + count, in the target's colours.
+void fetch(const Copy& copy, int x, int source_y, int count, std::uint32_t* out)
+{
+    if (copy.columns.is_shift()) {
+        copy.source.read(static_cast<int>(x + copy.columns.shift()), source_y, count, out);
+    } else {
+        for (int i = 0; i < count; i++)
+            copy.source.read(static_cast<int>(copy.columns.source_of(x + i)), source_y, 1, out + i);
+    }
+    const bool to_mono = copy.target.canvas.raster.is_mono();
+    if (copy.source.is_mono && !to_mono) {
+        for (int i = 0; i < count; i++)
+            out[i] = out[i] == kBlack ? copy.target.clear : copy.target.set;
+    } else if (to_mono && !copy.source.is_mono) {
+        for (int i = 0; i < count; i++)
+            out[i] = (out[i] & kWhite) == copy.source.background ? kWhite : kBlack;
+    }
+}
+
+// Everything else: between depths, and by operations of two or three operands.
+void combine_rows(const Copy& copy, const RECT& part)
+{
+    const Raster& raster = copy.target.canvas.raster;
+    std::uint32_t from[kChunk];
+    std::uint32_t pattern[kChunk];
+    std::uint32_t pixels[kChunk];
+    const bool upward = copy.same_pixels && copy.rows.is_shift() && copy.rows.shift() < 0;
+    const bool leftward = copy.same_pixels && copy.columns.is_shift() && copy.columns.shift() < 0;
+    const int chunks = (part.right - part.left + kChunk - 1) / kChunk;
+    for (int row = 0; row < part.bottom - part.top; row++) {
+        const int y = upward ? part.bottom - 1 - row : part.top + row;
+        const int source_y = static_cast<int>(copy.rows.source_of(y));
+        for (int i = 0; i < chunks; i++) {
+            const int x = part.left + (leftward ? chunks - 1 - i : i) * kChunk;
+            const int count = std::min(kChunk, part.right - x);
+            fetch(copy, x, source_y, count, from);
+            copy.paint.read(x, y, count, pattern);
+            raster.read(x, y, count, pixels);
+            copy.operation.apply(pixels, from, pattern, count);
+            raster.write(x, y, count, pixels);
+        }
+    }
+}
+
+void copy_part(const Copy& copy, const RECT& part)
+{
+    const bool plain = copy.operation.copies_source() && !copy.source.is_mono && !copy.target.canvas.raster.is_mono();
+    if (!plain)
+        combine_rows(copy, part);
+    else if (copy.columns.is_shift() && copy.rows.is_shift())
+        copy_rows(copy, part);
+    else
+        map_rows(copy, part);
+}
+
+// The rectangles of the clip, so ordered that none is drawn over another's source.
+template <class Draw>
+void each_box(const Copy& copy, Draw draw)
+{
+    const std::span<const RECT> boxes = copy.target.canvas.clip->rectangles();
+    const bool upward = copy.same_pixels && copy.rows.shift() < 0;
+    const bool leftward = copy.same_pixels && copy.columns.shift() < 0;
+    const std::size_t count = boxes.size();
+    for (std::size_t first = 0; first < count;) {
+        // A band of boxes that stand beside each other; bands from below when going upward.
+        const std::size_t anchor = upward ? count - 1 - first : first;
+        std::size_t length = 1;
+        const auto at = [&](std::size_t i) -> const RECT& { return boxes[upward ? anchor - i : anchor + i]; };
+        while (first + length < count && at(length).top == boxes[anchor].top)
+            length++;
+        for (std::size_t i = 0; i < length; i++) // `at` runs leftward exactly when it runs upward
+            draw(at(leftward == upward ? i : length - 1 - i));
+        first += length;
+    }
+}
+
+// A copy of what the copy reads, for the case that it would write over it.
+class Snapshot {
+public:
+    Snapshot(const CopySource& source, const RECT& area)
+    {
+        const int width = area.right - area.left;
+        const int height = area.bottom - area.top;
+        pixels_.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+        raster_ = { pixels_.data(), nullptr, width, height, width };
+        for (int y = 0; y < height; y++)
+            source.read(area.left, area.top + y, width, raster_.colour_row(y));
+    }
+    const Raster& raster() const { return raster_; }
+
+private:
+    std::vector<std::uint32_t> pixels_;
+    Raster raster_;
+};
+
+RECT source_area(const Copy& copy, const RECT& reach)
+{
+    const RECT corners = normal_rect(copy.columns.source_of(reach.left), copy.rows.source_of(reach.top),
+                                     copy.columns.source_of(reach.right - 1), copy.rows.source_of(reach.bottom - 1));
+    return { corners.left, corners.top, corners.right + 1, corners.bottom + 1 };
+}
+
+void copy_reachable(const Copy& copy, const RECT& reach)
+{
+    each_box(copy, [&](const RECT& box) {
+        if (const RECT part = intersection(box, reach); !is_empty(part))
+            copy_part(copy, part);
+    });
+    copy.target.canvas.changed(reach);
+}
+
+} // namespace
+
+void copy_pixels(const Copy& copy)
+{
+    if (copy.operation.does_nothing())
+        return;
+    const RECT bounds = copy.target.canvas.clip->bounds();
+    const auto [left, right] = copy.columns.reachable(bounds.left, bounds.right, copy.source.width());
+    const auto [top, bottom] = copy.rows.reachable(bounds.top, bounds.bottom, copy.source.height());
+    const RECT reach{ left, top, right, bottom };
+    if (is_empty(reach))
+        return;
+    if (!copy.same_pixels || (copy.columns.is_shift() && copy.rows.is_shift())) {
+        copy_reachable(copy, reach);
+        return;
+    }
+    const RECT area = source_area(copy, reach);
+    const Snapshot snapshot(copy.source, area);
+    Copy from_snapshot = copy;
+    from_snapshot.source.bitmap = nullptr;
+    from_snapshot.source.raster = snapshot.raster();
+    from_snapshot.source.corner = { area.left, area.top };
+    from_snapshot.same_pixels = false;
+    copy_reachable(from_snapshot, reach);
+}
+
+} // namespace win32
