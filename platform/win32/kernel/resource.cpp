@@ -4,7 +4,9 @@
 #include "platform/win32/kernel/program_resources.h"
 #include "platform/win32/kernel/resource_file.h"
 #include "winbase.h"
+#include "winnls.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 #include <string>
@@ -28,7 +30,7 @@ public:
             return;
         }
         name_.is_ordinal = false;
-        text_.assign(text, end);
+        text_ = widen(text, end);
         name_.text = text_;
     }
     AskedName(const AskedName&) = delete;
@@ -37,6 +39,16 @@ public:
     const ResourceName& get() const { return name_; }
 
 private:
+    static std::u16string widen(const char* begin, const char* end)
+    {
+        if (std::all_of(begin, end, [](char letter) { return letter > 0; }))
+            return { begin, end }; // nearly always: no code page need be woken for it
+        const int length = static_cast<int>(end - begin);
+        std::u16string wide(static_cast<std::size_t>(length), u'\0'); // no code page makes more units than bytes
+        wide.resize(static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, begin, length, wide.data(), length)));
+        return wide;
+    }
+
     ResourceName name_;
     std::u16string text_;
 };
