@@ -4,6 +4,8 @@
 #include "platform/win32/gdi/raster.h"
 #include "platform/win32/kernel/handle_table.h"
 #include "platform/win32/kernel/last_error.h"
+#include "platform/win32/kernel/module_exports.h"
+#include "platform/win32/kernel/never_destroyed.h"
 
 #include <winbase.h>
 
@@ -17,12 +19,15 @@ namespace {
 
 constexpr std::uint8_t kHandleTag = 0x20;
 
-// Never destroyed: a thread may still draw while the process ends.
 HandleTable<GdiObject>& objects()
 {
-    static HandleTable<GdiObject>& table = *std::make_unique<HandleTable<GdiObject>>(kHandleTag).release();
-    return table;
+    static NeverDestroyed<HandleTable<GdiObject>> table(kHandleTag);
+    return table.get();
 }
+
+// What programs look for at run time, since not every system has it.
+const Export kExports[] = { exported("SetLayout", SetLayout), exported("GetLayout", GetLayout) };
+const ModuleExports gdi32("gdi32.dll", kExports);
 
 std::uintptr_t bits_of(const void* handle)
 {

@@ -265,3 +265,67 @@ COLORREF GetPixel(HDC dc, int x, int y);
 BOOL MoveToEx(HDC dc, int x, int y, LPPOINT previous);
 // The last point is not drawn.
 BOOL LineTo(HDC dc, int x, int y);
+
+// Device-independent bitmaps: rows of 1, 4, 8, 16, 24 or 32 bits, bottom row first unless the height is negative.
+inline constexpr DWORD BI_RGB = 0;
+inline constexpr DWORD BI_RLE8 = 1;
+inline constexpr DWORD BI_RLE4 = 2;
+inline constexpr DWORD BI_BITFIELDS = 3;
+inline constexpr UINT DIB_RGB_COLORS = 0;
+
+struct RGBQUAD {
+    BYTE rgbBlue;
+    BYTE rgbGreen;
+    BYTE rgbRed;
+    BYTE rgbReserved;
+};
+struct BITMAPCOREHEADER {
+    DWORD bcSize; // 12
+    WORD bcWidth;
+    WORD bcHeight;
+    WORD bcPlanes;
+    WORD bcBitCount;
+};
+struct BITMAPINFOHEADER {
+    DWORD biSize; // 40
+    LONG biWidth;
+    LONG biHeight;
+    WORD biPlanes;
+    WORD biBitCount;
+    DWORD biCompression;
+    DWORD biSizeImage;
+    LONG biXPelsPerMeter;
+    LONG biYPelsPerMeter;
+    DWORD biClrUsed;
+    DWORD biClrImportant;
+};
+struct BITMAPINFO {
+    BITMAPINFOHEADER bmiHeader;
+    RGBQUAD bmiColors[1];
+};
+struct DIBSECTION {
+    BITMAP dsBm;
+    BITMAPINFOHEADER dsBmih;
+    DWORD dsBitfields[3];
+    HANDLE dshSection;
+    DWORD dsOffset;
+};
+#pragma pack(push, 2)
+struct BITMAPFILEHEADER {
+    WORD bfType; // "BM"
+    DWORD bfSize;
+    WORD bfReserved1;
+    WORD bfReserved2;
+    DWORD bfOffBits; // of the pixels, from the file's beginning
+};
+#pragma pack(pop)
+
+// The program's bitmap resource, or (LoadImageA with LR_LOADFROMFILE) a bitmap file, as a 32-bit bitmap. Every depth,
+// run-lengths, bit fields and every documented header; pixels that the data does not reach are black. Null: the data is
+// no bitmap, or a small file claims a large one (more than 64 MB and 64 times its size).
+inline constexpr UINT IMAGE_BITMAP = 0;
+inline constexpr UINT LR_DEFAULTCOLOR = 0;
+inline constexpr UINT LR_LOADFROMFILE = 0x10;
+HBITMAP LoadBitmapA(HINSTANCE instance, LPCSTR name);
+// Width and height 0: the picture's own; others stretch it.
+HANDLE LoadImageA(HINSTANCE instance, LPCSTR name, UINT type, int width, int height, UINT flags);

@@ -16,7 +16,7 @@ struct Export {
 template <class Function>
 Export exported(std::string_view name, Function* function)
 {
-    return { name, reinterpret_cast<FARPROC>(function) };
+    return { name, reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(function)) };
 }
 
 // The exports of one library. A library defines one at namespace scope, in a source that every program of that library
