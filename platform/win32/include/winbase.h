@@ -163,7 +163,8 @@ DWORD WINAPI GetCurrentDirectoryA(DWORD size, LPSTR buffer);
 
 // ---- Modules ----
 
-using FARPROC = INT_PTR(WINAPI*)();
+// To be cast to what the function is. Its result is void, the one type from which compilers let such a cast pass.
+using FARPROC = void(WINAPI*)();
 
 // The program itself for a null name, else a library that LoadLibraryA would find; never to be freed.
 HMODULE WINAPI GetModuleHandleA(LPCSTR name);

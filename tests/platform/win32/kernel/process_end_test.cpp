@@ -1,0 +1,83 @@
+#include "platform/win32/kernel/process_end.h"
+#include "tests/support/TestHome.h"
+
+#include <windows.h>
+
+#include <cstdio>
+#include <fstream>
+#include <thread>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace {
+
+struct Witness {
+    ~Witness() { std::fputs("a static object was destroyed; ", stderr); }
+};
+
+DWORD WINAPI leave_temporaries(LPVOID parameter)
+{
+    const auto& dir = *static_cast<const test::TempDir*>(parameter);
+    for (int i = 0;; i = (i + 1) % 8) {
+        const std::string path = dir.path().string() + "/temporary" + std::to_string(i);
+        const win32::AtProcessEnd promise = win32::at_process_end([path] { ::unlink(path.c_str()); });
+        std::ofstream(path) << "half";
+        ::rename(path.c_str(), (dir / "whole").c_str());
+    }
+}
+
+TEST(ProcessEnd, RunsWhatIsPromisedAndNothingElse)
+{
+    EXPECT_EXIT(
+        {
+            static const Witness witness;
+            const auto first = win32::at_process_end([] { std::fputs("first ", stderr); });
+            auto moved = win32::at_process_end([] { std::fputs("second ", stderr); });
+            const auto second = std::move(moved);
+            {
+                const auto given_back = win32::at_process_end([] { std::fputs("given back ", stderr); });
+            }
+            std::fputs("buffered", stdout);
+            ExitProcess(7);
+        },
+        testing::ExitedWithCode(7), "^second first $");
+}
+
+TEST(ProcessEnd, FlushesStandardOutput)
+{
+    const test::TempDir dir;
+    const std::string path = dir / "out";
+    EXPECT_EXIT(
+        {
+            (void)!std::freopen(path.c_str(), "w", stdout);
+            std::fputs("buffered", stdout);
+            ExitProcess(0);
+        },
+        testing::ExitedWithCode(0), "");
+    std::string text;
+    std::ifstream(path) >> text;
+    EXPECT_EQ(text, "buffered");
+}
+
+TEST(ProcessEnd, LeavesNoTemporaryOfAThreadAtWork)
+{
+    for (int round = 0; round < 20; round++) {
+        test::TempDir dir;
+        EXPECT_EXIT(
+            {
+                CreateThread(nullptr, 0, leave_temporaries, &dir, 0, nullptr);
+                CreateThread(nullptr, 0, leave_temporaries, &dir, 0, nullptr);
+                while (::access((dir / "whole").c_str(), F_OK) != 0)
+                    Sleep(0);
+                ExitProcess(0);
+            },
+            testing::ExitedWithCode(0), "");
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(dir.path()))
+            names.push_back(entry.path().filename().string());
+        EXPECT_EQ(names, std::vector<std::string>{ "whole" });
+    }
+}
+
+} // namespace
