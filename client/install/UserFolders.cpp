@@ -1,0 +1,85 @@
+#include "client/install/UserFolders.h"
+
+#include "client/install/Descriptor.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace client {
+
+namespace {
+
+std::string AbsoluteVariable(const char* pszName)
+{
+    const char* pszValue = std::getenv(pszName);
+    return pszValue && *pszValue == '/' ? pszValue : ""; // a relative one is to be ignored (base directory rules)
+}
+
+std::string HomeFolder(const char* pszVariable, const char* pszBelowHome)
+{
+    if (std::string strFolder = AbsoluteVariable(pszVariable); !strFolder.empty())
+        return strFolder;
+    const std::string strHome = AbsoluteVariable("HOME");
+    return strHome.empty() ? strHome : strHome + "/" + pszBelowHome;
+}
+
+} // namespace
+
+std::string ConfigHome()
+{
+    return HomeFolder("XDG_CONFIG_HOME", ".config");
+}
+
+std::string DataHome()
+{
+    return HomeFolder("XDG_DATA_HOME", ".local/share");
+}
+
+std::string ProgramFolder()
+{
+    std::error_code error;
+    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path().string();
+}
+
+bool MakeFolders(const std::string& strFolder)
+{
+    std::error_code error;
+    std::filesystem::create_directories(strFolder, error);
+    return std::filesystem::is_directory(strFolder, error);
+}
+
+namespace {
+
+bool WriteAll(int fd, const std::string& strText)
+{
+    for (std::size_t nWritten = 0; nWritten < strText.size();) {
+        const ssize_t n = TEMP_FAILURE_RETRY(::write(fd, strText.data() + nWritten, strText.size() - nWritten));
+        if (n < 0)
+            return false;
+        nWritten += static_cast<std::size_t>(n);
+    }
+    return true;
+}
+
+} // namespace
+
+bool ReplaceFile(const std::string& strPath, const std::string& strText, std::string* pError)
+{
+    constexpr mode_t kMode = 0644;
+    std::string strTemporary = strPath + ".XXXXXX";
+    const Descriptor file(::mkostemp(strTemporary.data(), O_CLOEXEC));
+    if (file && WriteAll(file.Get(), strText) && ::fchmod(file.Get(), kMode) == 0 && ::fsync(file.Get()) == 0 &&
+        ::rename(strTemporary.c_str(), strPath.c_str()) == 0)
+        return true;
+    *pError = strPath + ": " + std::strerror(errno);
+    if (file)
+        (void)::unlink(strTemporary.c_str()); // the failure that is reported is the one before
+    return false;
+}
+
+} // namespace client

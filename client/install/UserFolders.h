@@ -1,0 +1,31 @@
+// Where the client's programs find and leave things in the user's home, by the desktop's own rules.
+#pragma once
+
+#include <string>
+
+namespace client {
+
+// What an installation has outside its own folder.
+inline constexpr char kConfigFolder[] = "Varnhal";                              // in ConfigHome()
+inline constexpr char kConfigFile[] = "client.conf";                            // in the config folder
+inline constexpr char kMenuEntry[] = "applications/merav-conferencing.desktop"; // in DataHome()
+
+inline constexpr char kClientProgram[] = "PelkVarnhal.exe"; // in the installation's folder
+
+// $XDG_CONFIG_HOME, else $HOME/.config. Empty: neither variable holds an absolute path.
+std::string ConfigHome();
+
+// $XDG_DATA_HOME, else $HOME/.local/share. Empty likewise.
+std::string DataHome();
+
+// The folder of the running program, without a separator at its end. Empty: the system does not tell.
+std::string ProgramFolder();
+
+// Makes the folder and those above it. FALSE: one of them cannot be made.
+[[nodiscard]] bool MakeFolders(const std::string& strFolder);
+
+// Puts the text in the file, whole or not at all: it is written beside it, flushed and renamed over it. FALSE, with the
+// fault in *pError: the old file, or none, is still there.
+[[nodiscard]] bool ReplaceFile(const std::string& strPath, const std::string& strText, std::string* pError);
+
+} // namespace client

@@ -1,0 +1,95 @@
+// SetupConfigure writes a user's settings and menu entry.
+#include "client/setup_configure/Configure.h"
+#include "tests/client/Programs.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using test::Home;
+using test::Outcome;
+using test::ReadFile;
+using test::RunProgram;
+using test::WriteFile;
+
+TEST(SetupConfigure, WritesSettingsAndAMenuEntryThatTheDesktopAccepts)
+{
+    const Home home;
+    const std::string strProgram = home.Install(SETUP_CONFIGURE, "SetupConfigure.exe");
+    const Outcome run = RunProgram(strProgram);
+    EXPECT_EQ(run.nExitCode, 0);
+    EXPECT_EQ(run.strOutput, "");
+    EXPECT_NE(ReadFile(home.Config() / "Varnhal/client.conf").find("\nFolder=" + home.Tesk().string() + "\n"),
+              std::string::npos);
+    const std::filesystem::path entry = home.Data() / "applications/merav-conferencing.desktop";
+    EXPECT_NE(ReadFile(entry).find("\nTryExec=" + home.Tesk().string() + "/PelkVarnhal.exe\n"), std::string::npos);
+    const Outcome validation = RunProgram("/usr/bin/desktop-file-validate", { entry.string() });
+    EXPECT_EQ(validation.nExitCode, 0) << validation.strOutput;
+
+    std::size_t nFiles = 0; // nothing else, no temporary
+    for (const auto& file : std::filesystem::recursive_directory_iterator(home.Root().parent_path()))
+        nFiles += file.is_regular_file();
+    EXPECT_EQ(nFiles, 2u);
+}
+
+TEST(SetupConfigure, KeepsWhatTheUserChose)
+{
+    const std::string strFirst = client::ConfigText("/old", "");
+    EXPECT_NE(strFirst.find("MuteOnJoin=yes\n"), std::string::npos);
+    const std::string strSecond = client::ConfigText("/new", "# mine\nMuteOnJoin=no\nOwn=1\nFolder=/old\nTheme=dark");
+    EXPECT_TRUE(strSecond.starts_with("# mine\nMuteOnJoin=no\nOwn=1\nTheme=dark\n")) << strSecond;
+    EXPECT_TRUE(strSecond.ends_with("\nFolder=/new\n"));
+    EXPECT_EQ(strSecond.find("/old"), std::string::npos);
+    EXPECT_EQ(strSecond.find("MuteOnJoin=yes"), std::string::npos);
+    EXPECT_EQ(client::ConfigText("/new", strSecond), strSecond);
+}
+
+TEST(SetupConfigure, QuotesAnyFolderForTheDesktop)
+{
+    struct FolderCase {
+        const char* pszFolder;
+        const char* pszLine;
+    };
+    const FolderCase cases[] = {
+        { "/a b", "\nExec=\"/a b/PelkVarnhal.exe\"\n" },
+        { "/50%", "\nExec=\"/50%%/PelkVarnhal.exe\"\n" },
+        { "/a\"b$c`d", "\nExec=\"/a\\\\\"b\\\\$c\\\\`d/PelkVarnhal.exe\"\n" },
+        { "/a\\b", "\nTryExec=/a\\\\b/PelkVarnhal.exe\n" },
+        { "/a\\b", "\nExec=\"/a\\\\\\\\b/PelkVarnhal.exe\"\n" },
+    };
+    const Home home;
+    for (const FolderCase& c : cases) {
+        SCOPED_TRACE(c.pszFolder);
+        const std::string strEntry = client::MenuEntryText(c.pszFolder);
+        EXPECT_NE(strEntry.find(c.pszLine), std::string::npos) << strEntry;
+        const std::filesystem::path entry = home.Data() / "entry.desktop";
+        WriteFile(entry, strEntry);
+        EXPECT_EQ(RunProgram("/usr/bin/desktop-file-validate", { entry.string() }).strOutput, "");
+    }
+    EXPECT_EQ(client::MenuEntryText("/a\nExec=evil"), "");
+}
+
+TEST(SetupConfigure, SaysWhatItCannotDo)
+{
+    const Home home;
+    const std::string strProgram = home.Install(SETUP_CONFIGURE, "SetupConfigure.exe");
+    WriteFile(home.Config() / "Varnhal", "a file where the folder should be");
+    Outcome run = RunProgram(strProgram);
+    EXPECT_EQ(run.nExitCode, 1);
+    EXPECT_NE(run.strOutput.find("/Varnhal: cannot be made"), std::string::npos) << run.strOutput;
+
+    std::filesystem::remove(home.Config() / "Varnhal");
+    std::filesystem::create_directories(home.Data() / "applications/merav-conferencing.desktop");
+    run = RunProgram(strProgram);
+    EXPECT_EQ(run.nExitCode, 1) << "a folder lies where the entry should be";
+    std::filesystem::remove(home.Data() / "applications/merav-conferencing.desktop");
+    EXPECT_TRUE(std::filesystem::is_empty(home.Data() / "applications")) << "its temporary is left";
+
+    ::unsetenv("HOME");
+    ::unsetenv("XDG_CONFIG_HOME");
+    run = RunProgram(strProgram);
+    EXPECT_EQ(run.nExitCode, 1);
+    EXPECT_NE(run.strOutput.find("HOME"), std::string::npos) << run.strOutput;
+}
+
+} // namespace
