@@ -2,6 +2,16 @@
 
 namespace win32 {
 
+const Monitor& monitor_of(const std::vector<Monitor>& monitors, const RECT& rect)
+{
+    const auto area_on = [&rect](const Monitor& monitor) {
+        const RECT shared = intersection(monitor.bounds, rect);
+        return is_empty(shared) ? 0 : std::int64_t{ width_of(shared) } * height_of(shared);
+    };
+    return *std::max_element(monitors.begin(), monitors.end(),
+                             [&](const Monitor& a, const Monitor& b) { return area_on(a) < area_on(b); });
+}
+
 std::vector<RECT> without(const std::vector<RECT>& rectangles, const RECT& cutter)
 {
     std::vector<RECT> left;

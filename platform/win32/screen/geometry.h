@@ -1,7 +1,7 @@
 // Rectangle sums for surfaces. Coordinates that came in through `bounded` never overflow in them.
 #pragma once
 
-#include "windef.h"
+#include "platform/win32/screen/screen.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -64,6 +64,9 @@ constexpr RECT bounded(const RECT& rect)
     const LONG top = std::clamp<LONG>(rect.top, -kMaxExtent, kMaxExtent);
     return { left, top, left + extent(rect.left, rect.right), top + extent(rect.top, rect.bottom) };
 }
+
+// The monitor that holds most of the rectangle; the first one when none does.
+const Monitor& monitor_of(const std::vector<Monitor>& monitors, const RECT& rect);
 
 // What of `rectangles` lies outside `cutter`.
 std::vector<RECT> without(const std::vector<RECT>& rectangles, const RECT& cutter);

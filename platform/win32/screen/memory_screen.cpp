@@ -87,6 +87,9 @@ void MemoryScreen::show(SurfaceId surface, bool visible, bool activate)
 void MemoryScreen::place(SurfaceId surface, const RECT& bounds)
 {
     const std::lock_guard lock(mutex_);
+    std::erase_if(events_, [surface](const ScreenEvent& event) { // overruled before it was told
+        return event.surface == surface && event.kind == EventKind::placed;
+    });
     alter(surface, [&](Surface& s) {
         s.look.bounds = bounded(bounds);
         (void)s.frame.resize(width_of(s.look.bounds), height_of(s.look.bounds)); // refused: `pixels` says what there is
@@ -238,21 +241,6 @@ void MemoryScreen::move_in_stack(SurfaceId id, bool to_top)
     sort_stack();
 }
 
-RECT MemoryScreen::work_area_of(const RECT& bounds) const
-{
-    const Monitor* best = &monitors_.front();
-    std::int64_t best_area = 0;
-    for (const Monitor& monitor : monitors_) {
-        const RECT shared = intersection(monitor.bounds, bounds);
-        const std::int64_t area = is_empty(shared) ? 0 : std::int64_t{ width_of(shared) } * height_of(shared);
-        if (area > best_area) {
-            best = &monitor;
-            best_area = area;
-        }
-    }
-    return best->work_area;
-}
-
 void MemoryScreen::enter_state(SurfaceId id, SurfaceState state)
 {
     Surface* surface = find(id);
@@ -263,7 +251,7 @@ void MemoryScreen::enter_state(SurfaceId id, SurfaceState state)
         s.look.state = state;
         if (state == SurfaceState::maximised) {
             s.restored = s.restored.value_or(before);
-            s.look.bounds = work_area_of(before);
+            s.look.bounds = monitor_of(monitors_, before).work_area;
         } else if (state == SurfaceState::normal && s.restored) {
             s.look.bounds = *s.restored;
             s.restored.reset();

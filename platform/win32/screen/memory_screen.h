@@ -127,7 +127,6 @@ private:
     const Surface* find(SurfaceId id) const;
     void sort_stack();
     void move_in_stack(SurfaceId id, bool to_top);
-    RECT work_area_of(const RECT& bounds) const;
     void enter_state(SurfaceId id, SurfaceState state);
     void cover_monitors(std::vector<Monitor> monitors);
 

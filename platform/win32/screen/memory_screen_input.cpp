@@ -1,7 +1,8 @@
 #include "platform/win32/screen/memory_screen.h"
 
+#include "platform/win32/screen/input.h"
+
 #include <algorithm>
-#include <chrono>
 #include <ranges>
 
 #include <sys/eventfd.h>
@@ -16,12 +17,6 @@ struct ModifierKey {
     Modifier bit;
 };
 constexpr ModifierKey kModifierKeys[] = { { 0x10, kShift }, { 0x11, kControl }, { 0x12, kAlt } };
-
-std::uint32_t now()
-{
-    using namespace std::chrono;
-    return static_cast<std::uint32_t>(duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
-}
 
 } // namespace
 
@@ -51,7 +46,7 @@ Pointer MemoryScreen::pointer()
 bool MemoryScreen::key_is_down(unsigned key)
 {
     const std::lock_guard lock(mutex_);
-    return keys_.contains(key);
+    return keys_.contains(key) || (buttons_ & button_of_key(key)) != 0;
 }
 
 int MemoryScreen::descriptor()
@@ -62,20 +57,21 @@ int MemoryScreen::descriptor()
 bool MemoryScreen::next_event(ScreenEvent& event)
 {
     const std::lock_guard lock(mutex_);
-    if (events_.empty())
-        return false;
-    event = std::move(events_.front());
-    events_.pop_front();
+    const bool found = !events_.empty();
+    if (found) {
+        event = std::move(events_.front());
+        events_.pop_front();
+    }
     if (events_.empty()) {
         eventfd_t ignored = 0; // only that it is read counts: the descriptor rests until the next event
         (void)::eventfd_read(wake_.get(), &ignored);
     }
-    if (Surface* s = event.kind == EventKind::placed ? find(event.surface) : nullptr) {
+    if (Surface* s = found && event.kind == EventKind::placed ? find(event.surface) : nullptr) {
         (void)s->frame.resize(width_of(event.bounds), height_of(event.bounds));
         if (on_display(*s))
             repaint(s->look.bounds);
     }
-    return true;
+    return found;
 }
 
 void MemoryScreen::move_pointer(POINT position)
@@ -150,7 +146,7 @@ void MemoryScreen::disconnect()
     const std::lock_guard lock(mutex_);
     if (!std::exchange(connected_, false))
         return;
-    events_.push_back({ .kind = EventKind::disconnected, .time = now() });
+    events_.push_back({ .kind = EventKind::disconnected, .time = tick_now() });
     (void)::eventfd_write(wake_.get(), 1);
 }
 
@@ -180,7 +176,7 @@ void MemoryScreen::push(ScreenEvent event)
     event.position = position_;
     event.buttons = buttons_;
     event.modifiers = modifiers();
-    event.time = now();
+    event.time = tick_now();
     events_.push_back(std::move(event));
     (void)::eventfd_write(wake_.get(), 1);
 }

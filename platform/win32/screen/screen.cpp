@@ -1,6 +1,7 @@
 #include "platform/win32/screen/screen.h"
 
 #include "platform/win32/screen/memory_screen.h"
+#include "platform/win32/screen/xcb_screen.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -42,6 +43,8 @@ std::shared_ptr<Screen> open_screen()
     const char* display = std::getenv("DISPLAY");
     if (!display || !*display)
         refuse("No screen: DISPLAY names no X server. Set it, or SCREEN=memory to run without one.", "");
+    if (std::shared_ptr<Screen> opened = XcbScreen::open(display))
+        return opened;
     refuse("No screen: cannot reach the X server at DISPLAY=", display);
 }
 

@@ -1,0 +1,405 @@
+// What code above the seam relies on, run over both screens.
+#include "platform/win32/screen/memory_screen.h"
+#include "platform/win32/screen/xcb_screen.h"
+
+#include "tests/platform/win32/screen/screen_support.h"
+#include "tests/platform/win32/screen/x_server.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <functional>
+#include <thread>
+
+#include <poll.h>
+
+namespace win32 {
+namespace {
+
+using test::add_surface;
+using test::paint;
+
+constexpr std::uint32_t kRed = 0xC02030;
+constexpr std::uint32_t kGreen = 0x20C030;
+constexpr std::uint32_t kBlue = 0x2030C0;
+constexpr unsigned kKeyA = 'A';
+constexpr xcb_keysym_t kSymbolA = 'a';
+
+// A screen, the person before it, and the program's turn of the loop.
+class Stage {
+public:
+    virtual ~Stage() = default;
+    virtual Screen& screen() = 0;
+    virtual std::uint32_t pixel_at(int x, int y) = 0;
+    virtual void move_pointer(int x, int y) = 0;
+    virtual void press() = 0; // the left button
+    virtual void release() = 0;
+    virtual void turn_wheel_away() = 0;
+    virtual void type_a() = 0; // down and up
+    virtual void ask_to_close(SurfaceId surface) = 0;
+    virtual void lose_connection() = 0;
+
+    // Takes events until one of the kind comes; fails after a deadline that only a broken screen reaches.
+    ScreenEvent wait_for(EventKind kind)
+    {
+        ScreenEvent found{};
+        EXPECT_TRUE(turn_until([&] {
+            const auto at = std::find_if(events.begin(), events.end(), [&](const auto& e) { return e.kind == kind; });
+            if (at == events.end())
+                return false;
+            found = *at;
+            events.erase(events.begin(), at + 1);
+            return true;
+        })) << "no event of kind "
+            << static_cast<int>(kind);
+        return found;
+    }
+    ScreenEvent wait_for_move(int x, int y)
+    {
+        ScreenEvent move = wait_for(EventKind::pointer_move);
+        while ((move.position.x != x || move.position.y != y) && !testing::Test::HasFailure())
+            move = wait_for(EventKind::pointer_move);
+        return move;
+    }
+    void expect_pixel(int x, int y, std::uint32_t colour)
+    {
+        EXPECT_TRUE(turn_until([&] { return pixel_at(x, y) == colour; }))
+            << "at " << x << ',' << y << " is " << std::hex << pixel_at(x, y) << ", not " << colour;
+    }
+
+    std::vector<ScreenEvent> events; // taken from the screen and not waited for yet
+
+private:
+    bool turn_until(const std::function<bool()>& condition)
+    {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (std::chrono::steady_clock::now() < end) {
+            for (const ScreenEvent& event : test::take_events(screen()))
+                events.push_back(event);
+            screen().flush();
+            if (condition())
+                return true;
+            pollfd fd{ screen().descriptor(), POLLIN, 0 };
+            (void)::poll(&fd, 1, 1); // pixels come without an event
+        }
+        return false;
+    }
+};
+
+class MemoryStage final : public Stage {
+public:
+    Screen& screen() override { return screen_; }
+    std::uint32_t pixel_at(int x, int y) override { return screen_.pixel_at({ x, y }); }
+    void move_pointer(int x, int y) override { screen_.move_pointer({ x, y }); }
+    void press() override { screen_.press(kLeftButton); }
+    void release() override { screen_.release(kLeftButton); }
+    void turn_wheel_away() override { screen_.turn_wheel(120); }
+    void type_a() override
+    {
+        screen_.press_key(kKeyA, "a");
+        screen_.release_key(kKeyA);
+    }
+    void ask_to_close(SurfaceId surface) override { screen_.request_close(surface); }
+    void lose_connection() override { screen_.disconnect(); }
+
+private:
+    MemoryScreen screen_;
+};
+
+class XStage : public Stage {
+public:
+    XStage() : person_(server_.display()), screen_(XcbScreen::open(server_.display()))
+    {
+        person_.move_pointer(1000, 700);
+    }
+    XcbScreen& screen() override { return *screen_; }
+    std::uint32_t pixel_at(int x, int y) override { return person_.pixel_at(x, y); }
+    void move_pointer(int x, int y) override { person_.move_pointer(x, y); }
+    void press() override { person_.press(1); }
+    void release() override { person_.release(1); }
+    void turn_wheel_away() override
+    {
+        person_.press(4);
+        person_.release(4);
+    }
+    void type_a() override
+    {
+        person_.press_key(kSymbolA);
+        person_.release_key(kSymbolA);
+    }
+    void ask_to_close(SurfaceId surface) override { person_.send_protocol(surface, "WM_DELETE_WINDOW"); }
+    void lose_connection() override { server_.kill(); }
+    test::XPerson& person() { return person_; }
+
+private:
+    test::XServer server_;
+    test::XPerson person_;
+    std::shared_ptr<XcbScreen> screen_;
+};
+
+// The same server, which may not map our memory.
+class XSocketStage final : public XStage {
+public:
+    XSocketStage() { screen().stop_sharing_memory(); }
+};
+
+struct StageMaker {
+    const char* name;
+    std::unique_ptr<Stage> (*make)();
+};
+template <class Type>
+std::unique_ptr<Stage> make_stage()
+{
+    return std::make_unique<Type>();
+}
+const StageMaker kStages[] = {
+    { "Memory", make_stage<MemoryStage> },
+    { "X", make_stage<XStage> },
+    { "XWithoutSharedMemory", make_stage<XSocketStage> },
+};
+
+class ScreenContract : public testing::TestWithParam<StageMaker> {
+protected:
+    const std::unique_ptr<Stage> stage_ = GetParam().make();
+    Stage& stage = *stage_;
+    Screen& screen = stage.screen();
+};
+INSTANTIATE_TEST_SUITE_P(Screens, ScreenContract, testing::ValuesIn(kStages),
+                         [](const auto& stage) { return std::string(stage.param.name); });
+
+TEST_P(ScreenContract, ShowsTheDamagedRectangleOnly)
+{
+    const SurfaceId surface = add_surface(screen, { 100, 50, 300, 150 }, kRed);
+    stage.expect_pixel(100, 50, kRed);
+    stage.expect_pixel(299, 149, kRed);
+    test::fill(screen.pixels(surface), kGreen);
+    screen.present(surface, { 10, 10, 20, 20 });
+    stage.expect_pixel(110, 60, kGreen);
+    stage.expect_pixel(119, 69, kGreen);
+    stage.expect_pixel(120, 69, kRed);
+    stage.expect_pixel(109, 60, kRed);
+}
+
+TEST_P(ScreenContract, KeepsPixelsWhileItMovesAndGrows)
+{
+    const SurfaceId surface = add_surface(screen, { 100, 100, 200, 200 }, kRed);
+    screen.place(surface, { 150, 120, 450, 420 });
+    const PixelView view = screen.pixels(surface);
+    ASSERT_EQ(view.width, 300);
+    ASSERT_EQ(view.height, 300);
+    EXPECT_EQ(view.pixels[static_cast<std::ptrdiff_t>(99) * view.stride + 99], kRed);
+    EXPECT_EQ(view.pixels[static_cast<std::ptrdiff_t>(99) * view.stride + 100], 0U);
+    stage.expect_pixel(150, 120, kRed);
+    stage.expect_pixel(260, 120, 0);
+    paint(screen, surface, kGreen);
+    stage.expect_pixel(449, 419, kGreen);
+}
+
+TEST_P(ScreenContract, ShowsWhatIsUncoveredWithoutBeingAsked)
+{
+    const SurfaceId lower = add_surface(screen, { 100, 100, 200, 200 }, kRed);
+    stage.expect_pixel(150, 150, kRed);
+    const SurfaceId upper = add_surface(screen, { 120, 120, 180, 180 }, kGreen);
+    stage.expect_pixel(150, 150, kGreen);
+    screen.raise(lower);
+    stage.expect_pixel(150, 150, kRed);
+    screen.lower(lower);
+    stage.expect_pixel(150, 150, kGreen);
+    screen.destroy(upper);
+    stage.expect_pixel(150, 150, kRed);
+    screen.show(lower, false, false);
+    screen.show(lower, true, true);
+    stage.expect_pixel(150, 150, kRed);
+}
+
+TEST_P(ScreenContract, KeepsMenusAboveTopmostAboveOthers)
+{
+    SurfaceTraits menu;
+    menu.kind = SurfaceKind::menu;
+    SurfaceTraits topmost;
+    topmost.topmost = true;
+    add_surface(screen, { 0, 0, 60, 60 }, kBlue, menu);
+    add_surface(screen, { 0, 0, 120, 120 }, kGreen, topmost);
+    const SurfaceId plain = add_surface(screen, { 0, 0, 180, 180 }, kRed);
+    screen.raise(plain);
+    stage.expect_pixel(150, 150, kRed);
+    stage.expect_pixel(90, 90, kGreen);
+    stage.expect_pixel(30, 30, kBlue);
+}
+
+TEST_P(ScreenContract, CutsSurfacesToTheirShape)
+{
+    const SurfaceId lower = add_surface(screen, { 0, 0, 200, 200 }, kRed);
+    const SurfaceId upper = add_surface(screen, { 0, 0, 200, 200 }, kGreen);
+    const RECT parts[] = { { 0, 0, 50, 50 }, { 100, 100, 500, 500 } };
+    screen.set_shape(upper, std::span(parts));
+    stage.expect_pixel(49, 49, kGreen);
+    stage.expect_pixel(50, 50, kRed);
+    stage.expect_pixel(199, 199, kGreen);
+    stage.move_pointer(75, 75);
+    EXPECT_EQ(stage.wait_for_move(75, 75).surface, lower);
+    stage.move_pointer(25, 25);
+    EXPECT_EQ(stage.wait_for_move(25, 25).surface, upper);
+    screen.set_shape(upper, std::nullopt);
+    stage.expect_pixel(75, 75, kGreen);
+}
+
+TEST_P(ScreenContract, TellsOfPointerButtonsAndWheel)
+{
+    const SurfaceId surface = add_surface(screen, { 100, 100, 200, 200 }, kRed);
+    stage.expect_pixel(150, 150, kRed);
+    stage.move_pointer(150, 160);
+    EXPECT_EQ(stage.wait_for_move(150, 160).surface, surface);
+    stage.press();
+    const ScreenEvent down = stage.wait_for(EventKind::button_down);
+    EXPECT_EQ(down.surface, surface);
+    EXPECT_EQ(down.button, kLeftButton);
+    EXPECT_EQ(down.buttons, kLeftButton);
+    EXPECT_EQ(down.position.y, 160);
+    EXPECT_EQ(screen.pointer().buttons, kLeftButton);
+    EXPECT_TRUE(screen.key_is_down(1));
+
+    stage.move_pointer(500, 500); // the press holds it
+    const ScreenEvent outside = stage.wait_for_move(500, 500);
+    EXPECT_EQ(outside.surface, surface);
+    EXPECT_EQ(outside.buttons, kLeftButton);
+    stage.release();
+    const ScreenEvent up = stage.wait_for(EventKind::button_up);
+    EXPECT_EQ(up.surface, surface);
+    EXPECT_EQ(up.buttons, 0U);
+    EXPECT_EQ(stage.wait_for(EventKind::pointer_leave).surface, surface);
+    EXPECT_EQ(screen.pointer().position.x, 500);
+
+    stage.move_pointer(110, 110);
+    stage.turn_wheel_away();
+    const ScreenEvent wheel = stage.wait_for(EventKind::wheel);
+    EXPECT_EQ(wheel.surface, surface);
+    EXPECT_EQ(wheel.amount, 120);
+    stage.move_pointer(500, 500);
+    EXPECT_EQ(stage.wait_for(EventKind::pointer_leave).surface, surface);
+}
+
+TEST_P(ScreenContract, CapturesThePointerUntilReleased)
+{
+    const SurfaceId left = add_surface(screen, { 0, 0, 100, 100 }, kRed);
+    const SurfaceId right = add_surface(screen, { 100, 0, 200, 100 }, kGreen);
+    stage.expect_pixel(150, 50, kGreen);
+    EXPECT_FALSE(screen.capture(screen.create({ 0, 0, 9, 9 }, {}))) << "a hidden surface cannot";
+    ASSERT_TRUE(screen.capture(left));
+    stage.move_pointer(150, 50);
+    EXPECT_EQ(stage.wait_for_move(150, 50).surface, left);
+    stage.move_pointer(600, 600);
+    EXPECT_EQ(stage.wait_for_move(600, 600).surface, left);
+    stage.press();
+    EXPECT_EQ(stage.wait_for(EventKind::button_down).surface, left);
+    stage.release();
+    EXPECT_EQ(stage.wait_for(EventKind::button_up).surface, left);
+    screen.release_capture();
+    (void)screen.pointer(); // its answer comes when the server has let go
+    stage.move_pointer(151, 50);
+    EXPECT_EQ(stage.wait_for_move(151, 50).surface, right);
+}
+
+TEST_P(ScreenContract, SendsKeysToTheActiveSurface)
+{
+    const SurfaceId first = add_surface(screen, { 0, 0, 100, 100 }, kRed);
+    EXPECT_EQ(stage.wait_for(EventKind::focus_in).surface, first);
+    const SurfaceId second = add_surface(screen, { 100, 0, 200, 100 }, kGreen);
+    EXPECT_EQ(stage.wait_for(EventKind::focus_out).surface, first);
+    EXPECT_EQ(stage.wait_for(EventKind::focus_in).surface, second);
+    stage.type_a();
+    const ScreenEvent down = stage.wait_for(EventKind::key_down);
+    EXPECT_EQ(down.surface, second);
+    EXPECT_EQ(down.key, kKeyA);
+    EXPECT_EQ(down.text, "a");
+    EXPECT_EQ(stage.wait_for(EventKind::key_up).key, kKeyA);
+    screen.activate(first);
+    EXPECT_EQ(stage.wait_for(EventKind::focus_in).surface, first);
+    EXPECT_FALSE(screen.key_is_down(kKeyA));
+}
+
+TEST_P(ScreenContract, PassesOnTheWishToClose)
+{
+    const SurfaceId surface = add_surface(screen, { 0, 0, 100, 100 }, kRed);
+    screen.flush();
+    stage.expect_pixel(50, 50, kRed);
+    stage.ask_to_close(surface);
+    EXPECT_EQ(stage.wait_for(EventKind::close_request).surface, surface);
+}
+
+TEST_P(ScreenContract, MaximisesAndRestores)
+{
+    const RECT bounds{ 100, 100, 300, 250 };
+    const SurfaceId surface = add_surface(screen, bounds, kRed);
+    stage.expect_pixel(150, 150, kRed);
+    const RECT work_area = screen.monitors().front().work_area;
+    screen.set_state(surface, SurfaceState::maximised);
+    EXPECT_EQ(stage.wait_for(EventKind::state).state, SurfaceState::maximised);
+    EXPECT_EQ(stage.wait_for(EventKind::placed).bounds, work_area);
+    EXPECT_EQ(screen.pixels(surface).width, width_of(work_area));
+    paint(screen, surface, kGreen);
+    stage.expect_pixel(work_area.right - 1, work_area.bottom - 1, kGreen);
+    screen.set_state(surface, SurfaceState::normal);
+    EXPECT_EQ(stage.wait_for(EventKind::state).state, SurfaceState::normal);
+    EXPECT_EQ(stage.wait_for(EventKind::placed).bounds, bounds);
+    stage.expect_pixel(150, 150, kGreen);
+}
+
+TEST_P(ScreenContract, TakesSurfacesOfAnyExtent)
+{
+    const SurfaceId empty = add_surface(screen, { 10, 10, 10, 10 }, kRed);
+    const SurfaceId huge = screen.create({ -100, -100, 31900, 31900 }, {});
+    screen.show(huge, true, false);
+    PixelView view = screen.pixels(huge);
+    ASSERT_EQ(view.width, 32000);
+    view.height = 868; // the screen's part: the rest stays untouched memory
+    view.width = 1124;
+    test::fill(view, kGreen);
+    screen.present(huge, { 0, 0, 32000, 32000 });
+    stage.expect_pixel(1023, 767, kGreen);
+    screen.place(empty, { 10, 10, 20, 20 });
+    screen.raise(empty);
+    paint(screen, empty, kRed);
+    stage.expect_pixel(15, 15, kRed);
+    screen.place(empty, { 10, 10, 10, 20 });
+    stage.expect_pixel(15, 15, kGreen);
+}
+
+TEST_P(ScreenContract, EndsWithTheConnection)
+{
+    const SurfaceId surface = add_surface(screen, { 0, 0, 100, 100 }, kRed);
+    stage.expect_pixel(50, 50, kRed);
+    stage.lose_connection();
+    paint(screen, surface, kGreen); // whoever draws on does no harm
+    screen.place(surface, { 5, 5, 500, 500 });
+    screen.set_state(surface, SurfaceState::maximised);
+    EXPECT_FALSE(screen.monitors().empty());
+    stage.wait_for(EventKind::disconnected);
+    paint(screen, surface, kGreen);
+    screen.destroy(surface);
+    EXPECT_TRUE(test::take_events(screen).empty());
+}
+
+// Another thread's questions bring events in; the thread that waits for them must still hear of each.
+TEST_P(ScreenContract, ServesManyThreads)
+{
+    const SurfaceId surface = add_surface(screen, { 0, 0, 600, 400 }, kRed);
+    stage.expect_pixel(50, 50, kRed);
+    std::atomic<bool> done = false;
+    std::thread worker([&] {
+        while (!done) {
+            (void)screen.pointer();
+            screen.present(surface, { 0, 0, 20, 20 });
+            screen.flush();
+        }
+    });
+    for (int x = 1; x <= 200 && !HasFailure(); x++) {
+        stage.move_pointer(x, 30);
+        stage.wait_for_move(x, 30);
+    }
+    done = true;
+    worker.join();
+}
+
+} // namespace
+} // namespace win32

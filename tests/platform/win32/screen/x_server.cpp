@@ -1,0 +1,182 @@
+#include "tests/platform/win32/screen/x_server.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include <csignal>
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <xcb/xtest.h>
+
+extern char** environ;
+
+namespace test {
+
+namespace {
+
+constexpr int kStartDeadline = 20'000; // milliseconds
+
+[[noreturn]] void give_up(const char* what)
+{
+    std::fprintf(stderr, "x_server: %s\n", what);
+    std::abort();
+}
+
+struct FreeReply {
+    void operator()(void* reply) const { std::free(reply); }
+};
+template <class Type>
+std::unique_ptr<Type, FreeReply> owned(Type* reply)
+{
+    if (!reply)
+        give_up("the server does not answer");
+    return std::unique_ptr<Type, FreeReply>(reply);
+}
+
+// The number that the server writes when it is ready, up to the end of the line.
+std::string read_display_number(int descriptor)
+{
+    std::string number;
+    for (char c = 0; c != '\n';) {
+        pollfd waiting{ descriptor, POLLIN, 0 };
+        if (::poll(&waiting, 1, kStartDeadline) != 1 || ::read(descriptor, &c, 1) != 1)
+            give_up("Xvfb did not start");
+        number += c;
+    }
+    number.pop_back();
+    return number;
+}
+
+} // namespace
+
+XServer::XServer()
+{
+    int ends[2];
+    if (::pipe2(ends, O_CLOEXEC) != 0)
+        give_up("no pipe");
+    const win32::UniqueFd ours(ends[0]);
+    const win32::UniqueFd given(ends[1]);
+    posix_spawn_file_actions_t actions;
+    ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawn_file_actions_adddup2(&actions, given.get(), 9);
+    const char* arguments[] = { "Xvfb",        "-displayfd", "9",         "-screen", "0",
+                                "1024x768x24", "-noreset",   "-nolisten", "tcp",     nullptr };
+    const int result = ::posix_spawnp(&process_, "Xvfb", &actions, nullptr, const_cast<char**>(arguments), environ);
+    ::posix_spawn_file_actions_destroy(&actions);
+    if (result != 0)
+        give_up("Xvfb is not installed");
+    display_ = read_display_number(ours.get());
+    display_.insert(display_.begin(), ':');
+}
+
+XServer::~XServer()
+{
+    kill();
+}
+
+void XServer::kill()
+{
+    if (process_ < 0)
+        return;
+    ::kill(process_, SIGKILL);
+    ::waitpid(process_, nullptr, 0);
+    process_ = -1;
+    std::remove(("/tmp/.X" + display_.substr(1) + "-lock").c_str()); // it had no time to clean up
+    std::remove(("/tmp/.X11-unix/X" + display_.substr(1)).c_str());
+}
+
+XPerson::XPerson(const char* display) : connection_(xcb_connect(display, nullptr)), root_(0)
+{
+    if (xcb_connection_has_error(connection_) != 0)
+        give_up("cannot connect");
+    root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
+}
+
+XPerson::~XPerson()
+{
+    xcb_disconnect(connection_);
+}
+
+std::uint32_t XPerson::pixel_at(int x, int y) const
+{
+    const auto cookie = xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, root_, static_cast<std::int16_t>(x),
+                                      static_cast<std::int16_t>(y), 1, 1, ~0U);
+    const auto reply = owned(xcb_get_image_reply(connection_, cookie, nullptr));
+    std::uint32_t pixel = 0;
+    std::memcpy(&pixel, xcb_get_image_data(reply.get()), sizeof pixel);
+    return pixel & 0x00FFFFFF;
+}
+
+void XPerson::move_pointer(int x, int y)
+{
+    fake(XCB_MOTION_NOTIFY, 0, x, y);
+}
+
+void XPerson::press(unsigned button)
+{
+    fake(XCB_BUTTON_PRESS, button);
+}
+
+void XPerson::release(unsigned button)
+{
+    fake(XCB_BUTTON_RELEASE, button);
+}
+
+void XPerson::press_key(xcb_keysym_t symbol)
+{
+    fake(XCB_KEY_PRESS, code_of(symbol));
+}
+
+void XPerson::release_key(xcb_keysym_t symbol)
+{
+    fake(XCB_KEY_RELEASE, code_of(symbol));
+}
+
+void XPerson::send_protocol(xcb_window_t window, const char* protocol)
+{
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atom("WM_PROTOCOLS");
+    message.data.data32[0] = atom(protocol);
+    message.data.data32[1] = 4711; // comes back with the answer to a ping
+    message.data.data32[2] = window;
+    xcb_send_event(connection_, 0, window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&message));
+    xcb_flush(connection_);
+}
+
+xcb_atom_t XPerson::atom(const char* name) const
+{
+    const auto cookie = xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
+    return owned(xcb_intern_atom_reply(connection_, cookie, nullptr))->atom;
+}
+
+void XPerson::fake(std::uint8_t type, unsigned detail, int x, int y)
+{
+    xcb_test_fake_input(connection_, type, static_cast<std::uint8_t>(detail), XCB_CURRENT_TIME, root_,
+                        static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 0);
+    xcb_flush(connection_);
+}
+
+xcb_keycode_t XPerson::code_of(xcb_keysym_t symbol) const
+{
+    const xcb_setup_t* setup = xcb_get_setup(connection_);
+    const xcb_keycode_t first = setup->min_keycode;
+    const auto cookie =
+        xcb_get_keyboard_mapping(connection_, first, static_cast<std::uint8_t>(setup->max_keycode - first + 1));
+    const auto reply = owned(xcb_get_keyboard_mapping_reply(connection_, cookie, nullptr));
+    const xcb_keysym_t* symbols = xcb_get_keyboard_mapping_keysyms(reply.get());
+    const int count = xcb_get_keyboard_mapping_keysyms_length(reply.get());
+    for (int i = 0; i < count; i++) {
+        if (symbols[i] == symbol)
+            return static_cast<xcb_keycode_t>(first + i / reply->keysyms_per_keycode);
+    }
+    give_up("no such key");
+}
+
+} // namespace test
