@@ -45,6 +45,16 @@ std::shared_ptr<Bitmap> Bitmap::create_over(int width, int height, const PackedR
     return bitmap;
 }
 
+std::shared_ptr<Bitmap> Bitmap::create_section(int width, int height, Rows order)
+{
+    std::shared_ptr<Bitmap> bitmap = create(width, height, 32);
+    if (!bitmap)
+        return nullptr;
+    bitmap->is_section_ = true;
+    bitmap->order_ = order;
+    return bitmap;
+}
+
 std::shared_ptr<Bitmap> Bitmap::copy() const
 {
     std::shared_ptr<Bitmap> bitmap = create(width_, height_, depth());
@@ -68,14 +78,22 @@ Raster Bitmap::raster()
         packed_ = {};
         reads_ = {};
     }
-    return { colour_.get(), mono_.get(), width_, height_, width_ };
+    return pixels();
+}
+
+Raster Bitmap::pixels() const
+{
+    if (order_ == Rows::top_down)
+        return { colour_.get(), mono_.get(), width_, height_, width_ };
+    return { colour_.get() + (height_ - 1) * std::ptrdiff_t{ width_ }, nullptr, width_, height_,
+             -std::ptrdiff_t{ width_ } };
 }
 
 void Bitmap::keep_row(int y) const
 {
     std::uint8_t& reads = reads_[static_cast<std::size_t>(y)];
     if (reads < kReadsBeforeKept)
-        widen_pixels(packed_.pixel(0, y), width_, colour_.get() + std::ptrdiff_t{ y } * width_);
+        widen_pixels(packed_.pixel(0, y), width_, pixels().colour_row(y));
     reads = kReadsBeforeKept;
 }
 
@@ -83,7 +101,7 @@ const std::uint32_t* Bitmap::row(int y) const
 {
     if (mono_ || (packed_.top && reads_[static_cast<std::size_t>(y)] < kReadsBeforeKept))
         return nullptr;
-    return colour_.get() + std::ptrdiff_t{ y } * width_;
+    return pixels().colour_row(y);
 }
 
 const std::uint32_t* Bitmap::kept_row(int y) const
@@ -96,11 +114,11 @@ const std::uint32_t* Bitmap::kept_row(int y) const
 void Bitmap::read(int x, int y, int count, std::uint32_t* out) const
 {
     if (mono_) {
-        Raster{ nullptr, mono_.get(), width_, height_, width_ }.read(x, y, count, out);
+        pixels().read(x, y, count, out);
         return;
     }
-    if (const std::uint32_t* pixels = row(y)) {
-        std::memcpy(out, pixels + x, static_cast<std::size_t>(count) * sizeof *out);
+    if (const std::uint32_t* kept = row(y)) {
+        std::memcpy(out, kept + x, static_cast<std::size_t>(count) * sizeof *out);
         return;
     }
     widen_pixels(packed_.pixel(x, y), count, out);
@@ -113,12 +131,21 @@ void Bitmap::read(int x, int y, int count, std::uint32_t* out) const
 
 int Bitmap::describe(std::span<std::byte> out) const
 {
-    BITMAP description{};
-    description.bmWidth = width_;
-    description.bmHeight = height_;
-    description.bmWidthBytes = mono_ ? (width_ + 15) / 16 * 2 : width_ * 4;
-    description.bmPlanes = 1;
-    description.bmBitsPixel = static_cast<WORD>(depth());
+    DIBSECTION description{};
+    BITMAP& bitmap = description.dsBm;
+    bitmap.bmWidth = width_;
+    bitmap.bmHeight = height_;
+    bitmap.bmWidthBytes = mono_ ? (width_ + 15) / 16 * 2 : width_ * 4;
+    bitmap.bmPlanes = 1;
+    bitmap.bmBitsPixel = static_cast<WORD>(depth());
+    bitmap.bmBits = section_bits();
+    if (!is_section_ || (out.data() && out.size() < sizeof description))
+        return copy_description(out, std::as_bytes(std::span(&bitmap, 1)));
+    description.dsBmih.biSize = sizeof(BITMAPINFOHEADER);
+    description.dsBmih.biWidth = width_;
+    description.dsBmih.biHeight = order_ == Rows::top_down ? -height_ : height_;
+    description.dsBmih.biPlanes = 1;
+    description.dsBmih.biBitCount = 32;
     return copy_description(out, std::as_bytes(std::span(&description, 1)));
 }
 

@@ -40,7 +40,11 @@ public:
     int width() const { return width_; }
     int height() const { return height_; }
     int depth() const { return mono_ ? 1 : 32; }
+    void* section_bits() const { return is_section_ ? colour_.get() : nullptr; }
 
+    // A 32-bit bitmap whose memory its owner may reach, in that order of rows.
+    enum class Rows { top_down, bottom_up };
+    static std::shared_ptr<Bitmap> create_section(int width, int height, Rows order);
     // A bitmap of its own with the same pixels. Null: no memory.
     std::shared_ptr<Bitmap> copy() const;
 
@@ -62,12 +66,15 @@ private:
 
     Bitmap(int width, int height) : GdiObject(kType), width_(width), height_(height) {}
     void keep_row(int y) const;
+    Raster pixels() const;
 
     const int width_;
     const int height_;
     // Zeroed memory that costs nothing until it is touched. For packed rows: filled as rows are kept.
     std::unique_ptr<std::uint32_t[], Free> colour_;
     std::unique_ptr<std::uint8_t[], Free> mono_;
+    bool is_section_ = false;
+    Rows order_ = Rows::top_down;
     mutable PackedRows packed_;               // no top: ordinary pixels
     mutable std::vector<std::uint8_t> reads_; // by row, how often a packed row was read
 };

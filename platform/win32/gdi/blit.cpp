@@ -8,30 +8,6 @@ using namespace win32;
 
 namespace {
 
-// Where the extents of a call lie in both contexts' pixels, per axis.
-struct Placement {
-    Run to_x;
-    Run to_y;
-    Run from_x;
-    Run from_y;
-};
-
-void place(Placement& placement, const DeviceContext& target, const DeviceContext& source)
-{
-    const auto move = [](Run& x, Run& y, const DeviceContext& context) {
-        x = x.moved(context.device_x(0));
-        y = y.moved(context.device_y(0) + context.origin().y);
-        if (context.is_mirrored())
-            x = x.mirrored(context.width());
-        x = x.moved(context.origin().x);
-    };
-    move(placement.to_x, placement.to_y, target);
-    move(placement.from_x, placement.from_y, source);
-    // One mirrored context flips the picture, unless one of them wants pictures to keep their orientation.
-    if (target.is_mirrored() != source.is_mirrored() && (target.keeps_orientation() || source.keeps_orientation()))
-        placement.to_x = placement.to_x.reversed();
-}
-
 CopySource source_of(DeviceContext& context)
 {
     CopySource source;
@@ -52,14 +28,14 @@ BOOL copy_between(HDC to_dc, HDC from_dc, Placement placement, DWORD code)
     const RasterOp operation(code);
     if (operation.uses_pattern() && target->state.brush->style == BS_NULL)
         return TRUE;
-    place(placement, *target, *source);
+    placement.map(*target, *source);
 
     CopyTarget to{ target->canvas(), pixel_of(target->state.text_colour), pixel_of(target->state.background) };
     const CopySource from = source_of(*source);
     const bool same_pixels =
         target == source || (!from.bitmap && from.raster.colour && from.raster.colour == to.canvas.raster.colour);
     copy_pixels({ to, from, AxisMap(placement.to_x, placement.from_x), AxisMap(placement.to_y, placement.from_y),
-                  Paint(*target, *target->state.brush.get()), operation, same_pixels });
+                  Paint(*target, *target->state.brush.get()), operation, Blend::none, same_pixels });
     return TRUE;
 }
 

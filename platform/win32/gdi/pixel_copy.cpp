@@ -28,6 +28,34 @@ std::pair<int, int> AxisMap::reachable(std::int64_t low, std::int64_t high, std:
     return low < high ? std::pair{ static_cast<int>(low), static_cast<int>(high) } : std::pair{ 0, 0 };
 }
 
+namespace {
+
+void move_to_target(Run& x, Run& y, const DeviceContext& context)
+{
+    x = x.moved(context.device_x(0));
+    y = y.moved(context.device_y(0) + context.origin().y);
+    if (context.is_mirrored())
+        x = x.mirrored(context.width());
+    x = x.moved(context.origin().x);
+}
+
+} // namespace
+
+void Placement::map(const DeviceContext& target, const DeviceContext& source)
+{
+    move_to_target(to_x, to_y, target);
+    move_to_target(from_x, from_y, source);
+    if (target.is_mirrored() != source.is_mirrored() && (target.keeps_orientation() || source.keeps_orientation()))
+        to_x = to_x.reversed();
+}
+
+void Placement::map(const DeviceContext& target)
+{
+    move_to_target(to_x, to_y, target);
+    if (target.is_mirrored() && target.keeps_orientation())
+        to_x = to_x.reversed();
+}
+
 void CopySource::read(int x, int y, int count, std::uint32_t* out) const
 {
     if (bitmap)
@@ -120,6 +148,19 @@ void fetch(const Copy& copy, int x, int source_y, int count, std::uint32_t* out)
     }
 }
 
+void blend_by_alpha(std::uint32_t* below, const std::uint32_t* above, int count)
+{
+    for (int i = 0; i < count; i++) {
+        const std::uint32_t alpha = above[i] >> 24;
+        const auto channel = [&](int shift) {
+            const std::uint32_t over = above[i] >> shift & 0xFF;
+            const std::uint32_t under = below[i] >> shift & 0xFF;
+            return (over * alpha + under * (255 - alpha)) / 255 << shift;
+        };
+        below[i] = channel(16) | channel(8) | channel(0);
+    }
+}
+
 // Everything else: between depths, and by operations of two or three operands.
 void combine_rows(const Copy& copy, const RECT& part)
 {
@@ -137,9 +178,13 @@ void combine_rows(const Copy& copy, const RECT& part)
             const int x = part.left + (leftward ? chunks - 1 - i : i) * kChunk;
             const int count = std::min(kChunk, part.right - x);
             fetch(copy, x, source_y, count, from);
-            copy.paint.read(x, y, count, pattern);
             raster.read(x, y, count, pixels);
-            copy.operation.apply(pixels, from, pattern, count);
+            if (copy.blend == Blend::by_alpha) {
+                blend_by_alpha(pixels, from, count);
+            } else {
+                copy.paint.read(x, y, count, pattern);
+                copy.operation.apply(pixels, from, pattern, count);
+            }
             raster.write(x, y, count, pixels);
         }
     }
@@ -147,7 +192,8 @@ void combine_rows(const Copy& copy, const RECT& part)
 
 void copy_part(const Copy& copy, const RECT& part)
 {
-    const bool plain = copy.operation.copies_source() && !copy.source.is_mono && !copy.target.canvas.raster.is_mono();
+    const bool plain = copy.blend == Blend::none && copy.operation.copies_source() && !copy.source.is_mono &&
+                       !copy.target.canvas.raster.is_mono();
     if (!plain)
         combine_rows(copy, part);
     else if (copy.columns.is_shift() && copy.rows.is_shift())

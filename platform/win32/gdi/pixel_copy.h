@@ -48,6 +48,19 @@ private:
     Run from_;
 };
 
+// Where the extents of a copy lie, per axis: logical coordinates to begin with, target ones once mapped.
+struct Placement {
+    Run to_x;
+    Run to_y;
+    Run from_x;
+    Run from_y;
+
+    // Between two contexts, or from a picture of its own into one. One mirrored context flips what is copied, unless
+    // one of the two wants pictures to keep their orientation.
+    void map(const DeviceContext& target, const DeviceContext& source);
+    void map(const DeviceContext& target);
+};
+
 // What a copy reads: the pixels of a bitmap, or those of a window or a snapshot.
 struct CopySource {
     const Bitmap* bitmap = nullptr;
@@ -70,6 +83,9 @@ struct CopyTarget {
     std::uint32_t set = kWhite;
 };
 
+// Whether a source is laid over by its alpha, whatever the operation.
+enum class Blend { none, by_alpha };
+
 struct Copy {
     CopyTarget target;
     CopySource source;
@@ -77,6 +93,7 @@ struct Copy {
     AxisMap rows;
     Paint paint;
     RasterOp operation;
+    Blend blend = Blend::none;
     bool same_pixels = false; // source and target are the same picture and may overlap
 };
 

@@ -329,3 +329,43 @@ inline constexpr UINT LR_LOADFROMFILE = 0x10;
 HBITMAP LoadBitmapA(HINSTANCE instance, LPCSTR name);
 // Width and height 0: the picture's own; others stretch it.
 HANDLE LoadImageA(HINSTANCE instance, LPCSTR name, UINT type, int width, int height, UINT flags);
+
+// Reads rows of a bitmap as BI_RGB rows of 1 (black and white), 24 or 32 bits; `start` counts from the DIB's first row
+// in memory. Without `bits` and with a biBitCount of 0 it describes the bitmap instead. Returns the rows copied
+// (without bits: 1), or 0. The bitmap may be selected into a context.
+int GetDIBits(HDC dc, HBITMAP bitmap, UINT start, UINT lines, LPVOID bits, BITMAPINFO* info, UINT usage);
+// Sets rows of a bitmap from any form of DIB; the rows set, or 0.
+int SetDIBits(HDC dc, HBITMAP bitmap, UINT start, UINT lines, LPCVOID bits, const BITMAPINFO* info, UINT usage);
+// A 32-bit BI_RGB bitmap whose pixels the caller may reach at *bits as long as it lives. Null for other depths, and for
+// a file mapping in `section`.
+HBITMAP CreateDIBSection(HDC dc, const BITMAPINFO* info, UINT usage, LPVOID* bits, HANDLE section, DWORD offset);
+
+// Icons. A 32-bit image whose pixels have any alpha is laid over by it, else by the mask: a set bit of the mask keeps
+// what is below. Images of icon files and resources in PNG form are passed over.
+inline constexpr UINT IMAGE_ICON = 1;
+inline constexpr UINT LR_DEFAULTSIZE = 0x40;
+inline constexpr UINT DI_MASK = 1;
+inline constexpr UINT DI_IMAGE = 2;
+inline constexpr UINT DI_NORMAL = 3;
+inline constexpr UINT DI_DEFAULTSIZE = 8;
+
+struct ICONINFO {
+    BOOL fIcon;
+    DWORD xHotspot;
+    DWORD yHotspot;
+    HBITMAP hbmMask; // of an icon without colours: twice as high, the image below the mask
+    HBITMAP hbmColor;
+};
+
+// The program's icon resource nearest to 32 x 32. It is shared: always the same handle, which need not be destroyed.
+HICON LoadIconA(HINSTANCE instance, LPCSTR name);
+// Copies both bitmaps.
+HICON CreateIconIndirect(const ICONINFO* info);
+// Gives out copies of both bitmaps, which the caller deletes.
+BOOL GetIconInfo(HICON icon, ICONINFO* info);
+HICON CopyIcon(HICON icon);
+BOOL DestroyIcon(HICON icon);
+// DI_IMAGE copies the image as it is, alpha included; DI_MASK the mask as black and white; DI_NORMAL lays the icon over
+// what is there (over `brush`, if one is given). Width or height 0: the icon's own, or 32 with DI_DEFAULTSIZE. `frame`
+// counts the pictures of an animation; icons have only the first.
+BOOL DrawIconEx(HDC dc, int x, int y, HICON icon, int width, int height, UINT frame, HBRUSH brush, UINT flags);

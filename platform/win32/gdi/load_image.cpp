@@ -1,6 +1,7 @@
-// Bitmaps from files and from the program's resources.
+// Bitmaps and icons from files and from the program's resources.
 #include "platform/win32/gdi/bitmap.h"
 #include "platform/win32/gdi/dib.h"
+#include "platform/win32/gdi/icon.h"
 #include "platform/win32/gdi/load_file.h"
 #include "platform/win32/kernel/last_error.h"
 
@@ -74,27 +75,35 @@ std::shared_ptr<Bitmap> load_bitmap(HINSTANCE instance, LPCSTR name, UINT flags)
     return resource.empty() ? nullptr : bitmap_from_resource(resource, Lifetime::permanent);
 }
 
-// A stretched copy; an extent of 0 keeps the bitmap's own.
+// An extent of 0 keeps the bitmap's own.
 std::shared_ptr<Bitmap> sized(std::shared_ptr<Bitmap> bitmap, int width, int height)
 {
     const int new_width = width ? width : bitmap->width();
     const int new_height = height ? height : bitmap->height();
     if (new_width == bitmap->width() && new_height == bitmap->height())
         return bitmap;
-    std::shared_ptr<Bitmap> result = Bitmap::create(new_width, new_height, 32);
-    if (!result)
-        return nullptr;
-    const Raster from = bitmap->raster();
-    const Raster to = result->raster();
-    const auto source = [](std::int64_t i, std::int64_t old_extent, std::int64_t new_extent) {
-        return (2 * i + 1) * old_extent / (2 * new_extent);
-    };
-    for (int y = 0; y < new_height; y++) {
-        const std::uint32_t* row = from.colour_row(static_cast<int>(source(y, from.height, new_height)));
-        for (int x = 0; x < new_width; x++)
-            to.colour_row(y)[x] = row[source(x, from.width, new_width)];
+    return stretched(*bitmap, new_width, new_height);
+}
+
+HICON load_icon(HINSTANCE instance, LPCSTR name, int width, int height, UINT flags)
+{
+    constexpr int kDefaultIconSize = 32;
+    if (flags & LR_DEFAULTSIZE) {
+        width = width ? width : kDefaultIconSize;
+        height = height ? height : kDefaultIconSize;
     }
-    return result;
+    std::shared_ptr<const Icon> icon;
+    if (flags & LR_LOADFROMFILE) {
+        const std::optional<std::vector<std::byte>> file = load_file(name);
+        icon = file ? icon_from_file(*file, width, height) : nullptr;
+    } else {
+        icon = icon_from_resources(instance, name, width, height);
+    }
+    if (!icon)
+        return nullptr;
+    const int icon_width = width ? width : icon->width();
+    const int icon_height = height ? height : icon->height();
+    return add_icon(sized_icon(std::move(icon), icon_width, icon_height));
 }
 
 } // namespace
@@ -106,6 +115,8 @@ HBITMAP LoadBitmapA(HINSTANCE instance, LPCSTR name)
 
 HANDLE LoadImageA(HINSTANCE instance, LPCSTR name, UINT type, int width, int height, UINT flags)
 {
+    if (type == IMAGE_ICON && !(flags & ~(LR_LOADFROMFILE | LR_DEFAULTSIZE)))
+        return load_icon(instance, name, width, height, flags);
     if (type != IMAGE_BITMAP || (flags & ~LR_LOADFROMFILE))
         return fail(nullptr, ERROR_INVALID_PARAMETER);
     std::shared_ptr<Bitmap> bitmap = load_bitmap(instance, name, flags);
