@@ -1,0 +1,638 @@
+#include "platform/win32/user/placement.h"
+
+#include "platform/win32/kernel/last_error.h"
+#include "platform/win32/user/activation.h"
+#include "platform/win32/user/paint.h"
+#include "platform/win32/user/window.h"
+#include "winbase.h"
+#include "wingdi.h"
+#include "winnls.h"
+
+#include <algorithm>
+
+namespace win32 {
+
+namespace {
+
+constexpr LONG kFarthest = 32767; // what a message's words hold, and a display's coordinates
+
+LONG bounded_position(LONG value)
+{
+    return std::clamp(value, -kFarthest, kFarthest);
+}
+
+LONG bounded_extent(LONG value)
+{
+    return std::clamp(value, LONG{ 0 }, kFarthest);
+}
+
+LPARAM packed(LONG low, LONG high)
+{
+    return MAKELPARAM(static_cast<WORD>(low), static_cast<WORD>(high));
+}
+
+bool has_caption(DWORD style)
+{
+    return (style & WS_CAPTION) == WS_CAPTION;
+}
+
+// The client area within the window, never turned inside out.
+RECT relative_client(const RECT& window, const RECT& client)
+{
+    const LONG left = std::clamp(client.left, window.left, window.right);
+    const LONG top = std::clamp(client.top, window.top, window.bottom);
+    return { left - window.left, top - window.top, std::clamp(client.right, left, window.right) - window.left,
+             std::clamp(client.bottom, top, window.bottom) - window.top };
+}
+
+// What SetWindowPos is about to change.
+struct Change {
+    RECT old_rect;
+    RECT old_client; // relative to the window
+    RECT rect;
+    RECT client;
+    LRESULT redraw = 0; // WVR_ flags
+    bool was_visible;
+    bool moved;
+    bool sized;
+
+    bool frame_asked(UINT flags) const { return sized || (flags & SWP_FRAMECHANGED); }
+};
+
+// Completes the place with what stays, and notes in its flags what does not change.
+Change begin_change(const Window& window, WINDOWPOS& place)
+{
+    const RECT& now = window.rect;
+    Change change{};
+    if (place.flags & SWP_NOMOVE) {
+        place.x = now.left;
+        place.y = now.top;
+    }
+    if (place.flags & SWP_NOSIZE) {
+        place.cx = width_of(now);
+        place.cy = height_of(now);
+    }
+    place.x = bounded_position(place.x);
+    place.y = bounded_position(place.y);
+    place.cx = bounded_extent(place.cx);
+    place.cy = bounded_extent(place.cy);
+    change.old_rect = now;
+    change.old_client = window.client;
+    change.rect = { place.x, place.y, place.x + place.cx, place.y + place.cy };
+    change.client = window.client;
+    change.was_visible = (window.style & WS_VISIBLE) != 0;
+    change.moved = change.rect.left != now.left || change.rect.top != now.top;
+    change.sized = width_of(change.rect) != width_of(now) || height_of(change.rect) != height_of(now);
+    if (!change.moved)
+        place.flags |= SWP_NOMOVE;
+    if (!change.sized)
+        place.flags |= SWP_NOSIZE;
+    if (change.was_visible)
+        place.flags &= ~SWP_SHOWWINDOW;
+    else
+        place.flags &= ~SWP_HIDEWINDOW;
+    return change;
+}
+
+// The window says where its client area will be.
+void ask_new_client(HWND window, WINDOWPOS& place, Change& change)
+{
+    NCCALCSIZE_PARAMS params{};
+    params.rgrc[0] = change.rect;
+    params.rgrc[1] = change.old_rect;
+    params.rgrc[2] = moved(change.old_client, top_left(change.old_rect));
+    params.lppos = &place;
+    change.redraw = SendMessageA(window, WM_NCCALCSIZE, TRUE, reinterpret_cast<LPARAM>(&params));
+    change.client = relative_client(change.rect, params.rgrc[0]);
+}
+
+// ---- Order.
+
+bool is_in_top_layer(const Window& window)
+{
+    return (window.ex_style & WS_EX_TOPMOST) != 0;
+}
+
+// Where among its siblings a window goes.
+std::size_t place_among(const std::vector<Window*>& siblings, const Window& window, HWND after)
+{
+    const auto first_of_layer = [&] {
+        return is_in_top_layer(window) ? siblings.begin()
+                                       : std::find_if_not(siblings.begin(), siblings.end(),
+                                                          [](const Window* w) { return is_in_top_layer(*w); });
+    };
+    if (after == HWND_BOTTOM)
+        return siblings.size();
+    const auto sibling =
+        std::find_if(siblings.begin(), siblings.end(), [after](const Window* w) { return w->handle == after; });
+    const auto at = sibling == siblings.end() ? first_of_layer() : std::max(sibling + 1, first_of_layer());
+    return static_cast<std::size_t>(at - siblings.begin());
+}
+
+// True: the order is another one now.
+bool reorder(Window& window, HWND after)
+{
+    if (!window.parent || window.handle == after)
+        return false;
+    if (after == HWND_TOPMOST)
+        window.ex_style |= WS_EX_TOPMOST;
+    if (after == HWND_NOTOPMOST || after == HWND_BOTTOM)
+        window.ex_style &= ~WS_EX_TOPMOST;
+    std::vector<Window*>& siblings = window.parent->children;
+    const std::vector<Window*> before = siblings;
+    std::erase(siblings, &window);
+    const std::size_t at = place_among(siblings, window, after);
+    siblings.insert(siblings.begin() + static_cast<std::ptrdiff_t>(at), &window);
+    return siblings != before;
+}
+
+// The desktop knows top and bottom; a place between two of our windows it does not take orders for.
+void reorder_surface(const Window& window, HWND after)
+{
+    if (after == HWND_TOPMOST || after == HWND_NOTOPMOST)
+        update_traits(window.handle);
+    if (after == HWND_BOTTOM)
+        screen().lower(window.surface->id());
+    else if (after == HWND_TOP || after == HWND_TOPMOST)
+        screen().raise(window.surface->id());
+}
+
+// ---- Painting what a change uncovers.
+
+void invalidate_new_client(Window& window, const Change& change, Locked lock)
+{
+    const UINT style = window.window_class->info.style;
+    const bool wider = width_of(change.client) != width_of(change.old_client);
+    const bool higher = height_of(change.client) != height_of(change.old_client);
+    const bool whole = (wider && ((style & CS_HREDRAW) || (change.redraw & WVR_HREDRAW))) ||
+                       (higher && ((style & CS_VREDRAW) || (change.redraw & WVR_VREDRAW)));
+    WindowRegion area(RECT{ 0, 0, width_of(change.client), height_of(change.client) });
+    if (!whole)
+        area.subtract(WindowRegion(RECT{ 0, 0, width_of(change.old_client), height_of(change.old_client) }));
+    invalidate(window, area, RDW_INVALIDATE | RDW_ERASE, lock);
+}
+
+void invalidate_changed(Window& window, const Change& change, UINT flags, bool reordered, Locked lock)
+{
+    const bool visible = (window.style & WS_VISIBLE) != 0;
+    const bool child = !is_top_level(window);
+    const bool shown = visible && !change.was_visible;
+    if (child && window.parent && change.was_visible && (change.moved || change.sized || reordered || !visible))
+        uncover(*window.parent, change.old_rect, lock);
+    if (!visible)
+        return;
+    const bool frame_moved = change.client.left != change.old_client.left || change.client.top != change.old_client.top;
+    if (shown || frame_moved || (child && (change.moved || change.sized || reordered))) {
+        invalidate_all(window, lock);
+    } else if (change.frame_asked(flags)) {
+        invalidate_new_client(window, change, lock);
+        const RECT whole{ 0, 0, width_of(change.rect), height_of(change.rect) };
+        if (!EqualRect(&whole, &change.client))
+            invalidate(window, WindowRegion(), RDW_INVALIDATE | RDW_FRAME | RDW_NOCHILDREN, lock);
+    }
+}
+
+// ---- Carrying it out.
+
+void change_surface(const Window& window, const WINDOWPOS& place, const Change& change, MovedBy moved_by)
+{
+    if ((change.moved || change.sized) && moved_by == MovedBy::program)
+        screen().place(window.surface->id(), change.rect);
+    if (place.flags & SWP_SHOWWINDOW)
+        screen().show(window.surface->id(), true, !(place.flags & SWP_NOACTIVATE));
+    if (place.flags & SWP_HIDEWINDOW)
+        screen().show(window.surface->id(), false, false);
+}
+
+// What a client area looks like to its window after the change.
+UINT client_flags(const Change& change)
+{
+    const RECT before = moved(change.old_client, top_left(change.old_rect));
+    const RECT after = moved(change.client, top_left(change.rect));
+    UINT flags = 0;
+    if (width_of(before) == width_of(after) && height_of(before) == height_of(after))
+        flags |= kClientNotSized;
+    if (before.left == after.left && before.top == after.top)
+        flags |= kClientNotMoved;
+    return flags;
+}
+
+bool changes_anything(UINT flags, bool reordered)
+{
+    constexpr UINT kStays = SWP_NOMOVE | SWP_NOSIZE;
+    return reordered || (flags & kStays) != kStays ||
+           (flags & (SWP_SHOWWINDOW | SWP_HIDEWINDOW | SWP_FRAMECHANGED | kStateChanged));
+}
+
+std::string to_utf8(const std::string& text)
+{
+    if (text.empty())
+        return {};
+    const int size = static_cast<int>(std::min<std::size_t>(text.size(), 1024)); // more no title bar shows
+    std::u16string wide(static_cast<std::size_t>(size), u'\0');
+    const int units = MultiByteToWideChar(CP_ACP, 0, text.data(), size, wide.data(), size);
+    std::string utf8(static_cast<std::size_t>(units) * 3, '\0');
+    const int length = WideCharToMultiByte(CP_UTF8, 0, wide.data(), units, utf8.data(), static_cast<int>(utf8.size()),
+                                           nullptr, nullptr);
+    utf8.resize(static_cast<std::size_t>(length));
+    return utf8;
+}
+
+SurfaceTraits traits_now(const Window& window)
+{
+    SurfaceTraits traits;
+    traits.kind = window.ex_style & WS_EX_TOOLWINDOW ? SurfaceKind::tool_window : SurfaceKind::window;
+    traits.topmost = is_in_top_layer(window);
+    traits.resizable = (window.style & WS_THICKFRAME) != 0;
+    traits.owner = window.owner && window.owner->surface ? window.owner->surface->id() : 0;
+    traits.title = to_utf8(window.text);
+    traits.class_name = to_utf8(window.window_class->name);
+    return traits;
+}
+
+// ---- States.
+
+RECT maximised_rect(HWND window)
+{
+    const MINMAXINFO limits = ask_size_limits(window);
+    return { limits.ptMaxPosition.x, limits.ptMaxPosition.y, limits.ptMaxPosition.x + limits.ptMaxSize.x,
+             limits.ptMaxPosition.y + limits.ptMaxSize.y };
+}
+
+// The style bits of a state; a minimised window remembers that it was maximised.
+DWORD style_in_state(DWORD style, SurfaceState state)
+{
+    switch (state) {
+    case SurfaceState::minimised:
+        return style | WS_MINIMIZE;
+    case SurfaceState::maximised:
+        return (style & ~WS_MINIMIZE) | WS_MAXIMIZE;
+    case SurfaceState::normal:
+        break;
+    }
+    return style & ~(WS_MINIMIZE | WS_MAXIMIZE);
+}
+
+void minimise(HWND window, MovedBy moved_by)
+{
+    const WindowPtr found = find_window(window);
+    if (!found)
+        return;
+    if (moved_by == MovedBy::program)
+        screen().set_state(found->surface->id(), SurfaceState::minimised);
+    send_size(window);
+    withdraw_input(window);
+}
+
+void place_in_state(HWND window, const RECT& rect, MovedBy moved_by)
+{
+    place_window({ window, nullptr, rect.left, rect.top, width_of(rect), height_of(rect),
+                   SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED | kStateChanged },
+                 moved_by);
+}
+
+} // namespace
+
+RECT frame_thickness(DWORD style, DWORD ex_style, bool menu)
+{
+    int border = 0;
+    if (style & WS_THICKFRAME)
+        border = GetSystemMetrics(SM_CXFRAME);
+    else if (has_caption(style) || (style & WS_DLGFRAME) || (ex_style & WS_EX_DLGMODALFRAME))
+        border = GetSystemMetrics(SM_CXFIXEDFRAME);
+    else if (style & WS_BORDER)
+        border = GetSystemMetrics(SM_CXBORDER);
+    if (ex_style & WS_EX_CLIENTEDGE)
+        border += GetSystemMetrics(SM_CXEDGE);
+    if (ex_style & WS_EX_STATICEDGE)
+        border += GetSystemMetrics(SM_CXBORDER);
+    int caption = 0;
+    if (has_caption(style))
+        caption = GetSystemMetrics(ex_style & WS_EX_TOOLWINDOW ? SM_CYSMCAPTION : SM_CYCAPTION);
+    return { border, border + caption + (menu ? GetSystemMetrics(SM_CYMENU) : 0), border, border };
+}
+
+bool is_size_bounded(DWORD style)
+{
+    return (style & WS_THICKFRAME) || !(style & (WS_POPUP | WS_CHILD));
+}
+
+MINMAXINFO ask_size_limits(HWND window)
+{
+    RECT work{};
+    SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0);
+    const LONG border = frame_thickness(static_cast<DWORD>(GetWindowLongA(window, GWL_STYLE)), 0, false).left;
+    MINMAXINFO limits{};
+    limits.ptMaxPosition = { work.left - border, work.top - border };
+    limits.ptMaxSize = { width_of(work) + 2 * border, height_of(work) + 2 * border };
+    limits.ptMinTrackSize = { GetSystemMetrics(SM_CXMINTRACK), GetSystemMetrics(SM_CYMINTRACK) };
+    limits.ptMaxTrackSize = { GetSystemMetrics(SM_CXMAXTRACK), GetSystemMetrics(SM_CYMAXTRACK) };
+    SendMessageA(window, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
+    return limits;
+}
+
+RECT ask_client_area(HWND window, const RECT& rect)
+{
+    RECT client = rect;
+    SendMessageA(window, WM_NCCALCSIZE, FALSE, reinterpret_cast<LPARAM>(&client));
+    return relative_client(rect, client);
+}
+
+bool place_window(WINDOWPOS place, MovedBy moved_by)
+{
+    const HWND handle = place.hwnd;
+    if (!(place.flags & SWP_NOSENDCHANGING) && moved_by == MovedBy::program)
+        SendMessageA(handle, WM_WINDOWPOSCHANGING, 0, reinterpret_cast<LPARAM>(&place));
+    WindowPtr window = find_window(handle);
+    if (!window)
+        return false;
+    WindowLock lock = lock_windows();
+    Change change = begin_change(*window, place);
+    lock.unlock();
+    if (change.frame_asked(place.flags)) {
+        ask_new_client(handle, place, change);
+        window = find_window(handle);
+        if (!window)
+            return false;
+    }
+
+    lock.lock();
+    window->rect = change.rect;
+    window->client = change.client;
+    if (place.flags & SWP_SHOWWINDOW)
+        window->style |= WS_VISIBLE;
+    if (place.flags & SWP_HIDEWINDOW)
+        window->style &= ~WS_VISIBLE;
+    const bool reordered = !(place.flags & SWP_NOZORDER) && reorder(*window, place.hwndInsertAfter);
+    lock.unlock();
+
+    if (is_top_level(*window)) {
+        change_surface(*window, place, change, moved_by);
+        if (!(place.flags & SWP_NOZORDER))
+            reorder_surface(*window, place.hwndInsertAfter);
+    }
+    if (!(place.flags & SWP_NOREDRAW)) {
+        lock.lock();
+        invalidate_changed(*window, change, place.flags, reordered, lock);
+        lock.unlock();
+    }
+    if (place.flags & SWP_HIDEWINDOW)
+        withdraw_input(handle);
+    else if (!(place.flags & SWP_NOACTIVATE) && is_top_level(*window) && IsWindowVisible(handle))
+        SetActiveWindow(handle);
+    if (!find_window(handle))
+        return false;
+    if (changes_anything(place.flags, reordered)) {
+        place.flags |= client_flags(change);
+        SendMessageA(handle, WM_WINDOWPOSCHANGED, 0, reinterpret_cast<LPARAM>(&place));
+    }
+    return true;
+}
+
+void enter_state(HWND handle, SurfaceState state, MovedBy moved_by)
+{
+    const WindowPtr window = find_window(handle);
+    if (!window || !is_top_level(*window))
+        return;
+    const RECT maximised = state == SurfaceState::maximised ? maximised_rect(handle) : RECT{};
+    DWORD before;
+    RECT rect;
+    {
+        const WindowLock lock = lock_windows();
+        before = window->style;
+        if (style_in_state(before, state) == before)
+            return;
+        if (!(before & (WS_MINIMIZE | WS_MAXIMIZE)))
+            window->normal_rect = window->rect;
+        const bool back_to_maximised =
+            state == SurfaceState::normal && (before & WS_MINIMIZE) && (before & WS_MAXIMIZE);
+        window->style = back_to_maximised ? before & ~WS_MINIMIZE : style_in_state(before, state);
+        rect = back_to_maximised ? window->rect : window->normal_rect;
+    }
+    if (state == SurfaceState::minimised) {
+        minimise(handle, moved_by);
+        return;
+    }
+    if ((before & WS_MINIMIZE) && moved_by == MovedBy::program)
+        screen().set_state(window->surface->id(), SurfaceState::normal);
+    // The desktop says where it put the window in an event of its own.
+    const bool stays = moved_by == MovedBy::desktop;
+    place_in_state(handle, stays ? window->rect : state == SurfaceState::maximised ? maximised : rect, moved_by);
+    if (before & WS_MINIMIZE) {
+        const WindowLock lock = lock_windows();
+        invalidate_all(*window, lock);
+    }
+}
+
+void send_size(HWND window)
+{
+    const WindowPtr found = find_window(window);
+    if (!found)
+        return;
+    WPARAM kind = SIZE_RESTORED;
+    LPARAM extent = 0;
+    {
+        const WindowLock lock = lock_windows();
+        found->placed_once = true;
+        if (found->style & WS_MINIMIZE)
+            kind = SIZE_MINIMIZED;
+        else if (found->style & WS_MAXIMIZE)
+            kind = SIZE_MAXIMIZED;
+        if (kind != SIZE_MINIMIZED)
+            extent = packed(width_of(found->client), height_of(found->client));
+    }
+    SendMessageA(window, WM_SIZE, kind, extent);
+}
+
+void send_move(HWND window)
+{
+    const WindowPtr found = find_window(window);
+    if (!found)
+        return;
+    LPARAM corner;
+    {
+        const WindowLock lock = lock_windows();
+        corner = packed(found->rect.left + found->client.left, found->rect.top + found->client.top);
+    }
+    SendMessageA(window, WM_MOVE, 0, corner);
+}
+
+SurfaceTraits traits_of(HWND window)
+{
+    const WindowPtr found = find_window(window);
+    const WindowLock lock = lock_windows();
+    return found ? traits_now(*found) : SurfaceTraits{};
+}
+
+void update_traits(HWND window)
+{
+    const WindowPtr found = find_window(window);
+    if (found && found->surface)
+        screen().set_traits(found->surface->id(), traits_of(window));
+}
+
+} // namespace win32
+
+using namespace win32;
+
+namespace {
+
+void show_on_own_thread(HWND window, int command, bool was_visible)
+{
+    constexpr UINT kStay = SWP_NOMOVE | SWP_NOSIZE;
+    if (command == SW_HIDE) {
+        if (was_visible) {
+            SendMessageA(window, WM_SHOWWINDOW, FALSE, 0);
+            place_window({ window, nullptr, 0, 0, 0, 0, kStay | SWP_NOZORDER | SWP_NOACTIVATE | SWP_HIDEWINDOW },
+                         MovedBy::program);
+        }
+        return;
+    }
+    if (!was_visible)
+        SendMessageA(window, WM_SHOWWINDOW, TRUE, 0);
+    UINT flags = kStay | SWP_SHOWWINDOW;
+    switch (command) {
+    case SW_SHOWMINIMIZED:
+    case SW_MINIMIZE:
+    case SW_SHOWMINNOACTIVE:
+        enter_state(window, SurfaceState::minimised, MovedBy::program);
+        flags |= SWP_NOACTIVATE | SWP_NOZORDER;
+        break;
+    case SW_SHOWMAXIMIZED:
+        enter_state(window, SurfaceState::maximised, MovedBy::program);
+        break;
+    case SW_SHOWNOACTIVATE:
+        flags |= SWP_NOACTIVATE | SWP_NOZORDER;
+        [[fallthrough]];
+    case SW_SHOWNORMAL:
+    case SW_RESTORE:
+    case SW_SHOWDEFAULT:
+        enter_state(window, SurfaceState::normal, MovedBy::program);
+        break;
+    case SW_SHOWNA:
+        flags |= SWP_NOACTIVATE | SWP_NOZORDER;
+        break;
+    default:
+        break;
+    }
+    if (const WindowPtr found = find_window(window); found && !is_top_level(*found))
+        flags |= SWP_NOACTIVATE | SWP_NOZORDER; // a child keeps its place among its siblings
+    if (!was_visible || !(flags & SWP_NOACTIVATE))
+        place_window({ window, nullptr, 0, 0, 0, 0, flags }, MovedBy::program);
+}
+
+} // namespace
+
+BOOL ShowWindow(HWND window, int command)
+{
+    const WindowPtr found = require_window(window);
+    if (!found)
+        return FALSE;
+    bool was_visible = false;
+    run_on(found->queue, [&] {
+        {
+            const WindowLock lock = lock_windows();
+            was_visible = (found->style & WS_VISIBLE) != 0;
+        }
+        show_on_own_thread(window, command, was_visible);
+    });
+    return was_visible;
+}
+
+BOOL SetWindowPos(HWND window, HWND insert_after, int x, int y, int width, int height, UINT flags)
+{
+    constexpr UINT kFlags = 0x07FF;
+    const WindowPtr found = require_window(window);
+    if (!found)
+        return FALSE;
+    bool placed = false;
+    run_on(found->queue, [&] {
+        placed = place_window({ window, insert_after, x, y, width, height, flags & kFlags }, MovedBy::program);
+    });
+    return placed;
+}
+
+BOOL MoveWindow(HWND window, int x, int y, int width, int height, BOOL repaint)
+{
+    return SetWindowPos(window, nullptr, x, y, width, height,
+                        SWP_NOZORDER | SWP_NOACTIVATE | (repaint ? 0 : SWP_NOREDRAW));
+}
+
+BOOL BringWindowToTop(HWND window)
+{
+    return SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+}
+
+BOOL AdjustWindowRectEx(LPRECT rect, DWORD style, BOOL menu, DWORD ex_style)
+{
+    if (!rect)
+        return fail(FALSE, ERROR_INVALID_PARAMETER);
+    const RECT frame = frame_thickness(style, ex_style, menu != FALSE);
+    *rect = { rect->left - frame.left, rect->top - frame.top, rect->right + frame.right, rect->bottom + frame.bottom };
+    return TRUE;
+}
+
+BOOL AdjustWindowRect(LPRECT rect, DWORD style, BOOL menu)
+{
+    return AdjustWindowRectEx(rect, style, menu, 0);
+}
+
+BOOL GetWindowPlacement(HWND window, WINDOWPLACEMENT* placement)
+{
+    const WindowPtr found = require_window(window);
+    if (!found || !placement)
+        return FALSE;
+    const WindowLock lock = lock_windows();
+    const bool normal = !(found->style & (WS_MINIMIZE | WS_MAXIMIZE));
+    *placement = {
+        sizeof(WINDOWPLACEMENT), 0, SW_SHOWNORMAL, { -1, -1 }, { -1, -1 }, normal ? found->rect : found->normal_rect
+    };
+    if (found->style & WS_MINIMIZE)
+        placement->showCmd = SW_SHOWMINIMIZED;
+    else if (found->style & WS_MAXIMIZE)
+        placement->showCmd = SW_SHOWMAXIMIZED;
+    return TRUE;
+}
+
+int SetWindowRgn(HWND window, HRGN region, BOOL redraw)
+{
+    const WindowPtr found = require_window(window);
+    if (!found)
+        return 0;
+    run_on(found->queue, [&] {
+        {
+            const WindowLock lock = lock_windows();
+            found->outline = region ? std::optional<WindowRegion>(WindowRegion(region)) : std::nullopt;
+        }
+        if (found->surface) {
+            if (!region) {
+                screen().set_shape(found->surface->id(), std::nullopt);
+            } else {
+                std::vector<std::byte> bytes(GetRegionData(region, 0, nullptr));
+                auto* data = reinterpret_cast<RGNDATA*>(bytes.data());
+                if (GetRegionData(region, static_cast<DWORD>(bytes.size()), data) != 0) {
+                    const auto* first = reinterpret_cast<const RECT*>(data->Buffer);
+                    screen().set_shape(found->surface->id(), std::span(first, data->rdh.nCount));
+                }
+            }
+        }
+        if (region)
+            DeleteObject(region); // ours since the call
+        if (redraw) {
+            const WindowLock lock = lock_windows();
+            if (!is_top_level(*found) && found->parent)
+                uncover(*found->parent, found->rect, lock);
+            invalidate_all(*found, lock);
+        }
+    });
+    return 1;
+}
+
+int GetWindowRgn(HWND window, HRGN region)
+{
+    const WindowPtr found = require_window(window);
+    if (!found)
+        return ERROR;
+    const WindowLock lock = lock_windows();
+    return found->outline ? CombineRgn(region, found->outline->get(), nullptr, RGN_COPY) : ERROR;
+}

@@ -1,0 +1,105 @@
+// Windows that write down what happens to them, on a screen in memory.
+#pragma once
+
+#include "platform/win32/screen/memory_screen.h"
+
+#include <windows.h>
+
+#include <functional>
+#include <initializer_list>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace test {
+
+// The message's name without WM_, its number if it has none here.
+std::string message_name(UINT message);
+
+using Handler = std::function<std::optional<LRESULT>(HWND, WPARAM, LPARAM)>;
+
+// What the windows of a test got, in order; safe from any thread.
+class Journal {
+public:
+    void add(std::string entry);
+    std::vector<std::string> take();
+    // Only the entries of these messages are kept; all are when it is empty.
+    void keep_only(std::initializer_list<UINT> messages);
+    bool keeps(UINT message) const;
+
+private:
+    std::mutex mutex_;
+    std::vector<std::string> entries_;
+    std::vector<UINT> kept_;
+};
+
+struct WindowSpec {
+    const char* name = "w"; // in the journal too
+    DWORD style = WS_POPUP;
+    DWORD ex_style = 0;
+    RECT rect{ 10, 20, 110, 100 };
+    HWND parent = nullptr;
+    int id = 0;
+    UINT class_style = 0;
+    HBRUSH background = nullptr;
+    HCURSOR cursor = nullptr;
+    // Run before the default procedure; an answer keeps it from running.
+    std::map<UINT, Handler> handlers = {};
+};
+
+// A window whose every message goes to the journal as "name MESSAGE". Destroyed with its owner if it still is.
+class TestWindow {
+public:
+    TestWindow(Journal& journal, WindowSpec spec);
+    ~TestWindow();
+    TestWindow(const TestWindow&) = delete;
+    TestWindow& operator=(const TestWindow&) = delete;
+
+    HWND get() const { return handle_; }
+    void on(UINT message, Handler handler) { spec_.handlers[message] = std::move(handler); }
+
+private:
+    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+    LRESULT handle(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+
+    Journal& journal_;
+    WindowSpec spec_;
+    bool silent_ = false; // its end is nobody's business
+    HWND handle_ = nullptr;
+};
+
+class UserTest : public testing::Test {
+protected:
+    UserTest();
+    ~UserTest() override;
+
+    // Handles everything that is in the queue now, paints included.
+    void run_queue();
+    // Runs the loop until the condition holds; fails the test when it does not in time.
+    void run_until(const std::function<bool()>& condition);
+
+    win32::SurfaceId surface_of(HWND window);
+
+    std::shared_ptr<win32::MemoryScreen> screen_;
+    Journal journal_;
+};
+
+// A thread with a message loop that runs `start` first and ends with WM_QUIT, which its destructor posts.
+class LoopThread {
+public:
+    explicit LoopThread(std::function<void()> start);
+    ~LoopThread();
+
+    DWORD id() const { return id_; }
+
+private:
+    DWORD id_ = 0;
+    std::thread thread_;
+};
+
+} // namespace test
