@@ -1,0 +1,87 @@
+// The memory of one tree that was read or cloned: nodes and texts lie one behind the other in a few blocks. Nothing is
+// freed singly; the blocks go together, when the last node in them dies. A whole tree that nobody has taken apart goes
+// at once, without a visit to its nodes.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <memory>
+#include <string_view>
+
+#include "xml/OvXML.h"
+
+class OvXMLPool {
+public:
+    // What a tree is being built with: frees everything unless the tree's root takes over.
+    struct Abandon {
+        void operator()(OvXMLPool* pPool) const { pPool->Free(); }
+    };
+    using Building = std::unique_ptr<OvXMLPool, Abandon>;
+    static Building Create();
+
+    OvXMLPool(const OvXMLPool&) = delete;
+    OvXMLPool& operator=(const OvXMLPool&) = delete;
+
+    // Nodes that no list or map holds yet. The root, and the pool with it, belongs to the caller from now on. Only
+    // until the tree is handed out: afterwards the tree's parts may belong to different threads.
+    static OvXMLElement* AddRoot(Building pPool, OvXMLElement* pParent, std::string_view name);
+    OvXMLElement* AddElement(OvXMLElement* pParent, std::string_view name);
+    OvXMLAttribute* AddAttribute(OvXMLElement* pParent, std::string_view name, std::string_view value);
+    // An attribute whose value is still to be written, by `SetValueEnd`, at the place given: at most nValue bytes.
+    OvXMLAttribute* AddAttribute(OvXMLElement* pParent, std::string_view name, size_t nValue, char*& pValue);
+    void SetValue(OvXMLElement* pElement, std::string_view value); // for one that has none
+    // Makes the room behind an element's value at least nMore bytes and returns the value's end. nMore may be more than
+    // is used in the end.
+    char* ExtendValue(OvXMLElement* pElement, size_t nMore);
+    // The value ends here. What room is left behind it is used for what comes next, if nothing came since.
+    void SetValueEnd(OvXMLNode* pNode, const char* pEnd);
+
+    // The pool a node lies in, or null.
+    static OvXMLPool* Of(const OvXMLNode* pNode);
+    // The node's list, map, text or key is no longer the pool's matter alone: its tree must be taken down node by node.
+    // Nothing for a node outside a pool.
+    static void Untie(const OvXMLNode* pNode);
+    // Ends a node's life, and the pool's with the last.
+    void Destroy(OvXMLNode* pNode);
+    // Whether destroying this node frees a whole tree at once.
+    bool IsWholeTree(const OvXMLNode* pNode) const
+    {
+        return m_pRoot == pNode && !m_bUntied.load(std::memory_order_relaxed);
+    }
+
+    // Where blocks come from; `malloc` unless a test exchanged it. Returns the one before.
+    using Source = void* (*)(size_t);
+    static Source ExchangeSource(Source source);
+
+private:
+    struct Block;
+
+    explicit OvXMLPool(Block* pBlock);
+    ~OvXMLPool() = default;
+    void Free();
+
+    static size_t RoundUp(size_t nSize) { return (nSize + 7) & ~size_t{ 7 }; }
+    static Block* NewBlock(size_t nSize);
+    char* Allocate(size_t nSize)
+    {
+        nSize = RoundUp(nSize);
+        if (nSize > static_cast<size_t>(m_pLimit - m_pFree))
+            return AllocateElsewhere(nSize);
+        m_pLast = m_pFree;
+        m_pFree += nSize;
+        return m_pLast;
+    }
+    char* AllocateElsewhere(size_t nSize);
+    template <class Node>
+    Node* Add(OvXMLElement* pParent, std::string_view name, size_t nValue);
+
+    Block* const m_pFirstBlock; // this object lies in it
+    Block* m_pLastBlock;        // nodes and texts go here
+    char* m_pLast = nullptr;    // what was given out last, in the last block
+    char* m_pFree;
+    char* m_pLimit;
+    size_t m_nNextBlock; // bytes
+    const OvXMLElement* m_pRoot = nullptr;
+    std::atomic<size_t> m_nNodes{ 0 };
+    std::atomic<bool> m_bUntied{ false };
+};
