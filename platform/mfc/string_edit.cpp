@@ -87,6 +87,12 @@ CString CString::Right(int nCount) const
     return Mid(GetLength() - std::clamp(nCount, 0, GetLength()));
 }
 
+CString CString::SpanExcluding(LPCSTR pszSet) const
+{
+    const int end = FindOneOf(pszSet);
+    return end < 0 ? *this : Left(end);
+}
+
 template <class Convert>
 void CString::convert(Convert convert_byte)
 {

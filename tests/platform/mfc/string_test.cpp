@@ -94,6 +94,8 @@ TEST(CString, TakesPartsWithinItsBounds)
         { "left of more", CString("abc").Left(9), "abc" },
         { "right", CString("abc").Right(2), "bc" },
         { "right of less than nothing", CString("abc").Right(INT_MIN), "" },
+        { "up to a byte of a set", CString("tip. more").SpanExcluding(".,"), "tip" },
+        { "the whole without any", CString("tip").SpanExcluding("."), "tip" },
         { "repeated byte", CString('x', 3), "xxx" },
         { "repeated less than never", CString('x', -1), "" },
         { "string + byte", CString("a") + 'b', "ab" },

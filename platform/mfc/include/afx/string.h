@@ -63,6 +63,7 @@ public:
     CString Mid(int nFirst, int nCount) const;
     CString Left(int nCount) const;
     CString Right(int nCount) const;
+    CString SpanExcluding(LPCSTR pszSet) const; // what lies before the first byte of the set
 
     // The letters A to Z and a to z alone, byte for byte, whatever the code page.
     void MakeUpper();

@@ -1,0 +1,75 @@
+#include "afxwin/cmd_target.h"
+
+#include "afxwin/wnd.h"
+
+#include <utility>
+
+IMPLEMENT_DYNAMIC(CCmdTarget, CObject)
+
+const AFX_MSGMAP_ENTRY* AFX_MSGMAP::find(UINT nMessage, UINT nCode, UINT nID) const
+{
+    for (const AFX_MSGMAP* map = this; map; map = map->pfnGetBaseMap ? map->pfnGetBaseMap() : nullptr) {
+        for (const AFX_MSGMAP_ENTRY* entry = map->lpEntries; entry->nMessage != 0; entry++) {
+            if (entry->nMessage == nMessage && entry->nCode == nCode && nID >= entry->nID && nID <= entry->nLastID)
+                return entry;
+        }
+    }
+    return nullptr;
+}
+
+const AFX_MSGMAP* CCmdTarget::GetThisMessageMap()
+{
+    static constexpr AFX_MSGMAP_ENTRY none[] = { {} };
+    static constexpr AFX_MSGMAP map = { nullptr, none };
+    return &map;
+}
+
+const AFX_MSGMAP* CCmdTarget::GetMessageMap() const
+{
+    return GetThisMessageMap();
+}
+
+BOOL CCmdTarget::OnCmdMsg(UINT nID, int nCode, void* pExtra, AFX_CMDHANDLERINFO* pHandlerInfo)
+{
+    const AFX_MSGMAP_ENTRY* const entry = GetMessageMap()->find(WM_COMMAND, static_cast<UINT>(nCode), nID);
+    if (!entry)
+        return FALSE;
+    if (pHandlerInfo) {
+        pHandlerInfo->pTarget = this;
+        return TRUE;
+    }
+    return entry->pfnCommand(this, nID, pExtra); // this object may be gone now
+}
+
+void CCmdUI::Enable(BOOL bOn)
+{
+    m_bEnableChanged = TRUE;
+    if (m_pOther)
+        m_pOther->EnableWindow(bOn);
+}
+
+void CCmdUI::SetCheck(int /*nCheck*/) {}
+
+void CCmdUI::SetRadio(BOOL bOn)
+{
+    SetCheck(bOn ? 1 : 0);
+}
+
+void CCmdUI::SetText(LPCSTR lpszText)
+{
+    if (m_pOther)
+        m_pOther->SetWindowText(lpszText);
+}
+
+BOOL CCmdUI::DoUpdate(CCmdTarget* pTarget, BOOL bDisableIfNoHndler)
+{
+    if (m_nID == 0 || LOWORD(m_nID) == 0xFFFF)
+        return TRUE; // a separator, or a control that names no command
+    m_bEnableChanged = FALSE;
+    const BOOL bAnswered = pTarget->OnCmdMsg(m_nID, CN_UPDATE_COMMAND_UI, this, nullptr);
+    if (bDisableIfNoHndler && !m_bEnableChanged) {
+        AFX_CMDHANDLERINFO info = {};
+        Enable(pTarget->OnCmdMsg(m_nID, CN_COMMAND, this, &info));
+    }
+    return bAnswered;
+}

@@ -1,0 +1,73 @@
+// What a window's object can be asked to do, as far as it takes more than one call.
+#include "afxwin/wnd.h"
+
+void CWnd::GetWindowText(CString& rString) const
+{
+    const int length = ::GetWindowTextLengthA(m_hWnd);
+    const int copied = ::GetWindowTextA(m_hWnd, rString.GetBufferSetLength(length), length + 1);
+    rString.ReleaseBuffer(copied);
+}
+
+BOOL CWnd::modify_style(int index, DWORD remove, DWORD add, UINT flags)
+{
+    const auto before = static_cast<DWORD>(::GetWindowLongA(m_hWnd, index));
+    const DWORD after = (before & ~remove) | add;
+    if (after == before)
+        return FALSE;
+    ::SetWindowLongA(m_hWnd, index, static_cast<LONG>(after));
+    if (flags != 0)
+        ::SetWindowPos(m_hWnd, nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | flags);
+    return TRUE;
+}
+
+BOOL CWnd::ModifyStyle(DWORD dwRemove, DWORD dwAdd, UINT nFlags)
+{
+    return modify_style(GWL_STYLE, dwRemove, dwAdd, nFlags);
+}
+
+BOOL CWnd::ModifyStyleEx(DWORD dwRemove, DWORD dwAdd, UINT nFlags)
+{
+    return modify_style(GWL_EXSTYLE, dwRemove, dwAdd, nFlags);
+}
+
+void CWnd::MoveWindow(LPCRECT lpRect, BOOL bRepaint)
+{
+    const CRect place(*lpRect);
+    MoveWindow(place.left, place.top, place.Width(), place.Height(), bRepaint);
+}
+
+void CWnd::ClientToScreen(LPRECT lpRect) const
+{
+    ::MapWindowPoints(m_hWnd, nullptr, reinterpret_cast<LPPOINT>(lpRect), 2);
+}
+
+void CWnd::ScreenToClient(LPRECT lpRect) const
+{
+    ::MapWindowPoints(nullptr, m_hWnd, reinterpret_cast<LPPOINT>(lpRect), 2);
+}
+
+HICON CWnd::GetIcon(BOOL bBigIcon) const
+{
+    return reinterpret_cast<HICON>(SendMessage(WM_GETICON, bBigIcon ? ICON_BIG : ICON_SMALL));
+}
+
+HICON CWnd::SetIcon(HICON hIcon, BOOL bBigIcon)
+{
+    const LRESULT before = SendMessage(WM_SETICON, bBigIcon ? ICON_BIG : ICON_SMALL, reinterpret_cast<LPARAM>(hIcon));
+    return reinterpret_cast<HICON>(before);
+}
+
+CWnd* CWnd::GetOwner() const
+{
+    return FromHandle(::GetParent(m_hWnd));
+}
+
+CWnd* CWnd::GetTopLevelParent() const
+{
+    return FromHandle(::GetAncestor(m_hWnd, GA_ROOT));
+}
+
+BOOL CWnd::RedrawWindow(LPCRECT lpRectUpdate, CRgn* prgnUpdate, UINT flags)
+{
+    return ::RedrawWindow(m_hWnd, lpRectUpdate, prgnUpdate ? static_cast<HRGN>(*prgnUpdate) : nullptr, flags);
+}

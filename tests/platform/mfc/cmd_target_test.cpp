@@ -1,0 +1,128 @@
+#include <afxwin.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+class Base : public CCmdTarget {
+public:
+    std::string m_strLog;
+
+protected:
+    void OnShared() { m_strLog += "base "; }
+    void OnBaseOnly() { m_strLog += "baseonly "; }
+    DECLARE_MESSAGE_MAP()
+};
+
+BEGIN_MESSAGE_MAP(Base, CCmdTarget)
+ON_COMMAND(1, &Base::OnShared)
+ON_COMMAND(2, &Base::OnBaseOnly)
+END_MESSAGE_MAP()
+
+class Derived : public Base {
+protected:
+    void OnOwn() { m_strLog += "own "; }
+    void OnRange(UINT nID) { m_strLog += "range" + std::to_string(nID) + " "; }
+    BOOL OnMaybe(UINT nID)
+    {
+        m_strLog += "maybe ";
+        return nID == 31;
+    }
+    void OnNotification() { m_strLog += "notification "; }
+    void OnUpdateShared(CCmdUI* pCmdUI) { pCmdUI->Enable(FALSE), pCmdUI->SetRadio(); }
+    void OnUpdateSilent(CCmdUI* pCmdUI) { pCmdUI->ContinueRouting(); }
+    DECLARE_MESSAGE_MAP()
+};
+
+BEGIN_MESSAGE_MAP(Derived, Base)
+ON_COMMAND(1, &Derived::OnOwn)
+ON_COMMAND_RANGE(10, 12, &Derived::OnRange)
+ON_COMMAND(12, &Derived::OnOwn)
+ON_COMMAND_EX(30, &Derived::OnMaybe)
+ON_COMMAND_EX(31, &Derived::OnMaybe)
+ON_CONTROL(5, 40, &Derived::OnNotification)
+ON_UPDATE_COMMAND_UI(1, &Derived::OnUpdateShared)
+ON_UPDATE_COMMAND_UI(2, &Derived::OnUpdateSilent)
+END_MESSAGE_MAP()
+
+struct RouteCase {
+    const char* why;
+    UINT nID;
+    int nCode;
+    BOOL bHandled;
+    const char* pszLog;
+};
+
+const RouteCase kRoutes[] = {
+    { "the derived class's handler comes first", 1, CN_COMMAND, TRUE, "own " },
+    { "what it lacks goes to the base", 2, CN_COMMAND, TRUE, "baseonly " },
+    { "first of a range", 10, CN_COMMAND, TRUE, "range10 " },
+    { "the earlier entry of two", 12, CN_COMMAND, TRUE, "range12 " },
+    { "past a range", 13, CN_COMMAND, FALSE, "" },
+    { "a handler that declines", 30, CN_COMMAND, FALSE, "maybe " },
+    { "a handler that accepts", 31, CN_COMMAND, TRUE, "maybe " },
+    { "a notification is no command", 40, CN_COMMAND, FALSE, "" },
+    { "a notification", 40, 5, TRUE, "notification " },
+};
+
+TEST(CCmdTarget, RoutesToTheFirstHandlerThatFits)
+{
+    for (const RouteCase& c : kRoutes) {
+        SCOPED_TRACE(c.why);
+        Derived target;
+        EXPECT_EQ(target.OnCmdMsg(c.nID, c.nCode, nullptr, nullptr), c.bHandled);
+        EXPECT_EQ(target.m_strLog, c.pszLog);
+    }
+}
+
+TEST(CCmdTarget, NamesTheHandlerWithoutCallingIt)
+{
+    Derived target;
+    AFX_CMDHANDLERINFO info = {};
+    EXPECT_TRUE(target.OnCmdMsg(2, CN_COMMAND, nullptr, &info));
+    EXPECT_EQ(info.pTarget, &target);
+    EXPECT_FALSE(target.OnCmdMsg(99, CN_COMMAND, nullptr, &info));
+    EXPECT_EQ(target.m_strLog, "");
+}
+
+class ShownState : public CCmdUI {
+public:
+    void Enable(BOOL bOn) override
+    {
+        m_bEnableChanged = TRUE;
+        strShown += bOn ? "on " : "off ";
+    }
+    void SetCheck(int nCheck) override { strShown += "check" + std::to_string(nCheck) + " "; }
+    std::string strShown;
+};
+
+TEST(CCmdUI, ShowsWhatTheTargetAnswers)
+{
+    struct {
+        const char* why;
+        UINT nID;
+        BOOL bDisable;
+        BOOL bAnswered;
+        const char* pszShown;
+    } const cases[] = {
+        { "the handler's answer stands", 1, TRUE, TRUE, "off check1 " },
+        { "no answer, but a handler for the command", 10, TRUE, FALSE, "on " },
+        { "a handler that says nothing", 2, TRUE, FALSE, "on " },
+        { "nobody", 99, TRUE, FALSE, "off " },
+        { "nobody, and that is all right", 99, FALSE, FALSE, "" },
+        { "a separator", 0, TRUE, TRUE, "" },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.why);
+        Derived target;
+        ShownState state;
+        state.m_nID = c.nID;
+        EXPECT_EQ(state.DoUpdate(&target, c.bDisable), c.bAnswered);
+        EXPECT_EQ(state.strShown, c.pszShown);
+        EXPECT_EQ(target.m_strLog, "") << "asking runs nothing";
+    }
+}
+
+} // namespace

@@ -1,0 +1,147 @@
+#include <afxwin.h>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace {
+
+constexpr COLORREF kOrange = RGB(204, 96, 1);
+
+TEST(CGdiObject, OwnsItsHandle)
+{
+    HGDIOBJ hKept = nullptr;
+    HGDIOBJ hGone = nullptr;
+    {
+        CBrush brush(kOrange);
+        hGone = brush.m_hObject;
+        EXPECT_EQ(CBrush::FromHandle(brush), &brush);
+        CPen pen(PS_SOLID, 1, kOrange);
+        hKept = pen.Detach();
+        EXPECT_EQ(CPen::FromHandle(pen), nullptr);
+    }
+    EXPECT_EQ(GetObjectType(hGone), 0U);
+    EXPECT_EQ(GetObjectType(hKept), OBJ_PEN);
+    CPen pen;
+    EXPECT_FALSE(pen.Attach(nullptr));
+    EXPECT_TRUE(pen.Attach(hKept));
+    EXPECT_TRUE(pen.DeleteObject());
+    EXPECT_FALSE(pen.DeleteObject());
+    EXPECT_EQ(GetObjectType(hKept), 0U);
+}
+
+TEST(CGdiObject, HasTemporaryObjectsUntilIdle)
+{
+    const HBRUSH hBrush = CreateSolidBrush(kOrange);
+    CBrush* const pTemporary = CBrush::FromHandle(hBrush);
+    EXPECT_EQ(CBrush::FromHandle(hBrush), pTemporary);
+    EXPECT_EQ(CGdiObject::FromHandle(hBrush)->m_hObject, hBrush);
+    CGdiObject::DeleteTempMap();
+    EXPECT_EQ(GetObjectType(hBrush), OBJ_BRUSH);
+    DeleteObject(hBrush);
+}
+
+class MemoryContext : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(dc.CreateCompatibleDC(nullptr));
+        CClientDC dcScreen(nullptr);
+        ASSERT_TRUE(bmp.CreateCompatibleBitmap(&dcScreen, 20, 10));
+        pOldBitmap = dc.SelectObject(&bmp);
+        ASSERT_NE(pOldBitmap, nullptr);
+    }
+    void TearDown() override { dc.SelectObject(pOldBitmap); }
+
+    CBitmap bmp;
+    CDC dc;
+    CBitmap* pOldBitmap = nullptr;
+};
+
+TEST_F(MemoryContext, SelectsObjectsAndGivesTheOnesBefore)
+{
+    CPen pen(PS_SOLID, 1, kOrange);
+    CBrush brush(RGB(0, 0, 255));
+    CPen* const pOldPen = dc.SelectObject(&pen);
+    CBrush* const pOldBrush = dc.SelectObject(&brush);
+    EXPECT_FALSE(dc.CreateCompatibleDC(nullptr)) << "it has a context";
+    dc.Rectangle(CRect(0, 0, 10, 10));
+    EXPECT_EQ(dc.GetPixel(0, 0), kOrange);
+    EXPECT_EQ(dc.GetPixel(5, 5), RGB(0, 0, 255));
+    EXPECT_EQ(dc.SelectObject(pOldPen), &pen);
+    EXPECT_EQ(dc.SelectObject(pOldBrush), &brush);
+    EXPECT_EQ(dc.SelectObject(static_cast<CPen*>(nullptr)), nullptr);
+    BITMAP info = {};
+    EXPECT_GT(bmp.GetBitmap(&info), 0);
+    EXPECT_EQ(info.bmWidth, 20);
+}
+
+TEST_F(MemoryContext, ClipsCopiesAndFills)
+{
+    dc.FillSolidRect(CRect(0, 0, 20, 10), kOrange);
+    dc.ExcludeClipRect(CRect(0, 0, 5, 5));
+    dc.FillSolidRect(0, 0, 20, 10, RGB(1, 2, 3));
+    EXPECT_EQ(dc.GetPixel(6, 4), RGB(1, 2, 3));
+    EXPECT_EQ(dc.SelectClipRgn(nullptr), SIMPLEREGION);
+    EXPECT_EQ(dc.GetPixel(4, 4), kOrange);
+    EXPECT_TRUE(dc.BitBlt(10, 0, 5, 5, &dc, 0, 0, SRCCOPY));
+    EXPECT_EQ(dc.GetPixel(14, 4), kOrange);
+    EXPECT_TRUE(dc.PatBlt(0, 0, 20, 10, WHITENESS));
+    EXPECT_EQ(dc.GetPixel(CPoint(14, 4)), RGB(255, 255, 255));
+    EXPECT_EQ(dc.SetROP2(R2_MASKNOTPEN), R2_COPYPEN);
+    EXPECT_EQ(dc.SetROP2(R2_COPYPEN), R2_MASKNOTPEN);
+    CRgn region, other;
+    region.CreateRectRgn(0, 0, 4, 4);
+    other.CreateRectRgnIndirect(CRect(4, 0, 8, 4));
+    EXPECT_EQ(region.CombineRgn(&region, &other, RGN_OR), SIMPLEREGION);
+    EXPECT_EQ(dc.SelectClipRgn(&region), SIMPLEREGION);
+    CRect rcClip;
+    dc.GetClipBox(&rcClip);
+    EXPECT_EQ(rcClip, CRect(0, 0, 8, 4));
+    EXPECT_EQ(dc.SetViewportOrg(3, 4), CPoint(0, 0));
+    EXPECT_EQ(dc.OffsetViewportOrg(1, 1), CPoint(3, 4));
+    EXPECT_EQ(dc.GetViewportOrg(), CPoint(4, 5));
+}
+
+TEST_F(MemoryContext, KnowsContextsThatOthersOwn)
+{
+    EXPECT_EQ(CDC::FromHandle(dc.m_hDC), &dc);
+    const HDC hDC = ::CreateCompatibleDC(nullptr);
+    CDC* const pTemporary = CDC::FromHandle(hDC);
+    EXPECT_EQ(pTemporary->m_hAttribDC, hDC);
+    CDC::DeleteTempMap();
+    EXPECT_TRUE(::DeleteDC(hDC)) << "a temporary object left it alone";
+}
+
+class PaintedFrame : public CFrameWnd {
+protected:
+    void OnPaint()
+    {
+        CPaintDC dc(this);
+        dc.FillSolidRect(&dc.m_ps.rcPaint, kOrange);
+        EXPECT_EQ(dc.GetWindow(), this);
+    }
+    BOOL OnEraseBkgnd(CDC*) { return TRUE; }
+    DECLARE_MESSAGE_MAP()
+};
+
+BEGIN_MESSAGE_MAP(PaintedFrame, CFrameWnd)
+ON_WM_PAINT()
+ON_WM_ERASEBKGND()
+END_MESSAGE_MAP()
+
+TEST(CPaintDC, PaintsTheClientArea)
+{
+    auto* const pFrame = new PaintedFrame;
+    ASSERT_TRUE(pFrame->Create(nullptr, "frame", WS_POPUP | WS_VISIBLE, CRect(0, 0, 40, 30)));
+    pFrame->UpdateWindow();
+    EXPECT_FALSE(pFrame->GetUpdateRect(nullptr));
+    EXPECT_EQ(CClientDC(pFrame).GetPixel(1, 1), kOrange);
+    EXPECT_EQ(CWindowDC(pFrame).GetPixel(20, 15), kOrange);
+    CDC* const pDC = pFrame->GetDC();
+    EXPECT_EQ(pDC->GetPixel(2, 2), kOrange);
+    EXPECT_TRUE(pFrame->ReleaseDC(pDC));
+    pFrame->DestroyWindow();
+}
+
+} // namespace
