@@ -41,10 +41,17 @@ std::optional<MSG> look(MessageQueue& queue, const MessageFilter& filter, UINT r
     }
 }
 
+bool is_pointer_message(UINT message)
+{
+    return (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST) ||
+           (message >= WM_NCMOUSEMOVE && message <= WM_NCMBUTTONDBLCLK);
+}
+
+// Every message says where the pointer was when the input before it was made.
 void note(MessageQueue& queue, MSG& message)
 {
     InputState& input = queue.input();
-    if (message.message < WM_MOUSEFIRST || message.message > WM_MOUSELAST)
+    if (!is_pointer_message(message.message))
         message.pt = input.message_position;
     input.message_position = message.pt;
     input.message_time = message.time;

@@ -359,6 +359,7 @@ bool place_window(WINDOWPOS place, MovedBy moved_by)
     lock.lock();
     window->rect = change.rect;
     window->client = change.client;
+    window->invalid.intersect(WindowRegion(RECT{ 0, 0, width_of(change.client), height_of(change.client) }));
     if (place.flags & SWP_SHOWWINDOW)
         window->style |= WS_VISIBLE;
     if (place.flags & SWP_HIDEWINDOW)

@@ -75,6 +75,7 @@ std::vector<std::string> Journal::take()
 
 void Journal::keep_only(std::initializer_list<UINT> messages)
 {
+    take(); // what came before is not asked for
     kept_ = messages;
 }
 
