@@ -103,6 +103,7 @@ bool ProveCabinet(const PackRules& rules, const std::vector<PackEntry>& entries,
         return false;
 
     std::vector<PackEntry> unpacked; // the rules are put to what a user will get, not to what we meant
+    unpacked.reserve(members.size());
     for (CabinetMember& member : members)
         unpacked.push_back({ std::move(member.strName), EntryKind::Data, {}, std::move(member.strBytes) });
     return CheckEntries(rules, unpacked, pError);

@@ -71,7 +71,9 @@ void AddTone(const Instrument& instrument, int nFrequency, int nRate, int nStart
     const std::int64_t nLoss =
         instrument.nHalfLife ? 744'261'118LL * 1000 / (std::int64_t(instrument.nHalfLife) * nRate) : 0;
     std::int64_t nLoudness = std::int64_t(kFull) << 14;
-    for (int i = 0; i < nLength && nStart + i < static_cast<int>(pSamples->size()); ++i) {
+    const auto nTo = std::min(pSamples->size(), static_cast<std::size_t>(nStart) + static_cast<std::size_t>(nLength));
+    int i = 0;
+    for (auto nAt = static_cast<std::size_t>(nStart); nAt < nTo; ++nAt, ++i) {
         const auto nPhase = static_cast<std::uint32_t>(std::int64_t(i) * nFrequency * 256 / nRate);
         int nWave = 0;
         for (std::size_t nPartial = 0; nPartial < instrument.partials.size(); ++nPartial) {
@@ -81,7 +83,7 @@ void AddTone(const Instrument& instrument, int nFrequency, int nRate, int nStart
         std::int64_t nEnvelope = nLoudness >> 14;
         nEnvelope = nEnvelope * std::min(i, nSwell) / nSwell;
         nEnvelope = nEnvelope * std::min(nLength - i, nRelease) / nRelease;
-        (*pSamples)[static_cast<std::size_t>(nStart + i)] += static_cast<int>(nWave * nEnvelope / kFull);
+        (*pSamples)[nAt] += static_cast<int>(nWave * nEnvelope / kFull);
         nLoudness -= nLoudness * nLoss >> 30;
     }
 }

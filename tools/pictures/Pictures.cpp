@@ -19,21 +19,36 @@ bool DrawFile(const std::filesystem::path& path, cairo_surface_t* pSurface, std:
 
 } // namespace
 
-drawing::Surface DrawPage(const std::filesystem::path& folder, const std::string& strName, std::string* pError)
+const std::vector<Sheet>& Sheets()
 {
-    drawing::Surface page = drawing::MakeSurface(kPageWidth, kPageHeight);
-    if (!DrawFile(folder / "frame.svg", page.get(), pError) ||
-        !DrawFile(folder / (strName + ".svg"), page.get(), pError))
-        return nullptr;
-    return page;
+    static const std::vector<Sheet> sheets = {
+        { "skin",
+          510,
+          { { 349, { "frame", "page-checking" } },
+            { 349, { "frame", "page-ready" } },
+            { 349, { "frame", "page-installing" } },
+            { 349, { "frame", "page-finished" } },
+            { 30, { "strip" } } } },
+        { "client",
+          420,
+          { { 300, { "client-frame", "client-complete" } },
+            { 300, { "client-frame", "client-incomplete" } },
+            { 16, { "client-digits" } } } },
+    };
+    return sheets;
 }
 
-drawing::Surface DrawStrip(const std::filesystem::path& folder, std::string* pError)
+std::vector<drawing::Surface> DrawSheet(const Sheet& sheet, const std::filesystem::path& folder, std::string* pError)
 {
-    drawing::Surface strip = drawing::MakeSurface(kPageWidth, kStripHeight);
-    if (!DrawFile(folder / "strip.svg", strip.get(), pError))
-        return nullptr;
-    return strip;
+    std::vector<drawing::Surface> surfaces;
+    for (const Picture& picture : sheet.pictures) {
+        surfaces.push_back(drawing::MakeSurface(sheet.cx, picture.cy));
+        for (const std::string& strLayer : picture.layers) {
+            if (!DrawFile(folder / (strLayer + ".svg"), surfaces.back().get(), pError))
+                return {};
+        }
+    }
+    return surfaces;
 }
 
 namespace {
@@ -109,7 +124,9 @@ std::string IconImage(const std::vector<std::uint32_t>& pixels, int cx)
     const int nMaskRowBytes = (cx + 31) / 32 * 4;
     std::string strImage;
     AppendInfoHeader(&strImage, cx, 2 * cx, 32, static_cast<std::uint32_t>(cx * (4 * cx + nMaskRowBytes)));
-    const auto crAt = [&](int x, int y) { return pixels[static_cast<std::size_t>(y * cx + x)]; };
+    const auto crAt = [&](int x, int y) {
+        return pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(cx) + static_cast<std::size_t>(x)];
+    };
     for (int y = cx - 1; y >= 0; --y) {
         for (int x = 0; x < cx; ++x) {
             const std::uint32_t crPixel = crAt(x, y);

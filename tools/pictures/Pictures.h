@@ -1,4 +1,4 @@
-// The installer's pictures as it carries them: one bitmap of the four pages and the strip beneath them, and the icon.
+// The pictures of the installer and the client as they carry them: bitmaps that stack all looks, and the icon.
 #pragma once
 
 #include "tools/drawing/Drawing.h"
@@ -10,18 +10,26 @@
 
 namespace pictures {
 
-inline constexpr int kPageWidth = 510;
-inline constexpr int kPageHeight = 349;
-inline constexpr int kPages = 4;
-inline constexpr int kStripHeight = 30;
-inline constexpr int kSkinHeight = kPages * kPageHeight + kStripHeight;
+// One picture of a sheet: the SVG files (without ".svg") that are drawn over each other, the lowest first.
+struct Picture {
+    int cy;
+    std::vector<std::string> layers;
+};
 
-// The pages' SVG files in the folder, from the top of the bitmap to its foot; frame.svg lies beneath each of them.
-inline constexpr const char* kPageNames[kPages] = { "page-checking", "page-ready", "page-installing", "page-finished" };
+// Pictures of one width, stacked from the top down.
+struct Sheet {
+    std::string strName;
+    int cx;
+    std::vector<Picture> pictures;
+};
 
-// Draws one page, 510 x 349, or the strip, 510 x 30. Null, with the fault in *pError: a file is missing or no SVG.
-drawing::Surface DrawPage(const std::filesystem::path& folder, const std::string& strName, std::string* pError);
-drawing::Surface DrawStrip(const std::filesystem::path& folder, std::string* pError);
+// "skin": the installer's four pages and the strip of what no page shows. "client": the client's window, complete and
+// not, and the characters of a version.
+const std::vector<Sheet>& Sheets();
+
+// Draws the sheet's pictures from the files in the folder. Empty, with the fault in *pError: a file is missing or no
+// SVG.
+std::vector<drawing::Surface> DrawSheet(const Sheet& sheet, const std::filesystem::path& folder, std::string* pError);
 
 // A .bmp file of 24 bits a pixel, its rows from the foot up, made of surfaces of one width stacked from the top down.
 std::string BitmapFile(const std::vector<drawing::Surface>& surfaces);

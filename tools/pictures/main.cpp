@@ -1,9 +1,10 @@
-// pictures skin FONTS FOLDER OUTPUT.bmp     the four pages and the strip in one bitmap
-// pictures sheet FONTS FOLDER OUTPUT.png    the four pages two by two, to look at
-// pictures icon FILE.svg OUTPUT.ico         the program's icon
+// pictures skin|client FONTS FOLDER OUTPUT.bmp   the sheet in one bitmap
+// pictures skin|client FONTS FOLDER OUTPUT.png   its first four pictures two by two, to look at
+// pictures icon FILE.svg OUTPUT.ico              the program's icon
 // FONTS is the one folder whose fonts are used. Exit code 1, with the fault on standard error: nothing was written.
 #include "tools/pictures/Pictures.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <string_view>
@@ -22,40 +23,32 @@ bool WriteWhole(const std::string& strPath, const std::string& strBytes, std::st
     return static_cast<bool>(stream);
 }
 
-bool DrawPages(const std::filesystem::path& folder, std::vector<drawing::Surface>* pPages, std::string* pError)
+bool WriteBitmap(const Sheet& sheet, const std::filesystem::path& folder, const std::string& strOutput,
+                 std::string* pError)
 {
-    for (const char* pszName : kPageNames) {
-        pPages->push_back(DrawPage(folder, pszName, pError));
-        if (!pPages->back())
-            return false;
-    }
-    return true;
+    const std::vector<drawing::Surface> surfaces = DrawSheet(sheet, folder, pError);
+    return !surfaces.empty() && WriteWhole(strOutput, BitmapFile(surfaces), pError);
 }
 
-bool WriteSkin(const std::filesystem::path& folder, const std::string& strOutput, std::string* pError)
-{
-    std::vector<drawing::Surface> surfaces;
-    if (!DrawPages(folder, &surfaces, pError))
-        return false;
-    surfaces.push_back(DrawStrip(folder, pError));
-    return surfaces.back() && WriteWhole(strOutput, BitmapFile(surfaces), pError);
-}
-
-bool WriteSheet(const std::filesystem::path& folder, const std::string& strOutput, std::string* pError)
+// The first four pictures of the sheet, two by two.
+bool WriteOverview(const Sheet& sheet, const std::filesystem::path& folder, const std::string& strOutput,
+                   std::string* pError)
 {
     constexpr int kGap = 12;
-    std::vector<drawing::Surface> pages;
-    if (!DrawPages(folder, &pages, pError))
+    const std::vector<drawing::Surface> surfaces = DrawSheet(sheet, folder, pError);
+    if (surfaces.empty())
         return false;
-    const drawing::Surface sheet = drawing::MakeSurface(2 * kPageWidth + kGap, 2 * kPageHeight + kGap);
-    cairo_t* pContext = cairo_create(sheet.get());
-    for (int i = 0; i < kPages; ++i) {
-        cairo_set_source_surface(pContext, pages[static_cast<std::size_t>(i)].get(), i % 2 * (kPageWidth + kGap),
-                                 i / 2 * (kPageHeight + kGap));
+    const int cy = sheet.pictures.front().cy;
+    const drawing::Surface overview = drawing::MakeSurface(2 * sheet.cx + kGap, 2 * cy + kGap);
+    cairo_t* pContext = cairo_create(overview.get());
+    for (int i = 0; i < std::min(4, static_cast<int>(surfaces.size())); ++i) {
+        const int x = i % 2 * (sheet.cx + kGap);
+        const int y = i / 2 * (cy + kGap);
+        cairo_set_source_surface(pContext, surfaces[static_cast<std::size_t>(i)].get(), x, y);
         cairo_paint(pContext);
     }
     cairo_destroy(pContext);
-    if (drawing::WritePng(sheet.get(), strOutput))
+    if (drawing::WritePng(overview.get(), strOutput))
         return true;
     *pError = strOutput + ": cannot be written";
     return false;
@@ -63,20 +56,22 @@ bool WriteSheet(const std::filesystem::path& folder, const std::string& strOutpu
 
 bool Run(int argc, char** argv, std::string* pError)
 {
-    const std::string_view strWhat = argc > 1 ? argv[1] : "";
-    if (strWhat == "icon" && argc == 4) {
+    if (argc == 4 && std::string_view(argv[1]) == "icon") {
         const std::string strIcon = IconFile(argv[2], pError);
         return !strIcon.empty() && WriteWhole(argv[3], strIcon, pError);
     }
-    if ((strWhat == "skin" || strWhat == "sheet") && argc == 5) {
-        const std::filesystem::path cache = std::filesystem::path(argv[4]).parent_path() / "font-cache";
-        if (!drawing::UseFontsOf(argv[2], cache)) {
+    for (const Sheet& sheet : Sheets()) {
+        if (argc != 5 || sheet.strName != argv[1])
+            continue;
+        const std::filesystem::path output = argv[4];
+        if (!drawing::UseFontsOf(argv[2], output.parent_path() / "font-cache")) {
             *pError = std::string(argv[2]) + ": no fonts there";
             return false;
         }
-        return strWhat == "skin" ? WriteSkin(argv[3], argv[4], pError) : WriteSheet(argv[3], argv[4], pError);
+        return output.extension() == ".png" ? WriteOverview(sheet, argv[3], output, pError)
+                                            : WriteBitmap(sheet, argv[3], output, pError);
     }
-    *pError = "usage: pictures skin|sheet FONTS FOLDER OUTPUT, or pictures icon FILE.svg OUTPUT.ico";
+    *pError = "usage: pictures skin|client FONTS FOLDER OUTPUT, or pictures icon FILE.svg OUTPUT.ico";
     return false;
 }
 

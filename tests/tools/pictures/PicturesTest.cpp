@@ -42,6 +42,7 @@ public:
     std::vector<std::uint32_t> Pixels(int x, int y, int cx, int cy) const
     {
         std::vector<std::uint32_t> pixels;
+        pixels.reserve(static_cast<std::size_t>(cx) * static_cast<std::size_t>(cy));
         for (int i = 0; i < cx * cy; ++i)
             pixels.push_back(Pixel(x + i % cx, y + i / cx));
         return pixels;
@@ -131,14 +132,18 @@ TEST(Icon, HoldsThreeSizes)
     }
 }
 
-TEST(Pages, AreRefusedWhenAFileIsMissingOrNoSvg)
+TEST(Sheet, IsRefusedWhenAFileIsMissingOrNoSvg)
 {
     const test::TempDir dir;
+    const pictures::Sheet sheet{ "one", 10, { { 10, { "under", "over" } } } };
+    std::ofstream(dir / "under.svg") << "<svg xmlns=\"http://www.w3.org/2000/svg\"/>";
     std::string strError;
-    EXPECT_EQ(pictures::DrawStrip(dir.path(), &strError), nullptr);
-    std::ofstream(dir / "strip.svg") << "<svg";
-    EXPECT_EQ(pictures::DrawStrip(dir.path(), &strError), nullptr);
-    EXPECT_NE(strError.find("strip.svg"), std::string::npos);
+    EXPECT_TRUE(pictures::DrawSheet(sheet, dir.path(), &strError).empty());
+    std::ofstream(dir / "over.svg") << "<svg";
+    EXPECT_TRUE(pictures::DrawSheet(sheet, dir.path(), &strError).empty());
+    EXPECT_NE(strError.find("over.svg"), std::string::npos);
+    std::filesystem::copy_file(dir / "under.svg", dir / "over.svg", std::filesystem::copy_options::overwrite_existing);
+    EXPECT_EQ(pictures::DrawSheet(sheet, dir.path(), &strError).size(), 1u);
 }
 
 } // namespace
