@@ -3,13 +3,13 @@
 #pragma once
 
 #include <cstddef>
+#include <ctime>
 #include <memory>
 #include <span>
 #include <string>
 
 #include <sys/stat.h>
 #include <sys/types.h>
-#include <time.h>
 
 namespace win32 {
 

@@ -3,8 +3,10 @@
 #include "platform/win32/kernel/never_destroyed.h"
 #include "winbase.h"
 
+#include <atomic>
 #include <cstdio>
 #include <mutex>
+#include <shared_mutex>
 #include <utility>
 
 #include <unistd.h>
@@ -13,7 +15,17 @@ namespace win32 {
 
 namespace {
 
-std::mutex& mutex()
+// Set first when the process ends, so that new holds cannot keep the end waiting for ever.
+std::atomic<bool> is_ending = false;
+thread_local int holds_of_this_thread = 0;
+
+std::shared_mutex& hold_mutex()
+{
+    static NeverDestroyed<std::shared_mutex> instance;
+    return instance.get();
+}
+
+std::mutex& functions_mutex()
 {
     static NeverDestroyed<std::mutex> instance;
     return instance.get();
@@ -29,6 +41,21 @@ void flush_standard_output()
 }
 
 } // namespace
+
+ProcessEndHold::ProcessEndHold()
+{
+    if (holds_of_this_thread++ > 0)
+        return;
+    while (is_ending)
+        (void)::pause(); // until it has ended
+    hold_mutex().lock_shared();
+}
+
+ProcessEndHold::~ProcessEndHold()
+{
+    if (--holds_of_this_thread == 0)
+        hold_mutex().unlock_shared();
+}
 
 AtProcessEnd::Functions& AtProcessEnd::functions()
 {
@@ -47,17 +74,17 @@ AtProcessEnd& AtProcessEnd::operator=(AtProcessEnd&& other) noexcept
     return *this;
 }
 
-AtProcessEnd::~AtProcessEnd()
+void AtProcessEnd::give_back()
 {
-    if (!holds_)
+    if (!std::exchange(holds_, false))
         return;
-    const std::lock_guard lock(mutex());
+    const std::lock_guard lock(functions_mutex());
     functions().erase(place_);
 }
 
 AtProcessEnd at_process_end(std::function<void()> function)
 {
-    const std::lock_guard lock(mutex());
+    const std::lock_guard lock(functions_mutex());
     AtProcessEnd promise;
     promise.place_ = AtProcessEnd::functions().insert(AtProcessEnd::functions().begin(), std::move(function));
     promise.holds_ = true;
@@ -66,7 +93,9 @@ AtProcessEnd at_process_end(std::function<void()> function)
 
 void run_process_end()
 {
-    mutex().lock(); // and never unlocked: the threads that come here wait for the end
+    is_ending = true;
+    hold_mutex().lock(); // neither is ever unlocked: threads that come here wait for the end
+    functions_mutex().lock();
     for (const auto& function : AtProcessEnd::functions())
         function();
 }

@@ -2,9 +2,9 @@
 #include "winbase.h"
 
 #include <cerrno>
+#include <ctime>
 
 #include <sched.h>
-#include <time.h>
 #include <unistd.h>
 
 namespace {

@@ -16,14 +16,23 @@ struct Witness {
     ~Witness() { std::fputs("a static object was destroyed; ", stderr); }
 };
 
+// Makes temporaries and renames them, for ever, so that the end of the process comes at any moment of it.
 DWORD WINAPI leave_temporaries(LPVOID parameter)
 {
     const auto& dir = *static_cast<const test::TempDir*>(parameter);
-    for (int i = 0;; i = (i + 1) % 8) {
-        const std::string path = dir.path().string() + "/temporary" + std::to_string(i);
-        const win32::AtProcessEnd promise = win32::at_process_end([path] { ::unlink(path.c_str()); });
-        std::ofstream(path) << "half";
+    const std::string path = dir / ("temporary" + std::to_string(GetCurrentThreadId())).c_str();
+    for (;;) {
+        win32::AtProcessEnd promise;
+        {
+            const win32::ProcessEndHold hold;
+            std::ofstream(path) << "half";
+            promise = win32::at_process_end([path] { ::unlink(path.c_str()); });
+        }
+        Sleep(0);
+        const win32::ProcessEndHold hold;
+        const win32::ProcessEndHold within;
         ::rename(path.c_str(), (dir / "whole").c_str());
+        promise.give_back();
     }
 }
 
@@ -62,7 +71,7 @@ TEST(ProcessEnd, FlushesStandardOutput)
 
 TEST(ProcessEnd, LeavesNoTemporaryOfAThreadAtWork)
 {
-    for (int round = 0; round < 20; round++) {
+    for (int round = 0; round < 8; round++) {
         test::TempDir dir;
         EXPECT_EXIT(
             {

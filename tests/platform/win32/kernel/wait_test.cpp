@@ -95,6 +95,7 @@ TEST(Wait, WakesOneThreadForEachSignal)
     const Handle stop = event(TRUE, FALSE);
     std::atomic<int> woken = 0;
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     for (int i = 0; i < kThreads; i++) {
         threads.emplace_back([&] {
             const HANDLE handles[] = { stop.get(), signal.get() };

@@ -36,7 +36,7 @@ protected:
     // A program of the tests: a script that names its interpreter.
     std::string program(const char* name, const std::string& lines, mode_t mode = 0755) const
     {
-        const std::string path = dir / name;
+        std::string path = dir / name;
         std::ofstream(path) << lines;
         ::chmod(path.c_str(), mode);
         return path;
@@ -179,7 +179,7 @@ TEST_F(ShellExecuteTest, GivesTheProgramASessionAndNothingOfOurs)
     const Started started = start(program("look", "#!/bin/sh\ncd \"${0%/*}\"\n"
                                                   "for fd in /proc/$$/fd/*; do readlink $fd; done > fds\n"
                                                   "cut -d' ' -f6 /proc/$$/stat > session\necho $$ >> session\n"
-                                                  "grep -E 'Sig(Blk|Ign)' /proc/$$/status > signals\n"));
+                                                  "exec grep -E 'Sig(Blk|Ign)' /proc/self/status > signals\n"));
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
     ::signal(SIGHUP, SIG_DFL);
     ::close(ours);
