@@ -65,6 +65,7 @@ FileReplacement& FileReplacement::operator=(FileReplacement&& other) noexcept
         descriptor_ = std::move(other.descriptor_);
         path_ = std::move(other.path_);
         temporary_ = std::exchange(other.temporary_, {});
+        removal_ = std::move(other.removal_);
     }
     return *this;
 }
@@ -92,6 +93,7 @@ int FileReplacement::begin_named(mode_t mode)
 {
     for (int attempt = 0; attempt < kAttempts; attempt++) {
         const std::string name = temporary_in(folder_of(path_));
+        const ProcessEndHold hold;
         const int descriptor = file_system().open(name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, mode);
         if (descriptor == -EEXIST)
             continue;
@@ -99,6 +101,7 @@ int FileReplacement::begin_named(mode_t mode)
             return descriptor;
         descriptor_.reset(descriptor);
         temporary_ = name;
+        removal_ = at_process_end([name] { (void)file_system().remove_file(name); }); // as discard() does
         struct stat info {};
         if (lock(descriptor) && ::fstat(descriptor, &info) == 0 && info.st_nlink > 0)
             return 0;
@@ -120,6 +123,7 @@ int FileReplacement::set_time(const struct timespec& modified)
 int FileReplacement::commit()
 {
     int result = file_system().sync(descriptor_.get());
+    const ProcessEndHold hold; // a name beside the place lives no longer than this
     if (result == 0)
         result = put_in_place();
     discard();
@@ -136,8 +140,10 @@ int FileReplacement::put_in_place()
             return beside;
     }
     const int renamed = file_system().rename(temporary_, path_);
-    if (renamed == 0)
+    if (renamed == 0) {
         temporary_.clear();
+        removal_.give_back();
+    }
     return renamed;
 }
 
@@ -158,9 +164,14 @@ int FileReplacement::link_beside()
 
 void FileReplacement::discard()
 {
-    if (!temporary_.empty())
-        (void)file_system().remove_file(temporary_); // nothing more can be done about it; the next installation will
+    if (temporary_.empty()) {
+        descriptor_.reset();
+        return;
+    }
+    const ProcessEndHold hold;
+    (void)file_system().remove_file(temporary_); // nothing more can be done about it; the next installation will
     temporary_.clear();
+    removal_.give_back();
     descriptor_.reset();
 }
 

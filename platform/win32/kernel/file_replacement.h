@@ -2,19 +2,20 @@
 // file without a name in the same folder, is flushed, and takes the place in one step.
 #pragma once
 
+#include "platform/win32/kernel/process_end.h"
 #include "platform/win32/kernel/unique_fd.h"
 
 #include <cstddef>
+#include <ctime>
 #include <span>
 #include <string>
 
 #include <sys/types.h>
-#include <time.h>
 
 namespace win32 {
 
 // Results are 0 or -errno. The object may move to another thread between calls. One that goes away without commit()
-// leaves the place as it was and nothing beside it.
+// leaves the place as it was and nothing beside it, and so does the end of the process.
 class FileReplacement {
 public:
     FileReplacement() = default;
@@ -42,6 +43,7 @@ private:
     UniqueFd descriptor_;
     std::string path_;
     std::string temporary_; // the name the content has for the moment; empty while it has none
+    AtProcessEnd removal_;  // of a temporary name that stays for longer than a hold
 };
 
 // Makes the names in `folder` survive a power cut.
