@@ -10,11 +10,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <ctime>
 #include <set>
 #include <string>
 #include <utility>
-
-#include <time.h>
 
 namespace win32 {
 

@@ -1,6 +1,6 @@
-#include "tests/platform/win32/setupapi/DamagedFileSystem.h"
 #include "tests/platform/win32/setupapi/Unpacking.h"
 #include "tests/support/CabinetBuilder.h"
+#include "tests/support/DamagedFileSystem.h"
 #include "tests/support/PackedCabinet.h"
 #include "tests/support/WaitUntil.h"
 
@@ -210,6 +210,7 @@ TEST(SetupIterateCabinet, ReadsAnyNumberOfEntries)
     fast->flushes = false;
     const FileSystemInPlace in_place(fast);
     std::vector<CabinetFile> many;
+    many.reserve(20000);
     for (int i = 0; i < 20000; i++)
         many.push_back({ joined("d", std::to_string(i % 7)) + joined("\\f", std::to_string(i)), std::to_string(i) });
     Unpacking unpacking(stored_cabinet(many));
@@ -218,6 +219,7 @@ TEST(SetupIterateCabinet, ReadsAnyNumberOfEntries)
 
     // all of one long folder's entries, from its end to its beginning: each would unpack everything before it anew
     std::vector<CabinetRecord> backwards;
+    backwards.reserve(20000);
     for (std::uint32_t i = 0; i < 20000; i++)
         backwards.push_back({ joined("f", std::to_string(i)), 100, (19999 - i) * 100 });
     unpacking.replace_cabinet(cabinet_of({ content(2000000, 1) }, backwards));
