@@ -1,10 +1,12 @@
 #include "tests/client/Programs.h"
 
+#include <array>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
 
 #include <fcntl.h>
+#include <pty.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -37,6 +39,28 @@ Outcome RunProgram(const std::string& strProgram, const std::vector<std::string>
         run.nExitCode = WEXITSTATUS(nStatus);
     run.strOutput = ReadFile(strOutput);
     return run;
+}
+
+Outcome RunOnTerminal(const std::string& strProgram, const std::string& strTyped)
+{
+    int nTerminal = -1;
+    Outcome outcome;
+    const pid_t nProcess = ::forkpty(&nTerminal, nullptr, nullptr, nullptr);
+    if (nProcess == 0) {
+        ::execl(strProgram.c_str(), strProgram.c_str(), nullptr);
+        ::_exit(127);
+    }
+    EXPECT_GT(nProcess, 0);
+    EXPECT_EQ(::write(nTerminal, strTyped.data(), strTyped.size()), static_cast<ssize_t>(strTyped.size()));
+    std::array<char, 4096> buffer;
+    ssize_t nRead = 0;
+    while ((nRead = ::read(nTerminal, buffer.data(), buffer.size())) > 0) // ends in EIO when the program has ended
+        outcome.strOutput.append(buffer.data(), static_cast<std::size_t>(nRead));
+    int nStatus = 0;
+    if (::waitpid(nProcess, &nStatus, 0) == nProcess && WIFEXITED(nStatus))
+        outcome.nExitCode = WEXITSTATUS(nStatus);
+    ::close(nTerminal);
+    return outcome;
 }
 
 std::string ReadFile(const std::filesystem::path& path)

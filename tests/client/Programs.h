@@ -18,6 +18,9 @@ struct Outcome {
 // Runs the program to its end, with nothing on its standard input.
 Outcome RunProgram(const std::string& strProgram, const std::vector<std::string>& arguments = {});
 
+// The same with a terminal for its standard input and output, on which strTyped is typed.
+Outcome RunOnTerminal(const std::string& strProgram, const std::string& strTyped);
+
 std::string ReadFile(const std::filesystem::path& path);
 void WriteFile(const std::filesystem::path& path, const std::string& strText); // with the folders above it
 

@@ -82,7 +82,7 @@ void Paint(const Landscape& landscape, std::uint32_t* pPixels, int nPitch)
     Noise noise(static_cast<std::uint32_t>(landscape.nSeed));
     for (int y = 0; y < kHeight; ++y) {
         for (int x = 0; x < kWidth; ++x) {
-            const int nGrain = noise.Next(96) ? 0 : noise.Next(1024);
+            const int nGrain = noise.Next(19) ? 0 : noise.Next(1024);
             std::uint32_t crPixel = SkyColour(landscape, x, y, nGrain);
             for (int nHill = 0; nHill < landscape.nHills; ++nHill) {
                 const int yRidge = ridges[static_cast<std::size_t>(nHill)][static_cast<std::size_t>(x)];

@@ -1,0 +1,159 @@
+#include "client/uninstall/Settings.h"
+
+#include "client/install/UserFolders.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+
+#include <windows.h>
+#include <winreg.h>
+
+namespace client {
+
+namespace {
+
+constexpr char kRunKey[] = "Software\\Microsoft\\Windows\\CurrentVersion\\Run";
+constexpr char kRunValue[] = "Merav Conferencing";
+
+// Removed with their values, in this order.
+constexpr const char* kSettingsKeys[] = {
+    "Software\\Dalvor\\Varnhal\\Tesk\\Connection",
+    "Software\\Dalvor\\Varnhal\\Tesk\\Version",
+};
+
+// Removed in this order when nothing is left in them.
+constexpr const char* kParentKeys[] = {
+    "Software\\Dalvor\\Varnhal\\Tesk",
+    "Software\\Dalvor\\Varnhal",
+    "Software\\Dalvor",
+};
+
+// An open registry key.
+class Key {
+public:
+    Key(const char* pszName, REGSAM nAccess) : m_nError(RegOpenKeyExA(HKEY_CURRENT_USER, pszName, 0, nAccess, &m_hKey))
+    {}
+    ~Key()
+    {
+        if (m_nError == ERROR_SUCCESS)
+            RegCloseKey(m_hKey);
+    }
+    Key(const Key&) = delete;
+    Key& operator=(const Key&) = delete;
+
+    HKEY Get() const { return m_hKey; }
+    LSTATUS Error() const { return m_nError; }
+
+private:
+    HKEY m_hKey = nullptr;
+    LSTATUS m_nError;
+};
+
+void NoteFailure(const std::string& strWhat, LSTATUS nError, Report* pReport)
+{
+    if (nError != ERROR_SUCCESS && nError != ERROR_FILE_NOT_FOUND)
+        pReport->failed.push_back("registry, " + strWhat + ": error " + std::to_string(nError));
+}
+
+// Whether the registry's path text names the client in the folder, by whatever spelling.
+bool NamesClientIn(std::string strPath, const std::string& strFolder)
+{
+    std::replace(strPath.begin(), strPath.end(), '\\', '/');
+    const std::filesystem::path path = strPath;
+    std::error_code error;
+    return path.filename() == kClientProgram && std::filesystem::equivalent(path.parent_path(), strFolder, error);
+}
+
+std::optional<std::string> QueryText(HKEY hKey, const char* pszValue)
+{
+    std::array<BYTE, 4096> text{};
+    DWORD nType = REG_NONE;
+    DWORD nSize = static_cast<DWORD>(text.size());
+    if (RegQueryValueExA(hKey, pszValue, nullptr, &nType, text.data(), &nSize) != ERROR_SUCCESS || nType != REG_SZ)
+        return std::nullopt;
+    const std::string strText(reinterpret_cast<const char*>(text.data()), nSize);
+    return strText.substr(0, strText.find('\0'));
+}
+
+void RemoveAutoStart(const std::string& strFolder, Report* pReport)
+{
+    const Key key(kRunKey, KEY_QUERY_VALUE | KEY_SET_VALUE);
+    if (key.Error() != ERROR_SUCCESS)
+        return NoteFailure(kRunKey, key.Error(), pReport);
+    const std::optional<std::string> text = QueryText(key.Get(), kRunValue);
+    if (text && NamesClientIn(*text, strFolder))
+        NoteFailure(kRunValue, RegDeleteValueA(key.Get(), kRunValue), pReport);
+}
+
+bool HasValues(const char* pszKey)
+{
+    const Key key(pszKey, KEY_QUERY_VALUE);
+    std::array<char, 256> name{};
+    DWORD nNameSize = static_cast<DWORD>(name.size());
+    return key.Error() == ERROR_SUCCESS && RegEnumValueA(key.Get(), 0, name.data(), &nNameSize, nullptr, nullptr,
+                                                         nullptr, nullptr) != ERROR_NO_MORE_ITEMS;
+}
+
+void RemoveSettingsKeys(Report* pReport)
+{
+    for (const char* pszKey : kSettingsKeys)
+        NoteFailure(pszKey, RegDeleteKeyA(HKEY_CURRENT_USER, pszKey), pReport);
+    for (const char* pszKey : kParentKeys) {
+        if (!HasValues(pszKey))
+            (void)RegDeleteKeyA(HKEY_CURRENT_USER, pszKey); // a key with other keys in it stays
+    }
+}
+
+// What follows "pszName=" in a line of the file. Nothing: the file or the line is not there.
+std::optional<std::string> SettingIn(const std::string& strPath, const std::string& strName)
+{
+    std::ifstream stream(strPath);
+    std::string strLine;
+    while (std::getline(stream, strLine)) {
+        if (strLine.starts_with(strName + "="))
+            return strLine.substr(strName.size() + 1);
+    }
+    return std::nullopt;
+}
+
+void RemoveOwnFile(const std::string& strPath, Report* pReport)
+{
+    std::error_code error;
+    std::filesystem::remove(strPath, error);
+    if (error)
+        pReport->failed.push_back(strPath + ": " + error.message());
+}
+
+void RemoveConfigFolder(const std::string& strConfigFolder, Report* pReport)
+{
+    RemoveOwnFile(strConfigFolder + "/" + kConfigFile, pReport);
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(strConfigFolder, error))
+        pReport->kept.push_back(entry.path().string() + ": not installed");
+    std::filesystem::remove(strConfigFolder, error); // stays when it is not empty
+}
+
+} // namespace
+
+void RemoveSettings(const std::string& strFolder, Report* pReport)
+{
+    RemoveAutoStart(strFolder, pReport);
+
+    const std::string strMenuEntry = DataHome() + "/" + kMenuEntry;
+    if (const auto program = SettingIn(strMenuEntry, "TryExec"); program && NamesClientIn(*program, strFolder))
+        RemoveOwnFile(strMenuEntry, pReport);
+
+    const std::string strConfigFolder = ConfigHome() + "/" + kConfigFolder;
+    const std::string strConfigFile = strConfigFolder + "/" + kConfigFile;
+    if (const auto folder = SettingIn(strConfigFile, "Folder"); folder && *folder != strFolder) {
+        pReport->kept.push_back(strConfigFile + ": belongs to the client in " + *folder);
+        return;
+    }
+    RemoveConfigFolder(strConfigFolder, pReport);
+    RemoveSettingsKeys(pReport);
+}
+
+} // namespace client
