@@ -86,7 +86,9 @@ void WINAPI SetLastError(DWORD error);
 
 // ---- Handles ----
 
-inline const HANDLE INVALID_HANDLE_VALUE = reinterpret_cast<HANDLE>(static_cast<LONG_PTR>(-1));
+// A macro, as the types of resources are below: no constant expression may hold such a pointer, and a variable would be
+// set up at start-up, in every source that sees it.
+#define INVALID_HANDLE_VALUE (reinterpret_cast<HANDLE>(static_cast<LONG_PTR>(-1)))
 
 // Of files, events, threads and processes. A thread or process runs on without its handle.
 BOOL WINAPI CloseHandle(HANDLE object);
@@ -189,12 +191,12 @@ inline bool IS_INTRESOURCE(LPCSTR name)
     return (reinterpret_cast<ULONG_PTR>(name) >> 16) == 0;
 }
 
-inline const LPCSTR RT_CURSOR = MAKEINTRESOURCEA(1);
-inline const LPCSTR RT_BITMAP = MAKEINTRESOURCEA(2);
-inline const LPCSTR RT_ICON = MAKEINTRESOURCEA(3);
-inline const LPCSTR RT_STRING = MAKEINTRESOURCEA(6);
-inline const LPCSTR RT_RCDATA = MAKEINTRESOURCEA(10);
-inline const LPCSTR RT_GROUP_ICON = MAKEINTRESOURCEA(14);
+#define RT_CURSOR MAKEINTRESOURCEA(1)
+#define RT_BITMAP MAKEINTRESOURCEA(2)
+#define RT_ICON MAKEINTRESOURCEA(3)
+#define RT_STRING MAKEINTRESOURCEA(6)
+#define RT_RCDATA MAKEINTRESOURCEA(10)
+#define RT_GROUP_ICON MAKEINTRESOURCEA(14)
 
 // Only the program itself (null or GetModuleHandleA(nullptr)) has resources. Texts match whatever their case; "#130" is
 // the integer 130. Of several languages the first in the script is taken. Nothing is copied: the bytes of a locked

@@ -223,6 +223,10 @@ TEST_F(FileTest, TellsAFullDiskFromSuccess)
         EXPECT_EQ(GetLastError(), ERROR_DISK_FULL);
         EXPECT_LE(written, room);
     }
+    const File full(create("/dev/full", GENERIC_WRITE, OPEN_EXISTING));
+    EXPECT_FALSE(write(full.get(), "x")) << "the system's own full disk";
+    EXPECT_EQ(GetLastError(), ERROR_DISK_FULL);
+
     const test::WithFailingFileSystem files;
     files->fail_nth(test::FileCall::sync, 1, EIO);
     const File file(create(dir / "file", GENERIC_WRITE, CREATE_ALWAYS));

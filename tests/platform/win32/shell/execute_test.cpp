@@ -230,6 +230,16 @@ TEST_F(ShellExecuteTest, LeavesNoZombieWhenNobodyAsks)
     EXPECT_TRUE(test::wait_until([] { return !has_zombie(); }));
 }
 
+// Whoever started us may have told the system to keep no exit statuses; the end itself is still seen.
+TEST_F(ShellExecuteTest, SeesTheEndOfAProgramWhoseStatusIsLost)
+{
+    ::signal(SIGCHLD, SIG_IGN);
+    const Started started = start(program("prog", "#!/bin/sh\nexit 7\n"));
+    EXPECT_EQ(WaitForSingleObject(started.process, 20000), WAIT_OBJECT_0);
+    ::signal(SIGCHLD, SIG_DFL);
+    EXPECT_EQ(exit_code(started.process), 0xFFFFFFFF);
+}
+
 // The program is started by a process that then ends; it must live on and finish its work.
 TEST_F(ShellExecuteTest, LetsTheProgramOutliveUs)
 {
