@@ -73,7 +73,7 @@ public:
         int height = 0;
         std::vector<std::uint32_t> pixels;
 
-        std::uint32_t at(int x, int y) const { return pixels[static_cast<std::size_t>(y * width + x)]; }
+        std::uint32_t at(int x, int y) const { return *(pixels.data() + static_cast<std::ptrdiff_t>(y) * width + x); }
     };
     Picture picture() const;
     std::uint32_t pixel_at(POINT position) const;

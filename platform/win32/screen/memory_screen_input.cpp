@@ -3,7 +3,6 @@
 #include "platform/win32/screen/input.h"
 
 #include <algorithm>
-#include <ranges>
 
 #include <sys/eventfd.h>
 
@@ -204,12 +203,13 @@ void MemoryScreen::move_focus(SurfaceId id)
 
 SurfaceId MemoryScreen::hit(POINT position) const
 {
-    for (const SurfaceId id : stack_ | std::views::reverse) {
-        const Surface& surface = surfaces_.at(id);
+    for (auto id = stack_.rbegin(); id != stack_.rend(); ++id) {
+        const Surface& surface = surfaces_.at(*id);
         if (!on_display(surface) || surface.look.traits.kind == SurfaceKind::tool_tip) // the pointer goes through tips
             continue;
-        if (std::ranges::any_of(outline(surface), [&](const RECT& part) { return contains(part, position); }))
-            return id;
+        const std::vector<RECT> parts = outline(surface);
+        if (std::any_of(parts.begin(), parts.end(), [&](const RECT& part) { return contains(part, position); }))
+            return *id;
     }
     return 0;
 }

@@ -17,8 +17,8 @@ std::mutex current_mutex;
 std::shared_ptr<Screen>& current()
 {
     // Never destroyed: the process may end while another thread still draws.
-    static auto& screen = *new std::shared_ptr<Screen>; // NOLINT
-    return screen;
+    static std::shared_ptr<Screen>* const holder = std::make_unique<std::shared_ptr<Screen>>().release();
+    return *holder;
 }
 
 std::shared_ptr<Screen> open_memory_screen()

@@ -24,7 +24,7 @@ constexpr std::uint16_t kPointerEvents = XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT
                                          XCB_EVENT_MASK_POINTER_MOTION;
 
 // More than these, and the window manager has lost our wishes; the oldest are given up.
-constexpr std::size_t kAwaitedKept = 16;
+constexpr std::size_t kAwaitedKept = 1024;
 
 // Another program's grab of a moment, a window manager's key binding say, is gone at the next try.
 constexpr int kGrabAttempts = 3;

@@ -4,21 +4,22 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 #include <csignal>
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <unistd.h>
 #include <xcb/xtest.h>
-
-extern char** environ;
 
 namespace test {
 
 namespace {
 
 constexpr int kStartDeadline = 20'000; // milliseconds
+constexpr int kInheritedDescriptor = 9;
 
 [[noreturn]] void give_up(const char* what)
 {
@@ -53,40 +54,53 @@ std::string read_display_number(int descriptor)
 
 } // namespace
 
+Program::~Program()
+{
+    end(SIGTERM);
+}
+
+bool Program::start(const char* const* arguments, int inherited)
+{
+    posix_spawn_file_actions_t actions;
+    ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    if (inherited >= 0)
+        ::posix_spawn_file_actions_adddup2(&actions, inherited, kInheritedDescriptor);
+    const int result =
+        ::posix_spawnp(&process_, arguments[0], &actions, nullptr, const_cast<char**>(arguments), environ);
+    ::posix_spawn_file_actions_destroy(&actions);
+    return result == 0;
+}
+
+void Program::end(int signal)
+{
+    if (process_ < 0)
+        return;
+    ::kill(process_, signal);
+    ::waitpid(process_, nullptr, 0);
+    process_ = -1;
+}
+
 XServer::XServer()
 {
     int ends[2];
     if (::pipe2(ends, O_CLOEXEC) != 0)
         give_up("no pipe");
     const win32::UniqueFd ours(ends[0]);
-    const win32::UniqueFd given(ends[1]);
-    posix_spawn_file_actions_t actions;
-    ::posix_spawn_file_actions_init(&actions);
-    ::posix_spawn_file_actions_adddup2(&actions, given.get(), 9);
-    const char* arguments[] = { "Xvfb",        "-displayfd", "9",         "-screen", "0",
-                                "1024x768x24", "-noreset",   "-nolisten", "tcp",     nullptr };
-    const int result = ::posix_spawnp(&process_, "Xvfb", &actions, nullptr, const_cast<char**>(arguments), environ);
-    ::posix_spawn_file_actions_destroy(&actions);
-    if (result != 0)
+    win32::UniqueFd given(ends[1]);
+    // It ends with its last client, should this process not come to end it.
+    const char* const arguments[] = { "Xvfb",        "-displayfd", "9",         "-screen", "0",
+                                      "1024x768x24", "-terminate", "-nolisten", "tcp",     nullptr };
+    if (!program_.start(arguments, given.get()))
         give_up("Xvfb is not installed");
+    given.reset(); // so that the end of the server is the end of the pipe
     display_ = read_display_number(ours.get());
     display_.insert(display_.begin(), ':');
 }
 
-XServer::~XServer()
+void XServer::stop()
 {
-    kill();
-}
-
-void XServer::kill()
-{
-    if (process_ < 0)
-        return;
-    ::kill(process_, SIGKILL);
-    ::waitpid(process_, nullptr, 0);
-    process_ = -1;
-    std::remove(("/tmp/.X" + display_.substr(1) + "-lock").c_str()); // it had no time to clean up
-    std::remove(("/tmp/.X11-unix/X" + display_.substr(1)).c_str());
+    program_.end(SIGTERM);
 }
 
 XPerson::XPerson(const char* display) : connection_(xcb_connect(display, nullptr)), root_(0)
@@ -134,6 +148,37 @@ void XPerson::press_key(xcb_keysym_t symbol)
 void XPerson::release_key(xcb_keysym_t symbol)
 {
     fake(XCB_KEY_RELEASE, code_of(symbol));
+}
+
+void XPerson::move_window(xcb_window_t window, int x, int y)
+{
+    const std::uint32_t values[] = { static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y) };
+    xcb_configure_window(connection_, window, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, values);
+    xcb_flush(connection_);
+}
+
+bool XPerson::sees_window_manager()
+{
+    if (probe_ == 0) {
+        probe_ = xcb_generate_id(connection_);
+        xcb_create_window(connection_, XCB_COPY_FROM_PARENT, probe_, root_, 0, 0, 1, 1, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    }
+    if (!has(probe_, "WM_STATE")) {
+        xcb_unmap_window(connection_, probe_); // anew: one that is just starting may oversleep a single request
+        xcb_map_window(connection_, probe_);
+        xcb_flush(connection_);
+        return false;
+    }
+    xcb_destroy_window(connection_, std::exchange(probe_, 0));
+    xcb_flush(connection_);
+    return true;
+}
+
+bool XPerson::has(xcb_window_t window, const char* property) const
+{
+    const auto cookie = xcb_get_property(connection_, 0, window, atom(property), XCB_GET_PROPERTY_TYPE_ANY, 0, 0);
+    return owned(xcb_get_property_reply(connection_, cookie, nullptr))->type != XCB_ATOM_NONE;
 }
 
 void XPerson::send_protocol(xcb_window_t window, const char* protocol)

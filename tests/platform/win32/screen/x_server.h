@@ -12,19 +12,32 @@
 
 namespace test {
 
+// A child process, ended with its owner.
+class Program {
+public:
+    Program() = default;
+    ~Program();
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    // False: there is no such program. The descriptor is the child's number 9.
+    [[nodiscard]] bool start(const char* const* arguments, int inherited = -1);
+    void end(int signal);
+
+private:
+    pid_t process_ = -1;
+};
+
 class XServer {
 public:
     // Starts Xvfb and waits until it takes connections; a test cannot go on without, so it fails here.
     XServer();
-    ~XServer();
-    XServer(const XServer&) = delete;
-    XServer& operator=(const XServer&) = delete;
 
     const char* display() const { return display_.c_str(); }
-    void kill();
+    void stop();
 
 private:
-    pid_t process_ = -1;
+    Program program_;
     std::string display_;
 };
 
@@ -41,6 +54,10 @@ public:
     void release(unsigned button);
     void press_key(xcb_keysym_t symbol);
     void release_key(xcb_keysym_t symbol);
+    // What a desktop does to our windows; without a window manager the server does it at once.
+    void move_window(xcb_window_t window, int x, int y);
+    // Whether a window manager is at work: it takes care of a new window of ours. Ask until it does.
+    bool sees_window_manager();
     void send_protocol(xcb_window_t window, const char* protocol); // WM_DELETE_WINDOW, _NET_WM_PING
     xcb_connection_t* connection() const { return connection_; }
     xcb_window_t root() const { return root_; }
@@ -49,9 +66,11 @@ public:
 private:
     void fake(std::uint8_t type, unsigned detail, int x = 0, int y = 0);
     xcb_keycode_t code_of(xcb_keysym_t symbol) const;
+    bool has(xcb_window_t window, const char* property) const;
 
     xcb_connection_t* connection_;
     xcb_window_t root_;
+    xcb_window_t probe_ = 0;
 };
 
 } // namespace test
