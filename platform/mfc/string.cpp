@@ -1,5 +1,5 @@
 // The string's buffer: who shares it, how it grows.
-#include "afx/string.h"
+#include "afx/afx_string.h"
 
 #include "afx/exception.h"
 
@@ -208,12 +208,12 @@ CString operator+(char chFirst, const CString& strSecond)
 
 bool operator==(const CString& strFirst, const CString& strSecond)
 {
-    return strFirst.GetLength() == strSecond.GetLength() && (strFirst <=> strSecond) == 0;
+    return strFirst.GetLength() == strSecond.GetLength() && std::is_eq(strFirst <=> strSecond);
 }
 
 bool operator==(const CString& strFirst, LPCSTR pszSecond)
 {
-    return (strFirst <=> pszSecond) == 0;
+    return std::is_eq(strFirst <=> pszSecond);
 }
 
 std::strong_ordering operator<=>(const CString& strFirst, const CString& strSecond)

@@ -1,5 +1,5 @@
 // Looking into a string and changing its text.
-#include "afx/string.h"
+#include "afx/afx_string.h"
 
 #include <algorithm>
 #include <bitset>
@@ -48,7 +48,7 @@ void CString::SetAt(int nIndex, char ch)
 int CString::Compare(LPCSTR psz) const
 {
     const std::strong_ordering order = *this <=> psz;
-    return (order > 0) - (order < 0);
+    return std::is_gt(order) - std::is_lt(order);
 }
 
 int CString::CompareNoCase(LPCSTR psz) const
@@ -319,10 +319,12 @@ void CString::Format(LPCSTR pszFormat, ...)
 
 void CString::FormatV(LPCSTR pszFormat, va_list args)
 {
+    if (!pszFormat)
+        return Empty();
     char quick[256];
     va_list again;
     va_copy(again, args);
-    const int length = std::vsnprintf(quick, sizeof(quick), pszFormat ? pszFormat : "", args);
+    const int length = std::vsnprintf(quick, sizeof(quick), pszFormat, args);
     CString result; // the arguments may point into this string: it stays until they were read
     if (length >= static_cast<int>(sizeof(quick))) {
         std::vsnprintf(result.GetBufferSetLength(length), static_cast<size_t>(length) + 1, pszFormat, again);

@@ -1,5 +1,5 @@
 // The string's ties to the system: UTF-16 and the program's string table.
-#include "afx/string.h"
+#include "afx/afx_string.h"
 
 #include <windows.h>
 

@@ -172,6 +172,20 @@ TEST(CString, TooLongThrowsAndChangesNothing)
     EXPECT_EQ(Text(str), "abc");
 }
 
+TEST(CString, LoadsTextsOfTheProgram)
+{
+    CString str("before");
+    EXPECT_TRUE(str.LoadString(1));
+    EXPECT_STREQ(str, "\xbc\xec\xb2\xe2 %d");
+    EXPECT_TRUE(str.LoadString(2));
+    EXPECT_EQ(str.GetLength(), 300) << "longer than a first guess";
+    EXPECT_TRUE(str.LoadString(3));
+    EXPECT_EQ(str.GetLength(), 255) << "a character across the end of the first guess";
+    EXPECT_STREQ(str.Right(2), "\xbc\xec");
+    EXPECT_FALSE(str.LoadString(99));
+    EXPECT_TRUE(str.IsEmpty());
+}
+
 TEST(CString, IsSafeBetweenThreadsThatShareABuffer)
 {
     const CString strShared("shared text");

@@ -7,8 +7,8 @@
 // counts UTF-16 units, the units) is understood when loading and becomes text of the process's code page.
 #pragma once
 
+#include "afx_string.h"
 #include "file.h"
-#include "string.h"
 
 #include <cstring>
 #include <memory>

@@ -1,8 +1,8 @@
 // What all collections share: how elements are compared and hashed, and where lists and maps keep their nodes.
 #pragma once
 
+#include "afx_string.h"
 #include "exception.h"
-#include "string.h"
 
 #include <cstddef>
 #include <new>

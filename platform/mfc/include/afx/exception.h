@@ -2,8 +2,8 @@
 //     catch (CArchiveException* e) { e->Delete(); }
 #pragma once
 
+#include "afx_string.h"
 #include "object.h"
-#include "string.h"
 
 class CException : public CObject {
     DECLARE_DYNAMIC(CException)

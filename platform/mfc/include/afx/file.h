@@ -1,9 +1,9 @@
 // CFile: a file of the system. CMemFile: the same operations on memory. What fails throws CFileException.
 #pragma once
 
+#include "afx_string.h"
 #include "exception.h"
 #include "object.h"
-#include "string.h"
 
 class CFile : public CObject {
     DECLARE_DYNAMIC(CFile)

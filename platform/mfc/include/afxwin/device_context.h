@@ -4,7 +4,7 @@
 #pragma once
 
 #include "../afx/object.h"
-#include "../afx/string.h"
+#include "../afx/afx_string.h"
 #include "gdi_object.h"
 #include "geometry.h"
 

@@ -6,7 +6,7 @@
 // A handler may destroy its window and, through PostNcDestroy, its object; the framework touches neither afterwards.
 #pragma once
 
-#include "../afx/string.h"
+#include "../afx/afx_string.h"
 #include "cmd_target.h"
 #include "device_context.h"
 #include "geometry.h"
@@ -163,10 +163,9 @@ class CWnd : public CCmdTarget {
     HWND m_hWnd = nullptr; // owned
     UINT m_nFlags = 0;     // WF_
 
+protected:
     // Called by the framework for every message of an attached window.
     virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
-
-protected:
     // TRUE: a handler took the message, and *pResult is its answer. The object may be gone then.
     virtual BOOL OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* pResult);
     virtual LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam);

@@ -28,7 +28,7 @@ public:
     CString(LPCWSTR pch, int nLength); // that many units
     ~CString() { release(buffer_); }
 
-    CString& operator=(const CString& str) noexcept
+    CString& operator=(const CString& str) noexcept // NOLINT(bugprone-unhandled-self-assignment): shares, then lets go
     {
         release(std::exchange(buffer_, share(str.buffer_)));
         return *this;
