@@ -103,6 +103,19 @@ int GetStretchBltMode(HDC dc)
     return attribute_of(dc, &DrawState::stretch_mode, 0);
 }
 
+UINT SetTextAlign(HDC dc, UINT align)
+{
+    constexpr UINT kAll = TA_UPDATECP | TA_CENTER | TA_BASELINE | TA_RTLREADING;
+    if (align & ~kAll)
+        return fail(UINT{ GDI_ERROR }, ERROR_INVALID_PARAMETER);
+    return exchange_attribute(dc, &DrawState::text_align, align, UINT{ GDI_ERROR });
+}
+
+UINT GetTextAlign(HDC dc)
+{
+    return attribute_of(dc, &DrawState::text_align, UINT{ GDI_ERROR });
+}
+
 DWORD SetLayout(HDC dc, DWORD layout)
 {
     if (layout & ~(LAYOUT_RTL | LAYOUT_BITMAPORIENTATIONPRESERVED))

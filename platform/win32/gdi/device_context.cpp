@@ -132,6 +132,7 @@ void select_defaults(DrawState& state)
     };
     select(state.pen, GetStockObject(BLACK_PEN));
     select(state.brush, GetStockObject(WHITE_BRUSH));
+    select(state.font, GetStockObject(SYSTEM_FONT));
 }
 
 } // namespace
@@ -259,6 +260,8 @@ HGDIOBJ SelectObject(HDC dc, HGDIOBJ handle)
         return select_into(context->state.pen, handle, std::move(object));
     case OBJ_BRUSH:
         return select_into(context->state.brush, handle, std::move(object));
+    case OBJ_FONT:
+        return select_into(context->state.font, handle, std::move(object));
     case OBJ_REGION:
         return reinterpret_cast<HGDIOBJ>(static_cast<std::intptr_t>(SelectClipRgn(dc, static_cast<HRGN>(handle))));
     default:
@@ -278,6 +281,8 @@ HGDIOBJ GetCurrentObject(HDC dc, UINT type)
         return context->state.pen.handle();
     case OBJ_BRUSH:
         return context->state.brush.handle();
+    case OBJ_FONT:
+        return context->state.font.handle();
     default:
         return fail(nullptr, ERROR_INVALID_PARAMETER);
     }

@@ -7,6 +7,7 @@
 
 #include "platform/win32/gdi/bitmap.h"
 #include "platform/win32/gdi/draw_target.h"
+#include "platform/win32/gdi/font.h"
 #include "platform/win32/gdi/objects.h"
 
 #include <memory>
@@ -58,11 +59,13 @@ struct DrawState {
     Selection<Bitmap> bitmap; // of a memory context
     Selection<Pen> pen;
     Selection<Brush> brush;
+    Selection<Font> font;
     COLORREF text_colour = 0;
     COLORREF background = RGB(255, 255, 255);
     int background_mode = OPAQUE;
     int mix_mode = R2_COPYPEN;
     int stretch_mode = BLACKONWHITE;
+    UINT text_align = TA_LEFT;
     DWORD layout = 0;
     POINT window_origin{};
     POINT viewport_origin{};

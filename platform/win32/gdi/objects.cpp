@@ -1,6 +1,7 @@
 #include "platform/win32/gdi/objects.h"
 
 #include "platform/win32/gdi/bitmap.h"
+#include "platform/win32/gdi/font.h"
 #include "platform/win32/gdi/raster.h"
 #include "platform/win32/kernel/handle_table.h"
 #include "platform/win32/kernel/last_error.h"
@@ -26,7 +27,8 @@ HandleTable<GdiObject>& objects()
 }
 
 // What programs look for at run time, since not every system has it.
-const Export kExports[] = { exported("SetLayout", SetLayout), exported("GetLayout", GetLayout) };
+const Export kExports[] = { exported("SetLayout", SetLayout), exported("GetLayout", GetLayout),
+                            exported("AddFontResourceExW", AddFontResourceExW) };
 const ModuleExports gdi32("gdi32.dll", kExports);
 
 std::uintptr_t bits_of(const void* handle)
@@ -105,6 +107,16 @@ HGDIOBJ make_stock(Arguments... arguments)
     return add_object(std::move(object));
 }
 
+LOGFONTA font_description(LONG height, LONG weight, std::string_view face)
+{
+    LOGFONTA description{};
+    description.lfHeight = height;
+    description.lfWeight = weight;
+    description.lfCharSet = DEFAULT_CHARSET;
+    face.copy(description.lfFaceName, LF_FACESIZE - 1);
+    return description;
+}
+
 std::array<HGDIOBJ, kStockCount> make_stock_objects()
 {
     std::array<HGDIOBJ, kStockCount> stock{};
@@ -117,6 +129,8 @@ std::array<HGDIOBJ, kStockCount> make_stock_objects()
     stock[WHITE_PEN] = make_stock<Pen>(PS_SOLID, RGB(255, 255, 255));
     stock[BLACK_PEN] = make_stock<Pen>(PS_SOLID, RGB(0, 0, 0));
     stock[NULL_PEN] = make_stock<Pen>(PS_NULL, RGB(0, 0, 0));
+    stock[SYSTEM_FONT] = make_stock<Font>(font_description(16, FW_BOLD, "System"));
+    stock[DEFAULT_GUI_FONT] = make_stock<Font>(font_description(-11, FW_NORMAL, "MS Shell Dlg"));
     return stock;
 }
 

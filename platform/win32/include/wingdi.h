@@ -369,3 +369,115 @@ BOOL DestroyIcon(HICON icon);
 // what is there (over `brush`, if one is given). Width or height 0: the icon's own, or 32 with DI_DEFAULTSIZE. `frame`
 // counts the pictures of an animation; icons have only the first.
 BOOL DrawIconEx(HDC dc, int x, int y, HICON icon, int width, int height, UINT frame, HBRUSH brush, UINT flags);
+
+// Fonts. A positive height is the cell's (ascent and descent), a negative one the em's, 0 is 16; beyond 1000 it is
+// taken as 1000. Width, escapement and orientation have no effect: glyphs have their natural width and run along the x
+// axis. The face is a name in the process's code page, of at most 31 bytes; a missing face falls back and never fails.
+// The font itself is looked for when text is first measured or drawn with it.
+inline constexpr int LF_FACESIZE = 32;
+inline constexpr int FW_NORMAL = 400;
+inline constexpr int FW_BOLD = 700;
+inline constexpr DWORD ANSI_CHARSET = 0;
+inline constexpr DWORD DEFAULT_CHARSET = 1;
+inline constexpr DWORD OUT_DEFAULT_PRECIS = 0;
+inline constexpr DWORD CLIP_DEFAULT_PRECIS = 0;
+inline constexpr DWORD DEFAULT_QUALITY = 0;
+inline constexpr DWORD DEFAULT_PITCH = 0;
+inline constexpr DWORD FF_DONTCARE = 0;
+inline constexpr DWORD FR_PRIVATE = 0x10;
+
+struct LOGFONTA {
+    LONG lfHeight;
+    LONG lfWidth;
+    LONG lfEscapement;
+    LONG lfOrientation;
+    LONG lfWeight;
+    BYTE lfItalic;
+    BYTE lfUnderline;
+    BYTE lfStrikeOut;
+    BYTE lfCharSet;
+    BYTE lfOutPrecision;
+    BYTE lfClipPrecision;
+    BYTE lfQuality;
+    BYTE lfPitchAndFamily;
+    CHAR lfFaceName[LF_FACESIZE];
+};
+
+HFONT CreateFontIndirectA(const LOGFONTA* description);
+HFONT CreateFontA(int height, int width, int escapement, int orientation, int weight, DWORD italic, DWORD underline,
+                  DWORD strike_out, DWORD char_set, DWORD output_precision, DWORD clip_precision, DWORD quality,
+                  DWORD pitch_and_family, LPCSTR face);
+
+// Makes the faces of a font file known to this program; the number of faces, or 0. Files are counted: each addition
+// asks for a removal.
+int AddFontResourceA(LPCSTR path);
+int AddFontResourceExA(LPCSTR path, DWORD flags, PVOID reserved);
+// Looks at no more than MAX_PATH units for the path's end.
+int AddFontResourceExW(LPCWSTR path, DWORD flags, PVOID reserved);
+BOOL RemoveFontResourceA(LPCSTR path);
+// The same for a font in memory, which is copied; *faces receives the number of faces. Null: it is no font.
+HANDLE AddFontMemResourceEx(PVOID bytes, DWORD size, PVOID reserved, DWORD* faces);
+
+// Text: bytes of the process's code page, at most 8192 a call; control characters are drawn as spaces. Glyphs are
+// grey-scale and advance by whole pixels, so that what is measured is what is drawn.
+struct TEXTMETRICA {
+    LONG tmHeight;
+    LONG tmAscent;
+    LONG tmDescent;
+    LONG tmInternalLeading;
+    LONG tmExternalLeading; // 0
+    LONG tmAveCharWidth;    // of an "x"
+    LONG tmMaxCharWidth;    // an em, the width of a Chinese character
+    LONG tmWeight;
+    LONG tmOverhang;
+    LONG tmDigitizedAspectX; // 96
+    LONG tmDigitizedAspectY;
+    BYTE tmFirstChar;
+    BYTE tmLastChar;
+    BYTE tmDefaultChar;
+    BYTE tmBreakChar;
+    BYTE tmItalic;
+    BYTE tmUnderlined;
+    BYTE tmStruckOut;
+    BYTE tmPitchAndFamily;
+    BYTE tmCharSet;
+};
+
+inline constexpr UINT TA_NOUPDATECP = 0;
+inline constexpr UINT TA_UPDATECP = 1;
+inline constexpr UINT TA_LEFT = 0;
+inline constexpr UINT TA_RIGHT = 2;
+inline constexpr UINT TA_CENTER = 6;
+inline constexpr UINT TA_TOP = 0;
+inline constexpr UINT TA_BOTTOM = 8;
+inline constexpr UINT TA_BASELINE = 24;
+inline constexpr UINT TA_RTLREADING = 256;
+inline constexpr UINT ETO_OPAQUE = 2;
+inline constexpr UINT ETO_CLIPPED = 4;
+
+BOOL GetTextMetricsA(HDC dc, TEXTMETRICA* metrics);
+BOOL GetTextExtentPoint32A(HDC dc, LPCSTR text, int length, LPSIZE size);
+// The mode before, or GDI_ERROR. TA_RTLREADING reads the other way than the context's layout does.
+UINT SetTextAlign(HDC dc, UINT align);
+UINT GetTextAlign(HDC dc);
+BOOL TextOutA(HDC dc, int x, int y, LPCSTR text, int length);
+// FALSE for a spacing array: glyphs have their own advances.
+BOOL ExtTextOutA(HDC dc, int x, int y, UINT options, const RECT* rect, LPCSTR text, UINT length, const INT* spacing);
+
+inline constexpr UINT DT_TOP = 0;
+inline constexpr UINT DT_LEFT = 0;
+inline constexpr UINT DT_CENTER = 1;
+inline constexpr UINT DT_RIGHT = 2;
+inline constexpr UINT DT_VCENTER = 4;
+inline constexpr UINT DT_BOTTOM = 8;
+inline constexpr UINT DT_WORDBREAK = 0x10;
+inline constexpr UINT DT_SINGLELINE = 0x20;
+inline constexpr UINT DT_NOCLIP = 0x100;
+inline constexpr UINT DT_CALCRECT = 0x400;
+inline constexpr UINT DT_NOPREFIX = 0x800;
+inline constexpr UINT DT_RTLREADING = 0x20000;
+
+// Draws lines of text within the rectangle and returns their height, or 0. DT_CALCRECT draws nothing and fits the
+// rectangle to the text instead. DT_NOPREFIX must be given: no character is a prefix. A length of -1 reads up to the
+// terminator. 0 for flags not named here.
+int DrawTextA(HDC dc, LPCSTR text, int length, LPRECT rect, UINT format);

@@ -5,6 +5,7 @@
 
 #include "platform/win32/gdi/draw_target.h"
 
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -60,4 +61,9 @@ private:
 inline bool operator==(const RECT& a, const RECT& b)
 {
     return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
+}
+
+inline std::ostream& operator<<(std::ostream& out, const RECT& rect)
+{
+    return out << rect.left << ',' << rect.top << ',' << rect.right << ',' << rect.bottom;
 }

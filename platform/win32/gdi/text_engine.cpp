@@ -1,0 +1,344 @@
+#include "platform/win32/gdi/text_engine.h"
+
+#include "platform/win32/gdi/font_files.h"
+#include "platform/win32/gdi/text_library.h"
+#include "platform/win32/kernel/never_destroyed.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <mutex>
+
+namespace win32 {
+
+namespace {
+
+// Faces that programs name and the families that stand in for them. Without these rules metrics and pictures would come
+// from different faces, and a machine's own settings would decide.
+struct Alias {
+    const char* face;
+    const char* family;
+};
+constexpr const char* kChinese = "WenQuanYi Zen Hei";
+constexpr const char* kLatin = "DejaVu Sans";
+constexpr const char* kFixed = "DejaVu Sans Mono";
+constexpr Alias kAliases[] = {
+    { "宋体", kChinese },         { "SimSun", kChinese },
+    { "新宋体", kChinese },       { "NSimSun", kChinese },
+    { "黑体", kChinese },         { "SimHei", kChinese },
+    { "微软雅黑", kChinese },     { "Microsoft YaHei", kChinese },
+    { "MingLiU", kChinese },      { "PMingLiU", kChinese },
+    { "MS Gothic", kChinese },    { "Tahoma", kLatin },
+    { "Arial", kLatin },          { "Verdana", kLatin },
+    { "MS Shell Dlg", kLatin },   { "MS Shell Dlg 2", kLatin },
+    { "MS Sans Serif", kLatin },  { "Microsoft Sans Serif", kLatin },
+    { "Segoe UI", kLatin },       { "System", kLatin },
+    { "Courier New", kFixed },    { "Fixedsys", kFixed },
+    { "Lucida Console", kFixed },
+};
+
+std::vector<std::string>& font_folders()
+{
+    static NeverDestroyed<std::vector<std::string>> folders;
+    return folders.get();
+}
+
+// One configuration for every machine: the folders, the aliases above and one way of rendering.
+std::string configuration()
+{
+    std::string xml = R"(<?xml version="1.0"?><!DOCTYPE fontconfig SYSTEM "fonts.dtd"><fontconfig>)";
+    if (font_folders().empty()) {
+        xml += R"(<dir>/usr/share/fonts</dir><dir>/usr/local/share/fonts</dir><dir prefix="xdg">fonts</dir>)";
+        xml += R"(<dir>~/.fonts</dir>)";
+    }
+    for (const std::string& folder : font_folders())
+        xml += "<dir>" + folder + "</dir>";
+    xml += R"(<cachedir>/var/cache/fontconfig</cachedir><cachedir prefix="xdg">fontconfig</cachedir>)";
+    const auto alias = [&xml](const char* face, std::initializer_list<const char*> families) {
+        xml += std::string(R"(<alias binding="same"><family>)") + face + "</family><prefer>";
+        for (const char* family : families)
+            xml += std::string("<family>") + family + "</family>";
+        xml += "</prefer></alias>";
+    };
+    for (const Alias& entry : kAliases)
+        alias(entry.face, { entry.family });
+    xml += R"(<match target="pattern"><edit name="family" mode="append_last" binding="strong"><string>DejaVu Sans</string>)";
+    xml += R"(<string>WenQuanYi Zen Hei</string></edit></match>)";
+    xml += R"(<match target="font"><edit name="antialias" mode="assign"><bool>true</bool></edit>)";
+    xml += R"(<edit name="hinting" mode="assign"><bool>true</bool></edit>)";
+    xml += R"(<edit name="hintstyle" mode="assign"><const>hintslight</const></edit>)";
+    xml += R"(<edit name="autohint" mode="assign"><bool>false</bool></edit>)";
+    xml += R"(<edit name="embeddedbitmap" mode="assign"><bool>false</bool></edit>)";
+    xml += R"(<edit name="rgba" mode="assign"><const>none</const></edit></match></fontconfig>)";
+    return xml;
+}
+
+// The process's font map.
+class Engine {
+public:
+    // Null: the libraries are not installed. Called under the lock.
+    static Engine* get();
+
+    const TextLibrary& library() const { return library_; }
+    PangoContext* context(Reading reading) const { return contexts_[static_cast<std::size_t>(reading)]; }
+    // Takes in font files that were added or removed since the last call; changes when they did.
+    std::uint64_t fonts_version();
+
+private:
+    explicit Engine(const TextLibrary& library);
+
+    const TextLibrary& library_;
+    FcConfig* config_;
+    PangoFontMap* map_;
+    PangoContext* contexts_[2];
+    std::uint64_t version_ = 0;
+    friend class NeverDestroyed<Engine>;
+};
+
+Engine::Engine(const TextLibrary& library) : library_(library), config_(library.FcConfigCreate())
+{
+    const std::string xml = configuration();
+    library.FcConfigParseAndLoadFromMemory(config_, reinterpret_cast<const FcChar8*>(xml.c_str()), FcTrue);
+    library.FcConfigBuildFonts(config_);
+    library.FcConfigSetCurrent(config_); // Pango substitutes by the current one, whatever its map is told
+    map_ = library.pango_ft2_font_map_new();
+    for (const Reading reading : { Reading::left_to_right, Reading::right_to_left }) {
+        PangoContext* context = library.pango_font_map_create_context(map_);
+        library.pango_context_set_language(context, library.pango_language_from_string("zh-cn"));
+        library.pango_context_set_base_dir(context, reading == Reading::left_to_right ? PANGO_DIRECTION_LTR
+                                                                                      : PANGO_DIRECTION_RTL);
+        contexts_[static_cast<std::size_t>(reading)] = context;
+    }
+}
+
+Engine* Engine::get()
+{
+    static Engine* const engine = []() -> Engine* {
+        const TextLibrary* library = TextLibrary::get();
+        if (!library)
+            return nullptr;
+        static NeverDestroyed<Engine> instance(*library);
+        return &instance.get();
+    }();
+    return engine;
+}
+
+std::uint64_t Engine::fonts_version()
+{
+    if (added_fonts_version() == version_)
+        return version_;
+    const AddedFonts fonts = added_fonts();
+    version_ = fonts.version;
+    library_.FcConfigAppFontClear(config_);
+    for (const std::string& path : fonts.paths)
+        library_.FcConfigAppFontAddFile(config_, reinterpret_cast<const FcChar8*>(path.c_str()));
+    library_.pango_fc_font_map_config_changed(reinterpret_cast<PangoFcFontMap*>(map_));
+    return version_;
+}
+
+std::mutex& text_mutex()
+{
+    static NeverDestroyed<std::mutex> mutex;
+    return mutex.get();
+}
+
+} // namespace
+
+void set_font_folders(std::vector<std::string> folders)
+{
+    font_folders() = std::move(folders);
+}
+
+void TextMask::reset(int new_width, int new_height)
+{
+    width = new_width;
+    height = new_height;
+    pixels.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 0);
+}
+
+// A request matched to faces, with the layouts that lines are made in. All of it happens under the lock.
+class TextFont::Match {
+public:
+    Match(Engine& engine, const FontRequest& request, std::uint64_t version);
+    ~Match();
+    Match(const Match&) = delete;
+    Match& operator=(const Match&) = delete;
+
+    std::uint64_t version() const { return version_; }
+    const FontMetrics& metrics() const { return metrics_; }
+    int width(std::string_view utf8, Reading reading);
+    void render(std::string_view utf8, Reading reading, FT_Bitmap& bitmap, int x, int y);
+
+private:
+    // Remembers its text: what is measured is mostly drawn next.
+    struct Line {
+        PangoLayout* layout = nullptr;
+        std::string text;
+    };
+
+    void set_em(int em);
+    void find_metrics(int height);
+    bool is_too_light(PangoFont* font) const;
+    template <class Visit>
+    void each_run(std::string_view utf8, Reading reading, Visit visit);
+
+    Engine& engine_;
+    const TextLibrary& library_;
+    const int weight_;
+    const std::uint64_t version_;
+    PangoFontDescription* description_;
+    FontMetrics metrics_;
+    Line lines_[2]; // by reading
+};
+
+TextFont::Match::Match(Engine& engine, const FontRequest& request, std::uint64_t version)
+    : engine_(engine), library_(engine.library()), weight_(request.weight), version_(version),
+      description_(library_.pango_font_description_new())
+{
+    library_.pango_font_description_set_family(description_, request.family.c_str());
+    library_.pango_font_description_set_weight(description_, static_cast<PangoWeight>(request.weight));
+    library_.pango_font_description_set_style(description_, request.italic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
+    find_metrics(request.height);
+    for (const Reading reading : { Reading::left_to_right, Reading::right_to_left }) {
+        PangoLayout* layout = library_.pango_layout_new(engine.context(reading));
+        library_.pango_layout_set_auto_dir(layout, FALSE);
+        library_.pango_layout_set_font_description(layout, description_);
+        lines_[static_cast<std::size_t>(reading)].layout = layout;
+    }
+}
+
+TextFont::Match::~Match()
+{
+    for (const Line& line : lines_)
+        library_.g_object_unref(line.layout);
+    library_.pango_font_description_free(description_);
+}
+
+void TextFont::Match::set_em(int em)
+{
+    metrics_.em = em;
+    library_.pango_font_description_set_absolute_size(description_, static_cast<double>(em) * PANGO_SCALE);
+}
+
+void TextFont::Match::find_metrics(int height)
+{
+    set_em(std::abs(height));
+    double ascent = 0.93; // of the em; when the face does not say
+    double descent = 0.24;
+    if (PangoFont* font = library_.pango_context_load_font(engine_.context(Reading::left_to_right), description_)) {
+        hb_font_t* face = library_.pango_font_get_hb_font(font);
+        hb_font_extents_t extents{};
+        int x_scale = 0;
+        int y_scale = 0;
+        library_.hb_font_get_scale(face, &x_scale, &y_scale);
+        if (library_.hb_font_get_h_extents(face, &extents) && y_scale != 0 && extents.ascender != extents.descender) {
+            ascent = std::abs(static_cast<double>(extents.ascender) / y_scale);
+            descent = std::abs(static_cast<double>(extents.descender) / y_scale);
+        }
+        library_.g_object_unref(font);
+    }
+    if (height > 0) {
+        metrics_.ascent = static_cast<int>(std::lround(height * ascent / (ascent + descent)));
+        metrics_.descent = height - metrics_.ascent;
+        set_em(std::max(1, static_cast<int>(std::lround(height / (ascent + descent)))));
+    } else {
+        metrics_.ascent = static_cast<int>(std::ceil(metrics_.em * ascent));
+        metrics_.descent = static_cast<int>(std::ceil(metrics_.em * descent));
+    }
+}
+
+// Visits the runs of one face and direction, from left to right.
+template <class Visit>
+void TextFont::Match::each_run(std::string_view utf8, Reading reading, Visit visit)
+{
+    Line& line = lines_[static_cast<std::size_t>(reading)];
+    if (line.text != utf8) {
+        line.text = utf8;
+        library_.pango_layout_set_text(line.layout, line.text.data(), static_cast<int>(line.text.size()));
+    }
+    const PangoLayoutLine* runs = library_.pango_layout_get_line_readonly(line.layout, 0);
+    for (const GSList* node = runs ? runs->runs : nullptr; node; node = node->next) {
+        const auto& run = *static_cast<const PangoLayoutRun*>(node->data);
+        visit(run, PANGO_PIXELS(library_.pango_glyph_string_get_width(run.glyphs)));
+    }
+}
+
+int TextFont::Match::width(std::string_view utf8, Reading reading)
+{
+    int width = 0;
+    each_run(utf8, reading, [&width](const PangoLayoutRun&, int run_width) { width += run_width; });
+    return width;
+}
+
+// Whether bold was asked for and the face that answered is none: Pango draws it as it is.
+bool TextFont::Match::is_too_light(PangoFont* font) const
+{
+    constexpr int kBoldFrom = 600;
+    if (weight_ < kBoldFrom)
+        return false;
+    PangoFontDescription* description = library_.pango_font_describe(font);
+    const bool is_light = library_.pango_font_description_get_weight(description) < kBoldFrom;
+    library_.pango_font_description_free(description);
+    return is_light;
+}
+
+void TextFont::Match::render(std::string_view utf8, Reading reading, FT_Bitmap& bitmap, int x, int y)
+{
+    each_run(utf8, reading, [&](const PangoLayoutRun& run, int width) {
+        PangoFont* font = run.item->analysis.font;
+        library_.pango_ft2_render(&bitmap, font, run.glyphs, x, y);
+        if (is_too_light(font)) // drawn once more, a pixel further: thicker, and as wide as measured
+            library_.pango_ft2_render(&bitmap, font, run.glyphs, x + 1, y);
+        x += width;
+    });
+}
+
+TextFont::TextFont(FontRequest request) : request_(std::move(request)) {}
+
+TextFont::~TextFont()
+{
+    const std::lock_guard lock(text_mutex());
+    match_.reset();
+}
+
+// Null: text cannot be had.
+TextFont::Match* TextFont::match()
+{
+    Engine* engine = Engine::get();
+    if (!engine)
+        return nullptr;
+    const std::uint64_t version = engine->fonts_version();
+    if (!match_ || match_->version() != version)
+        match_ = std::make_unique<Match>(*engine, request_, version);
+    return match_.get();
+}
+
+bool TextFont::measure(std::string_view utf8, Reading reading, FontMetrics& metrics, int& width)
+{
+    const std::lock_guard lock(text_mutex());
+    Match* font = match();
+    if (!font)
+        return false;
+    metrics = font->metrics();
+    width = font->width(utf8, reading);
+    return true;
+}
+
+bool TextFont::render(std::string_view utf8, Reading reading, TextMask& mask, int x, int y)
+{
+    const std::lock_guard lock(text_mutex());
+    Match* font = match();
+    if (!font)
+        return false;
+    FT_Bitmap bitmap{};
+    bitmap.rows = static_cast<unsigned>(mask.height);
+    bitmap.width = static_cast<unsigned>(mask.width);
+    bitmap.pitch = mask.width;
+    bitmap.buffer = mask.pixels.data();
+    bitmap.num_grays = 256;
+    bitmap.pixel_mode = FT_PIXEL_MODE_GRAY;
+    font->render(utf8, reading, bitmap, x, y);
+    return true;
+}
+
+} // namespace win32
