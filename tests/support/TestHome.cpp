@@ -64,4 +64,14 @@ const TempDir& home()
     return dir;
 }
 
+FreshHome::FreshHome()
+{
+    use_home(dir_.path());
+}
+
+FreshHome::~FreshHome()
+{
+    use_home(home().path());
+}
+
 } // namespace test

@@ -29,4 +29,14 @@ void use_home(const std::filesystem::path& home);
 // The home of this test process, made before the first test runs.
 const TempDir& home();
 
+// A home for one case of a table: everything points there while it lives, then back to the process's home.
+class FreshHome {
+public:
+    FreshHome();
+    ~FreshHome();
+
+private:
+    TempDir dir_; // within the process's home
+};
+
 } // namespace test

@@ -1,0 +1,172 @@
+#include "tests/setup/InstallerOnScreen.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <thread>
+
+namespace test {
+
+namespace {
+
+// The framework wants an application object; the tests' own has no window of its own.
+CWinApp theTestApp;
+
+constexpr std::chrono::seconds kDeadline(30);
+
+} // namespace
+
+// Opens the fields that tests look at, and says when the object is gone.
+class InstallerOnScreen::Probe : public MeravSetupWnd {
+public:
+    explicit Probe(std::shared_ptr<std::atomic<int>> pAlive) : m_pAlive(std::move(pAlive)) { *m_pAlive = 1; }
+    ~Probe() override { *m_pAlive = 0; }
+
+    using MeravSetupWnd::m_fProgress;
+    using MeravSetupWnd::m_nError;
+    using MeravSetupWnd::m_nStage;
+    using MeravSetupWnd::m_strCurrentFile;
+
+    InstallerOnScreen* m_pOwner = nullptr;
+
+protected:
+    void PostNcDestroy() override
+    {
+        if (m_pOwner)
+            m_pOwner->m_pWindow = nullptr;
+        MeravSetupWnd::PostNcDestroy();
+    }
+
+private:
+    std::shared_ptr<std::atomic<int>> m_pAlive;
+};
+
+InstallerOnScreen::InstallerOnScreen()
+    : m_pScreen(std::make_shared<win32::MemoryScreen>()), m_pAlive(std::make_shared<std::atomic<int>>(0))
+{
+    win32::set_screen(m_pScreen);
+    m_pWindow = new Probe(m_pAlive);
+    m_pWindow->m_pOwner = this;
+    const char* pszClass = AfxRegisterWndClass(CS_VREDRAW | CS_HREDRAW | CS_DBLCLKS);
+    if (!m_pWindow->Create(pszClass, "MeravSetupWnd", WS_POPUP | WS_CAPTION, CRect(0, 0, 510, 349), nullptr, 0))
+        std::abort(); // nothing to test
+    m_pWindow->CenterAndShow();
+    Pump();
+}
+
+InstallerOnScreen::~InstallerOnScreen()
+{
+    Close();
+    (void)PumpUntil([this] { return *m_pAlive == 0; });
+    win32::set_screen(nullptr);
+}
+
+void InstallerOnScreen::Pump()
+{
+    MSG msg;
+    while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
+        if (msg.message == WM_QUIT) {
+            m_bQuit = msg.wParam == 0;
+            return;
+        }
+        TranslateMessage(&msg);
+        DispatchMessageA(&msg);
+    }
+}
+
+bool InstallerOnScreen::PumpUntil(const std::function<bool()>& condition)
+{
+    const auto end = std::chrono::steady_clock::now() + kDeadline;
+    for (;;) {
+        Pump();
+        if (condition())
+            return true;
+        if (std::chrono::steady_clock::now() >= end)
+            return false;
+        std::this_thread::yield();
+    }
+}
+
+void InstallerOnScreen::Tick(int nTicks)
+{
+    for (int i = 0; i < nTicks && m_pWindow; i++)
+        m_pWindow->SendMessage(WM_TIMER, INSTALL_TIMER_ID, 0);
+    Pump();
+}
+
+void InstallerOnScreen::Click(POINT ptWindow)
+{
+    ::ClientToScreen(m_pWindow->m_hWnd, &ptWindow);
+    m_pScreen->click(ptWindow);
+    Pump();
+}
+
+bool InstallerOnScreen::Install()
+{
+    Click(kInstallButton);
+    return PumpUntil([this] { return Stage() == kStageFinished; });
+}
+
+void InstallerOnScreen::Close()
+{
+    if (m_pWindow)
+        m_pWindow->SendMessage(WM_CLOSE);
+    Pump();
+}
+
+int InstallerOnScreen::Stage() const
+{
+    return m_pWindow ? m_pWindow->m_nStage.load() : -1;
+}
+
+int InstallerOnScreen::Error() const
+{
+    return m_pWindow ? m_pWindow->m_nError : -1;
+}
+
+float InstallerOnScreen::Progress() const
+{
+    return m_pWindow ? m_pWindow->m_fProgress.load() : -1.0F;
+}
+
+std::string InstallerOnScreen::CurrentFile() const
+{
+    return m_pWindow ? std::string(m_pWindow->m_strCurrentFile) : std::string();
+}
+
+bool InstallerOnScreen::Shows(UINT nCommand) const
+{
+    return m_pWindow && m_pWindow->IsButtonShown(nCommand);
+}
+
+bool InstallerOnScreen::IsJobRunning() const
+{
+    return *m_pAlive != 0 && !m_pWindow;
+}
+
+HWND InstallerOnScreen::Window() const
+{
+    return m_pWindow ? m_pWindow->m_hWnd : nullptr;
+}
+
+std::uint32_t InstallerOnScreen::Pixel(POINT ptWindow) const
+{
+    ::ClientToScreen(m_pWindow->m_hWnd, &ptWindow);
+    return m_pScreen->pixel_at(ptWindow);
+}
+
+std::filesystem::path InstallRoot()
+{
+    return std::filesystem::path(std::getenv("XDG_DATA_HOME")) / "Varnhal";
+}
+
+std::filesystem::path ClientFolder()
+{
+    return InstallRoot() / "Tesk";
+}
+
+std::filesystem::path PayloadCopy()
+{
+    return InstallRoot() / "Update" / "TeskSetup";
+}
+
+} // namespace test
