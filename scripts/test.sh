@@ -1,0 +1,59 @@
+#!/usr/bin/env bash
+# Everything that must hold, from nothing: style, warnings under two compilers, the tests plain and under the sanitizers,
+# a short fuzzing of every reader, and the real installer on a real screen.   scripts/test.sh [step...]   to run some only
+set -euo pipefail
+cd "$(dirname "$0")/.."
+export CTEST_PARALLEL_LEVEL=${CTEST_PARALLEL_LEVEL:-$(($(nproc) * 2))}
+fuzz_seconds=${FUZZ_SECONDS:-20}
+
+step() {
+    local began=$SECONDS
+    echo "== $1"
+    "step_$1"
+    echo "== $1: $((SECONDS - began)) s"
+}
+
+build_and_test() {
+    cmake --preset "$1" >/dev/null
+    cmake --build --preset "$1"
+    ctest --preset "$1" --output-on-failure -j "$CTEST_PARALLEL_LEVEL" "${@:2}"
+}
+
+step_style() { scripts/format.sh --check; }
+step_release() { build_and_test release; }
+step_asan() { build_and_test asan; }
+step_tsan() { build_and_test tsan -L 'threads'; }
+
+# Builds all of ours with clang, too.
+step_fuzz() {
+    cmake --preset fuzz >/dev/null
+    cmake --build --preset fuzz
+    local running=0 name
+    mkdir -p build/fuzz/findings
+    for target in build/fuzz/fuzz/fuzz_*; do
+        name=$(basename "$target")
+        # New inputs stay out of the tree; the corpus in it only grows by hand.
+        mkdir -p "build/fuzz/corpus/$name"
+        "$target" -max_total_time="$fuzz_seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=0 -verbosity=0 \
+            -artifact_prefix="build/fuzz/findings/$name-" "build/fuzz/corpus/$name" "fuzz/corpus/${name#fuzz_}" \
+            >"build/fuzz/$name.log" 2>&1 || { cat "build/fuzz/$name.log"; exit 1; } &
+        running=$((running + 1))
+        [ $((running % $(nproc))) -ne 0 ] || wait_all
+    done
+    wait_all
+}
+wait_all() { for pid in $(jobs -p); do wait "$pid"; done; }
+
+step_tidy() {
+    git ls-files '*.cpp' | grep -vE '^(tests|bench|fuzz)/' |
+        xargs -n 4 -P "$(nproc)" clang-tidy -p build/release --quiet 2>/dev/null
+}
+
+step_desktop() { env -u DISPLAY scripts/run.sh; }
+
+scripts/deps.sh
+steps=("$@")
+[ ${#steps[@]} -gt 0 ] || steps=(style release asan tsan fuzz tidy desktop)
+for name in "${steps[@]}"; do
+    step "$name"
+done
