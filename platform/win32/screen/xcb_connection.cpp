@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include <sys/socket.h>
+#include <xcb/randr.h>
 #include <xcb/shape.h>
 #include <xcb/shm.h>
 
@@ -117,6 +118,7 @@ void XcbConnection::learn_names()
     if (can_share_memory_)
         xcb_prefetch_extension_data(connection_, &xcb_shm_id);
     xcb_prefetch_extension_data(connection_, &xcb_shape_id);
+    xcb_prefetch_extension_data(connection_, &xcb_randr_id);
     std::array<xcb_intern_atom_cookie_t, std::size(kAtomNames)> cookies{};
     std::transform(std::begin(kAtomNames), std::end(kAtomNames), cookies.begin(), [this](std::string_view name) {
         return xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data());
@@ -141,6 +143,7 @@ void XcbConnection::learn_names()
     can_share_memory_ = shm != nullptr;
     shm_opcode_ = shm ? shm->major_opcode : 0;
     has_shape_ = present(&xcb_shape_id) != nullptr;
+    has_randr_ = present(&xcb_randr_id) != nullptr;
 }
 
 xcb_gcontext_t XcbConnection::gc(xcb_window_t window)
@@ -170,10 +173,15 @@ void XcbConnection::set_text(xcb_window_t window, xcb_atom_t property, xcb_atom_
                         static_cast<std::uint32_t>(text.size()), text.data());
 }
 
-std::vector<std::uint32_t> XcbConnection::numbers(xcb_window_t window, xcb_atom_t property, std::uint32_t limit) const
+xcb_get_property_cookie_t XcbConnection::ask_numbers(xcb_window_t window, xcb_atom_t property,
+                                                     std::uint32_t limit) const
 {
-    const auto cookie = xcb_get_property(connection_, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, limit);
-    const auto reply = take_reply(xcb_get_property_reply, connection_, cookie);
+    return xcb_get_property(connection_, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, limit);
+}
+
+std::vector<std::uint32_t> XcbConnection::take_numbers(xcb_get_property_cookie_t question) const
+{
+    const auto reply = take_reply(xcb_get_property_reply, connection_, question);
     if (!reply || reply->format != 32)
         return {};
     const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));

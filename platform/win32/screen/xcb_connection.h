@@ -89,13 +89,16 @@ public:
     bool can_share_memory() const { return can_share_memory_; }
     std::uint8_t shm_opcode() const { return shm_opcode_; }
     bool has_shape() const { return has_shape_; }
+    bool has_randr() const { return has_randr_; }
 
     void set_atoms(xcb_window_t window, xcb_atom_t property, std::span<const xcb_atom_t> values) const;
     void set_numbers(xcb_window_t window, xcb_atom_t property, xcb_atom_t type,
                      std::span<const std::uint32_t> values) const;
     void set_text(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::string_view text) const;
-    // The property's 32-bit values, at most `limit`; empty when there is none of that type.
-    std::vector<std::uint32_t> numbers(xcb_window_t window, xcb_atom_t property, std::uint32_t limit) const;
+    // The property's 32-bit values, at most `limit`; empty when it has none. Ask for several before taking the first:
+    // all answers then come at the price of one.
+    xcb_get_property_cookie_t ask_numbers(xcb_window_t window, xcb_atom_t property, std::uint32_t limit) const;
+    std::vector<std::uint32_t> take_numbers(xcb_get_property_cookie_t question) const;
     // A request to the window manager about `window`.
     void ask_window_manager(xcb_window_t window, xcb_atom_t what, const std::array<std::uint32_t, 5>& data) const;
 
@@ -112,6 +115,7 @@ private:
     bool can_share_memory_ = false;
     std::uint8_t shm_opcode_ = 0;
     bool has_shape_ = false;
+    bool has_randr_ = false;
 };
 
 } // namespace win32

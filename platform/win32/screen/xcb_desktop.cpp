@@ -24,6 +24,8 @@ constexpr std::uint32_t kHasInitialState = 2;
 enum StateAction : std::uint32_t { kRemoveState = 0, kAddState = 1 };
 constexpr std::uint32_t kFromApplication = 1;
 
+constexpr std::uint32_t kMostDesktops = 64; // of which we look for the current one
+
 constexpr std::size_t kLargestIcon = 256; // pixels a side; a larger one might not fit in a request
 
 struct SizeHints {
@@ -47,6 +49,29 @@ std::string host_name()
 {
     char name[HOST_NAME_MAX + 1] = {};
     return ::gethostname(name, sizeof name - 1) == 0 ? name : "";
+}
+
+// Each with its whole rectangle as work area.
+std::vector<Monitor> listed_monitors(const Reply<xcb_randr_get_monitors_reply_t>& reply)
+{
+    std::vector<Monitor> found;
+    if (!reply)
+        return found;
+    for (auto at = xcb_randr_get_monitors_monitors_iterator(reply.get()); at.rem > 0;
+         xcb_randr_monitor_info_next(&at)) {
+        const RECT bounds = moved({ 0, 0, at.data->width, at.data->height }, at.data->x, at.data->y);
+        found.push_back({ bounds, bounds, at.data->primary != 0 });
+    }
+    return found;
+}
+
+// The first listed one stands in when the user chose none.
+void put_primary_first(std::vector<Monitor>& monitors)
+{
+    const auto primary = std::find_if(monitors.begin(), monitors.end(), [](const Monitor& m) { return m.primary; });
+    if (primary != monitors.end())
+        std::rotate(monitors.begin(), primary, primary + 1);
+    monitors.front().primary = true;
 }
 
 bool holds(const std::vector<std::uint32_t>& values, xcb_atom_t value)
@@ -187,13 +212,13 @@ bool XcbScreen::has_window_manager()
     const XcbConnection& x = *connection_;
     const xcb_atom_t check = x.atom(Atom::net_supporting_wm_check);
     window_manager_ = 0;
-    const std::vector<std::uint32_t> named = x.numbers(x.root(), check, 1);
+    const std::vector<std::uint32_t> named = x.take_numbers(x.ask_numbers(x.root(), check, 1));
     if (named.empty())
         return false;
     const std::uint32_t events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_discard_reply(server(), xcb_change_window_attributes_checked(server(), named[0], XCB_CW_EVENT_MASK, &events)
                                     .sequence); // it may be gone
-    if (x.numbers(named[0], check, 1) == named)
+    if (x.take_numbers(x.ask_numbers(named[0], check, 1)) == named)
         window_manager_ = named[0];
     return *window_manager_ != 0;
 }
@@ -260,10 +285,12 @@ void XcbScreen::enter_state(SurfaceId id, Surface& surface, SurfaceState state)
 void XcbScreen::learn_state(SurfaceId id, Surface& surface)
 {
     const XcbConnection& x = *connection_;
-    const std::vector<std::uint32_t> window = x.numbers(id, x.atom(Atom::wm_state), 2);
+    const auto window_question = x.ask_numbers(id, x.atom(Atom::wm_state), 2);
+    const auto net_question = x.ask_numbers(id, x.atom(Atom::net_wm_state), 64);
+    const std::vector<std::uint32_t> window = x.take_numbers(window_question);
+    const std::vector<std::uint32_t> net = x.take_numbers(net_question);
     if (window.empty() || (window[0] != kNormalState && window[0] != kIconicState))
         return; // withdrawn, or no window manager has written anything yet
-    const std::vector<std::uint32_t> net = x.numbers(id, x.atom(Atom::net_wm_state), 64);
     const bool minimised = window[0] == kIconicState || holds(net, x.atom(Atom::net_wm_state_hidden));
     const bool maximised = surface.restored || (holds(net, x.atom(Atom::net_wm_state_maximized_horz)) &&
                                                 holds(net, x.atom(Atom::net_wm_state_maximized_vert)));
@@ -283,37 +310,31 @@ std::vector<Monitor> XcbScreen::monitors()
 std::vector<Monitor> XcbScreen::ask_monitors()
 {
     const XcbConnection& x = *connection_;
-    const RECT whole{ 0, 0, root_size_.cx, root_size_.cy };
-    std::vector<Monitor> found;
-    const xcb_query_extension_reply_t* randr = xcb_get_extension_data(server(), &xcb_randr_id);
-    if (randr && randr->present) {
-        const auto version = xcb_randr_query_version(server(), 1, 5);
-        const auto cookie = xcb_randr_get_monitors(server(), x.root(), 1);
-        xcb_discard_reply(server(), version.sequence);
-        const auto reply = take_reply(xcb_randr_get_monitors_reply, server(), cookie);
-        auto monitor =
-            reply ? xcb_randr_get_monitors_monitors_iterator(reply.get()) : xcb_randr_monitor_info_iterator_t{};
-        for (; monitor.rem > 0; xcb_randr_monitor_info_next(&monitor)) {
-            const RECT bounds =
-                moved({ 0, 0, monitor.data->width, monitor.data->height }, monitor.data->x, monitor.data->y);
-            found.push_back({ bounds, bounds, monitor.data->primary != 0 });
-        }
+    xcb_randr_get_monitors_cookie_t monitors_question{};
+    if (x.has_randr()) {
+        xcb_discard_reply(server(), xcb_randr_query_version(server(), 1, 5).sequence); // tells the server ours
+        monitors_question = xcb_randr_get_monitors(server(), x.root(), 1);
     }
+    const auto desktop_question = x.ask_numbers(x.root(), x.atom(Atom::net_current_desktop), 1);
+    const auto areas_question = x.ask_numbers(x.root(), x.atom(Atom::net_workarea), 4 * kMostDesktops);
+
+    const RECT whole{ 0, 0, root_size_.cx, root_size_.cy };
+    std::vector<Monitor> found =
+        x.has_randr() ? listed_monitors(take_reply(xcb_randr_get_monitors_reply, server(), monitors_question))
+                      : std::vector<Monitor>();
     if (found.empty())
         found.push_back({ whole, whole, true });
-    const auto primary = std::find_if(found.begin(), found.end(), [](const Monitor& m) { return m.primary; });
-    std::rotate(found.begin(), primary == found.end() ? found.begin() : primary,
-                primary == found.end() ? found.begin() : primary + 1);
-    found.front().primary = true;
+    put_primary_first(found);
 
     // One work area a virtual desktop, over all monitors: what of it lies on a monitor is that monitor's.
-    const std::vector<std::uint32_t> desktop = x.numbers(x.root(), x.atom(Atom::net_current_desktop), 1);
-    const std::vector<std::uint32_t> areas = x.numbers(x.root(), x.atom(Atom::net_workarea), 4 * 64);
+    const std::vector<std::uint32_t> desktop = x.take_numbers(desktop_question);
+    const std::vector<std::uint32_t> areas = x.take_numbers(areas_question);
     const std::size_t first = desktop.empty() ? 0 : std::size_t{ 4 } * desktop[0];
     if (areas.size() < 4 || first > areas.size() - 4)
         return found;
-    const auto number = [&](std::size_t i) { return static_cast<LONG>(areas[first + i]); };
-    const RECT area = moved({ 0, 0, number(2), number(3) }, number(0), number(1));
+    const auto number = [](std::uint32_t value) { return static_cast<LONG>(value); };
+    const RECT area = bounded({ number(areas[first]), number(areas[first + 1]), number(areas[first] + areas[first + 2]),
+                                number(areas[first + 1] + areas[first + 3]) });
     for (Monitor& monitor : found) {
         if (const RECT shared = intersection(monitor.bounds, area); !is_empty(shared))
             monitor.work_area = shared;
