@@ -1,0 +1,103 @@
+// The installer as a process of its own, on a screen in memory, with a thread that plays the person: for tests that
+// close it, kill it or run two at once. Usage:
+//     SETUP_ROAD=<where to stop> [SETUP_CABINET=<file>] setup_driver
+// The road goes from "checking" over "ready", "installing" and "finished" to "finish"; the window is closed at the
+// named page, and "finish" clicks the last page's button. A cabinet takes the place of the payload's copy before the
+// installation starts.
+#include "platform/win32/screen/memory_screen.h"
+
+#include <afxwin.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <thread>
+
+namespace {
+
+std::shared_ptr<win32::MemoryScreen> g_pScreen;
+
+// The pages' picture, as the program carries it: 24 bits a pixel, the last row first.
+std::uint32_t PagePixel(int nPage, int x, int y)
+{
+    const auto* pBytes = static_cast<const BYTE*>(
+        LockResource(LoadResource(nullptr, FindResourceA(nullptr, MAKEINTRESOURCEA(131), MAKEINTRESOURCEA(2)))));
+    constexpr int kHeader = 40, kRows = 1426, kRowBytes = (510 * 3 + 3) / 4 * 4;
+    const BYTE* pPixel = pBytes + kHeader + (kRows - 1 - (nPage * 349 + y)) * kRowBytes + x * 3;
+    return (pPixel[2] << 16U) | (pPixel[1] << 8U) | pPixel[0];
+}
+
+bool ShowsPage(HWND hWnd, int nPage)
+{
+    constexpr int kTitleRow = 66;
+    RECT rc{};
+    ::GetWindowRect(hWnd, &rc);
+    for (int x = 20; x < 300; x++) {
+        if (g_pScreen->pixel_at({ rc.left + x, rc.top + kTitleRow }) != PagePixel(nPage, x, kTitleRow))
+            return false;
+    }
+    return true;
+}
+
+template <class Condition>
+void Await(Condition condition)
+{
+    while (!condition())
+        std::this_thread::yield(); // the test that started us holds the deadline
+}
+
+void Click(HWND hWnd, POINT pt)
+{
+    RECT rc{};
+    ::GetWindowRect(hWnd, &rc);
+    g_pScreen->click({ rc.left + pt.x, rc.top + pt.y });
+}
+
+void PlayThePerson()
+{
+    const char* pszRoad = std::getenv("SETUP_ROAD");
+    const std::string strRoad = pszRoad ? pszRoad : "finish";
+    HWND hWnd = nullptr;
+    Await([&] { return (hWnd = FindWindowA(nullptr, "MeravSetupWnd")) && ShowsPage(hWnd, 0); });
+    if (strRoad == "checking") {
+        ::PostMessageA(hWnd, WM_CLOSE, 0, 0);
+        return;
+    }
+    for (int i = 0; i < 13; i++)
+        ::PostMessageA(hWnd, WM_TIMER, 1000, 0);
+    Await([&] { return ShowsPage(hWnd, 1); });
+    if (strRoad == "ready") {
+        ::PostMessageA(hWnd, WM_CLOSE, 0, 0);
+        return;
+    }
+    if (const char* pszCabinet = std::getenv("SETUP_CABINET"))
+        std::filesystem::copy_file(pszCabinet,
+                                   std::filesystem::path(std::getenv("XDG_DATA_HOME")) / "Varnhal/Update/TeskSetup",
+                                   std::filesystem::copy_options::overwrite_existing);
+    Click(hWnd, { 340, 303 });
+    Await([&] { return ShowsPage(hWnd, 2); });
+    std::puts("installing");
+    std::fflush(stdout);
+    if (strRoad == "installing") {
+        ::PostMessageA(hWnd, WM_CLOSE, 0, 0);
+        return;
+    }
+    Await([&] { return ShowsPage(hWnd, 3); });
+    if (strRoad == "finished")
+        ::PostMessageA(hWnd, WM_CLOSE, 0, 0);
+    else
+        Click(hWnd, { 360, 308 });
+}
+
+// Stands before the application object's own start: the screen must be there when the first window is made.
+const bool g_bStarted = [] {
+    g_pScreen = std::make_shared<win32::MemoryScreen>();
+    win32::set_screen(g_pScreen);
+    std::thread(PlayThePerson).detach();
+    return true;
+}();
+
+} // namespace
