@@ -72,8 +72,8 @@ HWND next_active(HWND leaving)
         candidates.insert(candidates.end(), all.begin(), all.end());
     }
     for (const HWND candidate : candidates) {
-        const WindowPtr window = find_window(candidate);
-        if (candidate != leaving && may_be_active(candidate) && !(window->ex_style & WS_EX_NOACTIVATE))
+        const auto ex_style = static_cast<DWORD>(GetWindowLongA(candidate, GWL_EXSTYLE));
+        if (candidate != leaving && may_be_active(candidate) && !(ex_style & WS_EX_NOACTIVATE))
             return candidate;
     }
     return nullptr;

@@ -54,6 +54,7 @@ void complete_styles(DWORD& style, DWORD& ex_style)
         ex_style |= WS_EX_WINDOWEDGE;
 }
 
+// A child's parent hears of it; of others nobody does.
 void notify_parent(HWND window, UINT event)
 {
     const WindowPtr found = find_window(window);
@@ -249,8 +250,7 @@ HWND CreateWindowExA(DWORD ex_style, LPCSTR class_name, LPCSTR name, DWORD style
     bound_size(window, create);
     if (!find_window(handle) || !announce(handle, create))
         return nullptr;
-    if (style & WS_CHILD)
-        notify_parent(handle, WM_CREATE);
+    notify_parent(handle, WM_CREATE);
     show_created(handle, style);
     return find_window(handle) ? handle : nullptr;
 }
@@ -267,8 +267,7 @@ BOOL DestroyWindow(HWND handle)
         if (std::exchange(window->going, true))
             return fail(FALSE, ERROR_INVALID_WINDOW_HANDLE); // it is on its way already
     }
-    if (window->style & WS_CHILD)
-        notify_parent(handle, WM_DESTROY);
+    notify_parent(handle, WM_DESTROY);
     destroy_owned(window);
     hide_for_good(handle);
     window.reset();

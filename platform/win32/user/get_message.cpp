@@ -57,6 +57,11 @@ void note(MessageQueue& queue, MSG& message)
     input.message_time = message.time;
 }
 
+bool names_window(HWND filter)
+{
+    return !filter || filter == reinterpret_cast<HWND>(-1) || find_window(filter);
+}
+
 bool is_key_message(UINT message)
 {
     return message == WM_KEYDOWN || message == WM_SYSKEYDOWN;
@@ -83,6 +88,8 @@ BOOL GetMessageA(LPMSG message, HWND window, UINT first, UINT last)
     const std::shared_ptr<MessageQueue> queue = MessageQueue::current();
     const MessageFilter filter{ window, first, last };
     for (;;) {
+        if (!names_window(window))
+            return fail(-1, ERROR_INVALID_WINDOW_HANDLE); // also when it goes while the call waits
         queue->present_overdue();
         if (const auto found = look(*queue, filter, PM_REMOVE)) {
             *message = *found;

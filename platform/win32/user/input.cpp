@@ -303,6 +303,28 @@ void drain_screen()
         route(event);
 }
 
+namespace {
+
+template <class Answer>
+Answer hand_out_events_after(Answer answer)
+{
+    if (!MessageQueue::current()->has_surfaces())
+        drain_screen();
+    return answer;
+}
+
+} // namespace
+
+Pointer ask_pointer()
+{
+    return hand_out_events_after(screen().pointer());
+}
+
+std::vector<Monitor> ask_monitors()
+{
+    return hand_out_events_after(screen().monitors());
+}
+
 bool display_is_lost()
 {
     return display_lost();
@@ -336,7 +358,7 @@ BOOL GetCursorPos(LPPOINT point)
 {
     if (!point)
         return FALSE;
-    *point = screen().pointer().position;
+    *point = ask_pointer().position;
     return TRUE;
 }
 
@@ -350,9 +372,9 @@ SHORT GetAsyncKeyState(int key)
 {
     for (const Held& button : kButtons) {
         if (button.key == key)
-            return screen().pointer().buttons & button.bit ? static_cast<SHORT>(0x8000) : SHORT{ 0 };
+            return ask_pointer().buttons & button.bit ? static_cast<SHORT>(0x8000) : SHORT{ 0 };
     }
-    const bool held = key > 0 && key < 256 && screen().key_is_down(static_cast<unsigned>(key));
+    const bool held = key > 0 && key < 256 && hand_out_events_after(screen().key_is_down(static_cast<unsigned>(key)));
     return held ? static_cast<SHORT>(0x8000) : SHORT{ 0 };
 }
 

@@ -1,6 +1,6 @@
 // Monitors. A monitor's handle carries its place in the screen's list, the primary one first.
 #include "platform/win32/kernel/last_error.h"
-#include "platform/win32/screen/screen.h"
+#include "platform/win32/user/input.h"
 #include "winbase.h"
 #include "winuser.h"
 
@@ -49,7 +49,7 @@ std::size_t nearest(const std::vector<Monitor>& monitors, const RECT& rect)
 // The monitor that shows most of the rectangle, else as `otherwise` says.
 HMONITOR monitor_of(const RECT& rect, DWORD otherwise)
 {
-    const std::vector<Monitor> monitors = screen().monitors();
+    const std::vector<Monitor> monitors = ask_monitors();
     const auto most = std::max_element(monitors.begin(), monitors.end(), [&](const Monitor& a, const Monitor& b) {
         return shared_area(a.bounds, rect) < shared_area(b.bounds, rect);
     });
@@ -91,7 +91,7 @@ BOOL GetMonitorInfoA(HMONITOR monitor, LPMONITORINFO info)
 {
     if (!info || info->cbSize < sizeof(MONITORINFO))
         return fail(FALSE, ERROR_INVALID_PARAMETER);
-    const std::vector<Monitor> monitors = screen().monitors();
+    const std::vector<Monitor> monitors = ask_monitors();
     for (std::size_t i = 0; i < monitors.size(); i++) {
         if (handle_of(i) != monitor)
             continue;
@@ -107,7 +107,7 @@ BOOL EnumDisplayMonitors(HDC dc, LPCRECT clip, MONITORENUMPROC procedure, LPARAM
 {
     if (dc || !procedure)
         return fail(FALSE, ERROR_INVALID_PARAMETER);
-    const std::vector<Monitor> monitors = screen().monitors();
+    const std::vector<Monitor> monitors = ask_monitors();
     for (std::size_t i = 0; i < monitors.size(); i++) {
         RECT shown = monitors[i].bounds;
         if (clip && !IntersectRect(&shown, clip, &monitors[i].bounds))

@@ -5,8 +5,6 @@
 #include "platform/win32/user/paint.h"
 #include "platform/win32/user/window.h"
 #include "winbase.h"
-#include "wingdi.h"
-#include "winnls.h"
 
 #include <algorithm>
 
@@ -224,73 +222,6 @@ bool changes_anything(UINT flags, bool reordered)
            (flags & (SWP_SHOWWINDOW | SWP_HIDEWINDOW | SWP_FRAMECHANGED | kStateChanged));
 }
 
-std::string to_utf8(const std::string& text)
-{
-    if (text.empty())
-        return {};
-    const int size = static_cast<int>(std::min<std::size_t>(text.size(), 1024)); // more no title bar shows
-    std::u16string wide(static_cast<std::size_t>(size), u'\0');
-    const int units = MultiByteToWideChar(CP_ACP, 0, text.data(), size, wide.data(), size);
-    std::string utf8(static_cast<std::size_t>(units) * 3, '\0');
-    const int length = WideCharToMultiByte(CP_UTF8, 0, wide.data(), units, utf8.data(), static_cast<int>(utf8.size()),
-                                           nullptr, nullptr);
-    utf8.resize(static_cast<std::size_t>(length));
-    return utf8;
-}
-
-SurfaceTraits traits_now(const Window& window)
-{
-    SurfaceTraits traits;
-    traits.kind = window.ex_style & WS_EX_TOOLWINDOW ? SurfaceKind::tool_window : SurfaceKind::window;
-    traits.topmost = is_in_top_layer(window);
-    traits.resizable = (window.style & WS_THICKFRAME) != 0;
-    traits.owner = window.owner && window.owner->surface ? window.owner->surface->id() : 0;
-    traits.title = to_utf8(window.text);
-    traits.class_name = to_utf8(window.window_class->name);
-    return traits;
-}
-
-// ---- States.
-
-RECT maximised_rect(HWND window)
-{
-    const MINMAXINFO limits = ask_size_limits(window);
-    return { limits.ptMaxPosition.x, limits.ptMaxPosition.y, limits.ptMaxPosition.x + limits.ptMaxSize.x,
-             limits.ptMaxPosition.y + limits.ptMaxSize.y };
-}
-
-// The style bits of a state; a minimised window remembers that it was maximised.
-DWORD style_in_state(DWORD style, SurfaceState state)
-{
-    switch (state) {
-    case SurfaceState::minimised:
-        return style | WS_MINIMIZE;
-    case SurfaceState::maximised:
-        return (style & ~WS_MINIMIZE) | WS_MAXIMIZE;
-    case SurfaceState::normal:
-        break;
-    }
-    return style & ~(WS_MINIMIZE | WS_MAXIMIZE);
-}
-
-void minimise(HWND window, MovedBy moved_by)
-{
-    const WindowPtr found = find_window(window);
-    if (!found)
-        return;
-    if (moved_by == MovedBy::program)
-        screen().set_state(found->surface->id(), SurfaceState::minimised);
-    send_size(window);
-    withdraw_input(window);
-}
-
-void place_in_state(HWND window, const RECT& rect, MovedBy moved_by)
-{
-    place_window({ window, nullptr, rect.left, rect.top, width_of(rect), height_of(rect),
-                   SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED | kStateChanged },
-                 moved_by);
-}
-
 } // namespace
 
 RECT frame_thickness(DWORD style, DWORD ex_style, bool menu)
@@ -390,41 +321,6 @@ bool place_window(WINDOWPOS place, MovedBy moved_by)
     return true;
 }
 
-void enter_state(HWND handle, SurfaceState state, MovedBy moved_by)
-{
-    const WindowPtr window = find_window(handle);
-    if (!window || !is_top_level(*window))
-        return;
-    const RECT maximised = state == SurfaceState::maximised ? maximised_rect(handle) : RECT{};
-    DWORD before;
-    RECT rect;
-    {
-        const WindowLock lock = lock_windows();
-        before = window->style;
-        if (style_in_state(before, state) == before)
-            return;
-        if (!(before & (WS_MINIMIZE | WS_MAXIMIZE)))
-            window->normal_rect = window->rect;
-        const bool back_to_maximised =
-            state == SurfaceState::normal && (before & WS_MINIMIZE) && (before & WS_MAXIMIZE);
-        window->style = back_to_maximised ? before & ~WS_MINIMIZE : style_in_state(before, state);
-        rect = back_to_maximised ? window->rect : window->normal_rect;
-    }
-    if (state == SurfaceState::minimised) {
-        minimise(handle, moved_by);
-        return;
-    }
-    if ((before & WS_MINIMIZE) && moved_by == MovedBy::program)
-        screen().set_state(window->surface->id(), SurfaceState::normal);
-    // The desktop says where it put the window in an event of its own.
-    const bool stays = moved_by == MovedBy::desktop;
-    place_in_state(handle, stays ? window->rect : state == SurfaceState::maximised ? maximised : rect, moved_by);
-    if (before & WS_MINIMIZE) {
-        const WindowLock lock = lock_windows();
-        invalidate_all(*window, lock);
-    }
-}
-
 void send_size(HWND window)
 {
     const WindowPtr found = find_window(window);
@@ -458,87 +354,9 @@ void send_move(HWND window)
     SendMessageA(window, WM_MOVE, 0, corner);
 }
 
-SurfaceTraits traits_of(HWND window)
-{
-    const WindowPtr found = find_window(window);
-    const WindowLock lock = lock_windows();
-    return found ? traits_now(*found) : SurfaceTraits{};
-}
-
-void update_traits(HWND window)
-{
-    const WindowPtr found = find_window(window);
-    if (found && found->surface)
-        screen().set_traits(found->surface->id(), traits_of(window));
-}
-
 } // namespace win32
 
 using namespace win32;
-
-namespace {
-
-void show_on_own_thread(HWND window, int command, bool was_visible)
-{
-    constexpr UINT kStay = SWP_NOMOVE | SWP_NOSIZE;
-    if (command == SW_HIDE) {
-        if (was_visible) {
-            SendMessageA(window, WM_SHOWWINDOW, FALSE, 0);
-            place_window({ window, nullptr, 0, 0, 0, 0, kStay | SWP_NOZORDER | SWP_NOACTIVATE | SWP_HIDEWINDOW },
-                         MovedBy::program);
-        }
-        return;
-    }
-    if (!was_visible)
-        SendMessageA(window, WM_SHOWWINDOW, TRUE, 0);
-    UINT flags = kStay | SWP_SHOWWINDOW;
-    switch (command) {
-    case SW_SHOWMINIMIZED:
-    case SW_MINIMIZE:
-    case SW_SHOWMINNOACTIVE:
-        enter_state(window, SurfaceState::minimised, MovedBy::program);
-        flags |= SWP_NOACTIVATE | SWP_NOZORDER;
-        break;
-    case SW_SHOWMAXIMIZED:
-        enter_state(window, SurfaceState::maximised, MovedBy::program);
-        break;
-    case SW_SHOWNOACTIVATE:
-        flags |= SWP_NOACTIVATE | SWP_NOZORDER;
-        [[fallthrough]];
-    case SW_SHOWNORMAL:
-    case SW_RESTORE:
-    case SW_SHOWDEFAULT:
-        enter_state(window, SurfaceState::normal, MovedBy::program);
-        break;
-    case SW_SHOWNA:
-        flags |= SWP_NOACTIVATE | SWP_NOZORDER;
-        break;
-    default:
-        break;
-    }
-    if (const WindowPtr found = find_window(window); found && !is_top_level(*found))
-        flags |= SWP_NOACTIVATE | SWP_NOZORDER; // a child keeps its place among its siblings
-    if (!was_visible || !(flags & SWP_NOACTIVATE))
-        place_window({ window, nullptr, 0, 0, 0, 0, flags }, MovedBy::program);
-}
-
-} // namespace
-
-BOOL ShowWindow(HWND window, int command)
-{
-    const WindowPtr found = require_window(window);
-    if (!found)
-        return FALSE;
-    bool was_visible = false;
-    run_on(found->queue, [&] {
-        {
-            const WindowLock lock = lock_windows();
-            was_visible = (found->style & WS_VISIBLE) != 0;
-        }
-        show_on_own_thread(window, command, was_visible);
-    });
-    return was_visible;
-}
 
 BOOL SetWindowPos(HWND window, HWND insert_after, int x, int y, int width, int height, UINT flags)
 {
@@ -576,64 +394,4 @@ BOOL AdjustWindowRectEx(LPRECT rect, DWORD style, BOOL menu, DWORD ex_style)
 BOOL AdjustWindowRect(LPRECT rect, DWORD style, BOOL menu)
 {
     return AdjustWindowRectEx(rect, style, menu, 0);
-}
-
-BOOL GetWindowPlacement(HWND window, WINDOWPLACEMENT* placement)
-{
-    const WindowPtr found = require_window(window);
-    if (!found || !placement)
-        return FALSE;
-    const WindowLock lock = lock_windows();
-    const bool normal = !(found->style & (WS_MINIMIZE | WS_MAXIMIZE));
-    *placement = {
-        sizeof(WINDOWPLACEMENT), 0, SW_SHOWNORMAL, { -1, -1 }, { -1, -1 }, normal ? found->rect : found->normal_rect
-    };
-    if (found->style & WS_MINIMIZE)
-        placement->showCmd = SW_SHOWMINIMIZED;
-    else if (found->style & WS_MAXIMIZE)
-        placement->showCmd = SW_SHOWMAXIMIZED;
-    return TRUE;
-}
-
-int SetWindowRgn(HWND window, HRGN region, BOOL redraw)
-{
-    const WindowPtr found = require_window(window);
-    if (!found)
-        return 0;
-    run_on(found->queue, [&] {
-        {
-            const WindowLock lock = lock_windows();
-            found->outline = region ? std::optional<WindowRegion>(WindowRegion(region)) : std::nullopt;
-        }
-        if (found->surface) {
-            if (!region) {
-                screen().set_shape(found->surface->id(), std::nullopt);
-            } else {
-                std::vector<std::byte> bytes(GetRegionData(region, 0, nullptr));
-                auto* data = reinterpret_cast<RGNDATA*>(bytes.data());
-                if (GetRegionData(region, static_cast<DWORD>(bytes.size()), data) != 0) {
-                    const auto* first = reinterpret_cast<const RECT*>(data->Buffer);
-                    screen().set_shape(found->surface->id(), std::span(first, data->rdh.nCount));
-                }
-            }
-        }
-        if (region)
-            DeleteObject(region); // ours since the call
-        if (redraw) {
-            const WindowLock lock = lock_windows();
-            if (!is_top_level(*found) && found->parent)
-                uncover(*found->parent, found->rect, lock);
-            invalidate_all(*found, lock);
-        }
-    });
-    return 1;
-}
-
-int GetWindowRgn(HWND window, HRGN region)
-{
-    const WindowPtr found = require_window(window);
-    if (!found)
-        return ERROR;
-    const WindowLock lock = lock_windows();
-    return found->outline ? CombineRgn(region, found->outline->get(), nullptr, RGN_COPY) : ERROR;
 }

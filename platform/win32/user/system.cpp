@@ -1,7 +1,7 @@
 // Metrics and colours: the classic look, one table each.
 #include "platform/win32/kernel/last_error.h"
 #include "platform/win32/screen/geometry.h"
-#include "platform/win32/screen/screen.h"
+#include "platform/win32/user/input.h"
 #include "winbase.h"
 #include "wingdi.h"
 #include "winuser.h"
@@ -79,7 +79,7 @@ RECT all_monitors(const std::vector<Monitor>& monitors)
 int display_metric(int index)
 {
     constexpr int kTrackMargin = 12; // how much larger than the desktop a window may be dragged
-    const std::vector<Monitor> monitors = screen().monitors();
+    const std::vector<Monitor> monitors = ask_monitors();
     const Monitor& primary = monitors.front();
     switch (index) {
     case SM_CXSCREEN:
@@ -144,6 +144,6 @@ BOOL SystemParametersInfoA(UINT action, UINT, PVOID data, UINT)
 {
     if (action != SPI_GETWORKAREA || !data)
         return fail(FALSE, ERROR_INVALID_PARAMETER);
-    *static_cast<RECT*>(data) = screen().monitors().front().work_area;
+    *static_cast<RECT*>(data) = ask_monitors().front().work_area;
     return TRUE;
 }

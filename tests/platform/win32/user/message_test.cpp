@@ -63,6 +63,13 @@ TEST_F(Messages, StayWhenTheyAreOnlyLookedAt)
     EXPECT_EQ(next(), "none");
 }
 
+TEST_F(Messages, AreNotAwaitedForAWindowThatIsNone)
+{
+    MSG message;
+    EXPECT_EQ(GetMessageA(&message, reinterpret_cast<HWND>(4), 0, 0), -1);
+    EXPECT_EQ(GetLastError(), ERROR_INVALID_WINDOW_HANDLE);
+}
+
 TEST_F(Messages, ArePostedToLimitAndGoWithTheirWindow)
 {
     const TestWindow window(journal_, {});

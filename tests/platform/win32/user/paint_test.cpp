@@ -239,6 +239,20 @@ TEST_F(Painting, DrawsAPlainFrame)
     EXPECT_EQ(seen({ 10, 20 }), kBlue);
 }
 
+TEST_F(Painting, TakesWindowsOfAnySize)
+{
+    const SIZE kSizes[] = { { 0, 0 }, { 1, 32'000 }, { 32'000, 32'000 }, { 2'000'000'000, 1 }, { 100, 80 } };
+    const TestWindow window(journal_, { .handlers = { { WM_PAINT, painter(kRed) } } });
+    ShowWindow(window.get(), SW_SHOW);
+    for (const SIZE& size : kSizes) {
+        SCOPED_TRACE(testing::Message() << size.cx << 'x' << size.cy);
+        EXPECT_TRUE(SetWindowPos(window.get(), nullptr, 10, 20, size.cx, size.cy, SWP_NOZORDER));
+        InvalidateRect(window.get(), nullptr, FALSE);
+        run_queue();
+    }
+    EXPECT_EQ(seen({ 109, 99 }), kRed);
+}
+
 TEST_F(Painting, OnAWindowThatIsGoneDrawsNothing)
 {
     HDC dc = nullptr;
