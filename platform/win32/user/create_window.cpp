@@ -1,5 +1,6 @@
 // How windows come and go.
 #include "platform/win32/kernel/last_error.h"
+#include "platform/win32/kernel/module_exports.h"
 #include "platform/win32/user/activation.h"
 #include "platform/win32/user/paint.h"
 #include "platform/win32/user/placement.h"
@@ -15,6 +16,11 @@ using namespace win32;
 
 constexpr DWORD kChildNeedsParent = 1406; // ERROR_TLW_WITH_WSCHILD
 constexpr int kMostExtraBytes = 1 << 16;
+
+// What programs look for at run time, since not every system has it.
+const Export kExports[] = { exported("GetMonitorInfoA", GetMonitorInfoA), exported("MonitorFromRect", MonitorFromRect),
+                            exported("MonitorFromWindow", MonitorFromWindow) };
+const ModuleExports user32("user32.dll", kExports);
 
 // What CW_USEDEFAULT means: three quarters of the work area, in its middle.
 RECT default_place()
