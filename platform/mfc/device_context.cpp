@@ -164,6 +164,13 @@ CPoint CDC::MoveTo(int x, int y)
     return previous;
 }
 
+CSize CDC::GetTextExtent(LPCSTR lpszString, int nCount) const
+{
+    CSize size;
+    ::GetTextExtentPoint32A(m_hAttribDC, lpszString, nCount, &size);
+    return size;
+}
+
 CPaintDC::CPaintDC(CWnd* pWnd) : m_hWnd(pWnd->m_hWnd)
 {
     Attach(::BeginPaint(m_hWnd, &m_ps));

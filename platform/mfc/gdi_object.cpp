@@ -4,6 +4,7 @@
 #include "afxwin/device_context.h"
 #include "thread_state.h"
 
+#include <cstdio>
 #include <utility>
 
 IMPLEMENT_DYNAMIC(CGdiObject, CObject)
@@ -76,6 +77,27 @@ CBrush* CBrush::FromHandle(HBRUSH hBrush)
 CFont* CFont::FromHandle(HFONT hFont)
 {
     return from_handle<CFont>(hFont);
+}
+
+BOOL CFont::CreatePointFontIndirect(const LOGFONTA* lpLogFont, CDC* pDC)
+{
+    constexpr LONGLONG kTenthsOfAPointPerInch = 720;
+    CClientDC screen(nullptr);
+    const CDC& context = pDC ? *pDC : screen;
+    LOGFONTA description = *lpLogFont;
+    const LONGLONG pixels =
+        LONGLONG{ context.GetDeviceCaps(LOGPIXELSY) } * description.lfHeight / kTenthsOfAPointPerInch;
+    description.lfHeight = static_cast<LONG>(pixels > 0 ? -pixels : pixels);
+    return CreateFontIndirect(&description);
+}
+
+BOOL CFont::CreatePointFont(int nPointSize, LPCSTR lpszFaceName, CDC* pDC)
+{
+    LOGFONTA description = {};
+    description.lfCharSet = DEFAULT_CHARSET;
+    description.lfHeight = nPointSize;
+    std::snprintf(description.lfFaceName, sizeof(description.lfFaceName), "%s", lpszFaceName);
+    return CreatePointFontIndirect(&description, pDC);
 }
 
 CBitmap* CBitmap::FromHandle(HBITMAP hBitmap)

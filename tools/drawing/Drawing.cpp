@@ -4,11 +4,10 @@
 
 #include <fontconfig/fontconfig.h>
 #include <librsvg/rsvg.h>
-#include <pango/pangocairo.h>
 
 namespace drawing {
 
-Fonts::Fonts(const std::string& strFolder, const std::string& strCache)
+bool UseFontsOf(const std::string& strFolder, const std::string& strCache)
 {
     // Embedded bitmaps off: the font's own small bitmaps would stand beside drawn letters in the same line.
     const std::string strConfig = "<?xml version=\"1.0\"?><!DOCTYPE fontconfig SYSTEM \"fonts.dtd\"><fontconfig>"
@@ -26,15 +25,9 @@ Fonts::Fonts(const std::string& strFolder, const std::string& strCache)
         FcConfigParseAndLoadFromMemory(pConfig, reinterpret_cast<const FcChar8*>(strConfig.c_str()), FcTrue) &&
         FcConfigBuildFonts(pConfig) && FcConfigSetCurrent(pConfig);
     const FcFontSet* pFonts = bRead ? FcConfigGetFonts(pConfig, FcSetSystem) : nullptr;
-    m_bThere = pFonts && pFonts->nfont > 0;
+    const bool bFonts = pFonts && pFonts->nfont > 0;
     FcConfigDestroy(pConfig); // the current configuration keeps itself alive
-}
-
-Fonts::~Fonts()
-{
-    pango_cairo_font_map_set_default(nullptr);
-    cairo_debug_reset_static_data();
-    FcFini();
+    return bFonts;
 }
 
 Surface MakeSurface(int cx, int cy)

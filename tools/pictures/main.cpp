@@ -64,8 +64,7 @@ bool Run(int argc, char** argv, std::string* pError)
         if (argc != 5 || sheet.strName != argv[1])
             continue;
         const std::filesystem::path output = argv[4];
-        const drawing::Fonts fonts(argv[2], output.parent_path() / "font-cache");
-        if (!fonts.AreThere()) {
+        if (!drawing::UseFontsOf(argv[2], output.parent_path() / "font-cache")) {
             *pError = std::string(argv[2]) + ": no fonts there";
             return false;
         }

@@ -26,10 +26,9 @@ void FilePublisher::publish(FileReplacement file)
         return;
     }
     std::unique_lock lock(mutex_);
-    room_.wait(lock, [&] { return waiting_.size() < kMostWaiting; });
+    changed_.wait(lock, [&] { return waiting_.size() < kMostWaiting; });
     waiting_.push_back(std::move(file));
-    lock.unlock(); // whoever is woken finds the door open
-    work_.notify_one();
+    changed_.notify_all();
 }
 
 int FilePublisher::finish()
@@ -37,8 +36,8 @@ int FilePublisher::finish()
     {
         const std::lock_guard lock(mutex_);
         closed_ = true;
+        changed_.notify_all();
     }
-    work_.notify_one();
     if (thread_.joinable())
         thread_.join();
     return error_;
@@ -48,13 +47,13 @@ void FilePublisher::run()
 {
     std::unique_lock lock(mutex_);
     for (;;) {
-        work_.wait(lock, [&] { return closed_ || !waiting_.empty(); });
+        changed_.wait(lock, [&] { return closed_ || !waiting_.empty(); });
         if (waiting_.empty())
             return;
         FileReplacement file = std::move(waiting_.front());
         waiting_.pop_front();
+        changed_.notify_all();
         lock.unlock();
-        room_.notify_one();
         commit(file);
         lock.lock();
     }

@@ -34,8 +34,7 @@ private:
     void commit(FileReplacement& file);
 
     std::mutex mutex_;
-    std::condition_variable work_; // for the thread: something waits, or nothing will any more
-    std::condition_variable room_; // for the walk
+    std::condition_variable changed_;
     std::deque<FileReplacement> waiting_;
     bool closed_ = false;
     int error_ = 0;

@@ -103,6 +103,29 @@ TEST_F(MemoryContext, ClipsCopiesAndFills)
     EXPECT_EQ(dc.GetViewportOrg(), CPoint(4, 5));
 }
 
+TEST_F(MemoryContext, MeasuresAndDrawsText)
+{
+    CFont font;
+    ASSERT_TRUE(font.CreatePointFont(90, "Arial", &dc));
+    LOGFONTA description = {};
+    EXPECT_GT(font.GetLogFont(&description), 0);
+    EXPECT_EQ(description.lfHeight, -9 * dc.GetDeviceCaps(LOGPIXELSY) / 72) << "an em of nine points";
+
+    CFont* const pOldFont = dc.SelectObject(&font);
+    const CString strText("ab");
+    const CSize size = dc.GetTextExtent(strText);
+    EXPECT_GT(size.cx, dc.GetTextExtent(strText, 1).cx);
+    CRect rcText(0, 0, 20, 10);
+    EXPECT_EQ(dc.DrawText(strText, &rcText, DT_NOPREFIX | DT_CALCRECT), size.cy);
+    EXPECT_EQ(rcText.Size(), size);
+
+    dc.FillSolidRect(0, 0, 20, 10, RGB(255, 255, 255));
+    dc.SetBkColor(kOrange);
+    dc.ExtTextOut(0, 0, ETO_OPAQUE, CRect(0, 0, 20, 10), CString(), nullptr);
+    EXPECT_EQ(dc.GetPixel(19, 9), kOrange);
+    EXPECT_EQ(dc.SelectObject(pOldFont), &font);
+}
+
 TEST_F(MemoryContext, KnowsContextsThatOthersOwn)
 {
     EXPECT_EQ(CDC::FromHandle(dc.m_hDC), &dc);
