@@ -4,10 +4,11 @@
 
 #include <fontconfig/fontconfig.h>
 #include <librsvg/rsvg.h>
+#include <pango/pangocairo.h>
 
 namespace drawing {
 
-bool UseFontsOf(const std::string& strFolder, const std::string& strCache)
+Fonts::Fonts(const std::string& strFolder, const std::string& strCache)
 {
     // Embedded bitmaps off: the font's own small bitmaps would stand beside drawn letters in the same line.
     const std::string strConfig = "<?xml version=\"1.0\"?><!DOCTYPE fontconfig SYSTEM \"fonts.dtd\"><fontconfig>"
@@ -25,9 +26,15 @@ bool UseFontsOf(const std::string& strFolder, const std::string& strCache)
         FcConfigParseAndLoadFromMemory(pConfig, reinterpret_cast<const FcChar8*>(strConfig.c_str()), FcTrue) &&
         FcConfigBuildFonts(pConfig) && FcConfigSetCurrent(pConfig);
     const FcFontSet* pFonts = bRead ? FcConfigGetFonts(pConfig, FcSetSystem) : nullptr;
-    const bool bFonts = pFonts && pFonts->nfont > 0;
+    m_bThere = pFonts && pFonts->nfont > 0;
     FcConfigDestroy(pConfig); // the current configuration keeps itself alive
-    return bFonts;
+}
+
+Fonts::~Fonts()
+{
+    pango_cairo_font_map_set_default(nullptr);
+    cairo_debug_reset_static_data();
+    FcFini();
 }
 
 Surface MakeSurface(int cx, int cy)

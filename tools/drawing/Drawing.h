@@ -15,10 +15,21 @@ struct SurfaceDestroy {
 };
 using Surface = std::unique_ptr<cairo_surface_t, SurfaceDestroy>;
 
-// From now on text is drawn in the fonts of this folder alone, unhinted by the machine's own settings. Before the first
-// drawing. strCache: a folder of the build, made when missing, for what is learned of the fonts. FALSE: strFolder holds
-// no font.
-[[nodiscard]] bool UseFontsOf(const std::string& strFolder, const std::string& strCache);
+// While this lives, text is drawn in the fonts of one folder alone, unhinted by the machine's own settings. One at a
+// time, on the thread that draws, made before the first drawing.
+class Fonts {
+public:
+    // strCache: a folder of the build, made when missing, for what is learned of the fonts.
+    Fonts(const std::string& strFolder, const std::string& strCache);
+    ~Fonts(); // gives back what the libraries keep between drawings
+    Fonts(const Fonts&) = delete;
+    Fonts& operator=(const Fonts&) = delete;
+
+    bool AreThere() const { return m_bThere; } // the folder holds a font
+
+private:
+    bool m_bThere = false;
+};
 
 // A transparent surface, in pixels.
 Surface MakeSurface(int cx, int cy);

@@ -18,7 +18,8 @@ int main(int argc, char** argv)
     std::error_code error;
     std::filesystem::remove_all(folder / "Tesk", error); // nothing of an earlier run is left lying in it
     payload::Output output(folder);
-    if (!drawing::UseFontsOf(argv[2], folder / "font-cache"))
+    const drawing::Fonts fonts(argv[2], folder / "font-cache");
+    if (!fonts.AreThere())
         output.Fail(std::string(argv[2]) + ": no fonts there");
     for (const auto make : { payload::MakeDocuments, payload::MakeHelp, payload::MakeWords, payload::MakeSounds,
                              payload::MakeBackgrounds, payload::MakeIcons })

@@ -64,7 +64,8 @@ bool Run(int argc, char** argv, std::string* pError)
         if (argc != 5 || sheet.strName != argv[1])
             continue;
         const std::filesystem::path output = argv[4];
-        if (!drawing::UseFontsOf(argv[2], output.parent_path() / "font-cache")) {
+        const drawing::Fonts fonts(argv[2], output.parent_path() / "font-cache");
+        if (!fonts.AreThere()) {
             *pError = std::string(argv[2]) + ": no fonts there";
             return false;
         }

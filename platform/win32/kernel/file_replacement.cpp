@@ -85,7 +85,6 @@ int FileReplacement::begin(const std::string& path, mode_t mode)
     if (descriptor < 0)
         return descriptor;
     descriptor_.reset(descriptor);
-    lock(descriptor);
     return 0;
 }
 
@@ -150,6 +149,7 @@ int FileReplacement::put_in_place()
 // Gives the content a name beside the place, from where it can be renamed over what stands there.
 int FileReplacement::link_beside()
 {
+    lock(descriptor_.get()); // before it has a name that somebody could take for abandoned
     for (int attempt = 0; attempt < kAttempts; attempt++) {
         std::string name = temporary_in(folder_of(path_));
         const int linked = file_system().link_descriptor(descriptor_.get(), name);

@@ -7,6 +7,7 @@
 #include "winbase.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -34,11 +35,26 @@ struct OpenFile : mspack_file {
     off_t offset = 0;
     EntrySink* const sink;
     std::uint64_t* const taken;
+
+    // What was last read for the sake of a few bytes: the headers of blocks and entries.
+    std::array<char, 4096> window;
+    off_t window_start = 0;
+    off_t window_end = 0;
 };
 
 OpenFile* ours(mspack_file* file)
 {
     return static_cast<OpenFile*>(file);
+}
+
+// The bytes read, 0 at the end of the file, -1 on failure.
+ssize_t read_some(const OpenFile& file, void* buffer, std::size_t bytes)
+{
+    for (;;) {
+        const ssize_t got = ::pread(file.descriptor, buffer, bytes, file.offset);
+        if (got >= 0 || errno != EINTR)
+            return got;
+    }
 }
 
 int read_at(mspack_file* opened, void* buffer, int bytes)
@@ -48,10 +64,23 @@ int read_at(mspack_file* opened, void* buffer, int bytes)
         return -1;
     int total = 0;
     while (total < bytes) {
-        const ssize_t got = ::pread(file->descriptor, static_cast<char*>(buffer) + total,
-                                    static_cast<std::size_t>(bytes - total), file->offset);
-        if (got < 0 && errno == EINTR)
-            continue;
+        char* to = static_cast<char*>(buffer) + total;
+        const auto wanted = static_cast<std::size_t>(bytes - total);
+        ssize_t got = 0;
+        if (file->offset >= file->window_start && file->offset < file->window_end) {
+            got = static_cast<ssize_t>(
+                std::min<std::size_t>(wanted, static_cast<std::size_t>(file->window_end - file->offset)));
+            std::memcpy(to, file->window.data() + (file->offset - file->window_start), static_cast<std::size_t>(got));
+        } else if (wanted >= file->window.size()) {
+            got = read_some(*file, to, wanted);
+        } else {
+            const ssize_t filled = read_some(*file, file->window.data(), file->window.size());
+            file->window_start = file->offset;
+            file->window_end = file->offset + std::max<ssize_t>(filled, 0);
+            if (filled > 0)
+                continue;
+            got = filled;
+        }
         if (got < 0)
             return -1;
         if (got == 0)

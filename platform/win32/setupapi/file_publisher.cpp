@@ -26,9 +26,10 @@ void FilePublisher::publish(FileReplacement file)
         return;
     }
     std::unique_lock lock(mutex_);
-    changed_.wait(lock, [&] { return waiting_.size() < kMostWaiting; });
+    room_.wait(lock, [&] { return waiting_.size() < kMostWaiting; });
     waiting_.push_back(std::move(file));
-    changed_.notify_all();
+    lock.unlock(); // whoever is woken finds the door open
+    work_.notify_one();
 }
 
 int FilePublisher::finish()
@@ -36,8 +37,8 @@ int FilePublisher::finish()
     {
         const std::lock_guard lock(mutex_);
         closed_ = true;
-        changed_.notify_all();
     }
+    work_.notify_one();
     if (thread_.joinable())
         thread_.join();
     return error_;
@@ -47,13 +48,13 @@ void FilePublisher::run()
 {
     std::unique_lock lock(mutex_);
     for (;;) {
-        changed_.wait(lock, [&] { return closed_ || !waiting_.empty(); });
+        work_.wait(lock, [&] { return closed_ || !waiting_.empty(); });
         if (waiting_.empty())
             return;
         FileReplacement file = std::move(waiting_.front());
         waiting_.pop_front();
-        changed_.notify_all();
         lock.unlock();
+        room_.notify_one();
         commit(file);
         lock.lock();
     }

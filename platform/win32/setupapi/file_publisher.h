@@ -34,7 +34,8 @@ private:
     void commit(FileReplacement& file);
 
     std::mutex mutex_;
-    std::condition_variable changed_;
+    std::condition_variable work_; // for the thread: something waits, or nothing will any more
+    std::condition_variable room_; // for the walk
     std::deque<FileReplacement> waiting_;
     bool closed_ = false;
     int error_ = 0;
