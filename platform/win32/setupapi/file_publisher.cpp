@@ -32,6 +32,12 @@ void FilePublisher::publish(FileReplacement file)
     work_.notify_one();
 }
 
+void FilePublisher::settle()
+{
+    std::unique_lock lock(mutex_);
+    room_.wait(lock, [&] { return waiting_.empty() && !committing_; });
+}
+
 int FilePublisher::finish()
 {
     {
@@ -53,10 +59,13 @@ void FilePublisher::run()
             return;
         FileReplacement file = std::move(waiting_.front());
         waiting_.pop_front();
+        committing_ = true;
         lock.unlock();
         room_.notify_one();
         commit(file);
         lock.lock();
+        committing_ = false;
+        room_.notify_one(); // settle() waits for this, publish() for the other; only the walk waits, in one of them
     }
 }
 

@@ -24,7 +24,11 @@ public:
     // letting it run away from what is safe.
     void publish(FileReplacement file);
 
-    // Waits until every file is in its place; 0, or the -errno of the first that could not be put there.
+    // Waits until the files that were taken are in their places.
+    void settle();
+
+    // Waits until every file is in its place and takes no more; 0, or the -errno of the first that could not be put
+    // there.
     int finish();
 
     static constexpr std::size_t kMostWaiting = 16;
@@ -35,8 +39,9 @@ private:
 
     std::mutex mutex_;
     std::condition_variable work_; // for the thread: something waits, or nothing will any more
-    std::condition_variable room_; // for the walk
+    std::condition_variable room_; // for the walk: one fewer waits, or all are in their places
     std::deque<FileReplacement> waiting_;
+    bool committing_ = false;
     bool closed_ = false;
     int error_ = 0;
     std::thread thread_; // none when the system gave us no thread: then publish() does the work itself

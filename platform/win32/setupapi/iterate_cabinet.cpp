@@ -70,6 +70,13 @@ private:
     int result_ = 0;
 };
 
+// A name with one kind of separator.
+std::string components_of(std::string name)
+{
+    std::replace(name.begin(), name.end(), '\\', '/');
+    return name;
+}
+
 class Walk {
 public:
     Walk(LPCSTR source, PSP_FILE_CALLBACK_A callback, PVOID context)
@@ -101,6 +108,10 @@ private:
     // One entry; an error ends the walk.
     DWORD visit(Cabinet& cabinet, const CabinetEntry& entry)
     {
+        // The caller makes the entry's folders when it is announced: a file that stands in the way must be there by
+        // then, or the outcome would hang on the disk's speed.
+        if (leads_through_a_file(entry.name))
+            publisher_.settle();
         announcement_.info = { entry.name, entry.size, NO_ERROR, entry.dos_date, entry.dos_time, entry.attributes, {} };
         switch (notify(SPFILENOTIFY_FILEINCABINET, &announcement_.info)) {
         case FILEOP_DOCOPY:
@@ -138,7 +149,19 @@ private:
         if (struct timespec modified; time_of(entry, modified))
             (void)file.set_time(modified); // a file system without such times still takes the file
         publisher_.publish(std::move(file));
+        published_.insert(components_of(entry.name));
         return NO_ERROR;
+    }
+
+    // Whether a folder of this name is a file that an earlier entry was.
+    bool leads_through_a_file(const char* name) const
+    {
+        const std::string components = components_of(name);
+        for (std::size_t end = components.find('/'); end != std::string::npos; end = components.find('/', end + 1)) {
+            if (published_.contains(components.substr(0, end)))
+                return true;
+        }
+        return false;
     }
 
     // Remembers the target's folder, and those above it that the name speaks of, to be flushed at the end: a new folder
@@ -159,6 +182,7 @@ private:
     const PVOID context_;
     Announcement announcement_{};
     std::set<std::string> folders_;
+    std::set<std::string> published_; // names of entries that were copied
     FilePublisher publisher_;
 };
 
