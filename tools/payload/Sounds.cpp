@@ -111,6 +111,19 @@ bool Play(const Instrument& instrument, const std::vector<std::string>& notes, i
     return true;
 }
 
+// Makes a melody as loud as it can be without cutting its waves, and lets its end, wherever it falls, die away.
+void Finish(Samples* pSamples)
+{
+    constexpr int kPeak = 28000;
+    constexpr std::size_t kFade = kRate / 33;
+    const auto [pLow, pHigh] = std::minmax_element(pSamples->begin(), pSamples->end());
+    const int nPeak = std::max({ 1, -*pLow, *pHigh });
+    for (std::size_t i = 0; i < pSamples->size(); ++i) {
+        const auto nLeft = static_cast<int>(std::min(kFade, pSamples->size() - i));
+        (*pSamples)[i] = static_cast<int>(std::int64_t((*pSamples)[i]) * kPeak / nPeak * nLeft / std::int64_t(kFade));
+    }
+}
+
 // Noise that swells and ebbs, dull for a large nSoftness: rain, wind, waves, a room.
 void AddNoise(std::uint32_t nSeed, int nSoftness, int nWave, Samples* pSamples)
 {
@@ -190,6 +203,7 @@ bool MakeMelody(const std::vector<std::string>& fields, const Record& record, Ou
     Samples samples(static_cast<std::size_t>(nLength) * kRate / 1000);
     if (!Play(*pInstrument, WordsOf(record.lines), kRate, nBeat * kRate / 1000, &samples))
         return false;
+    Finish(&samples);
     pOutput->Add("Sounds/" + fields[0] + ".wav", WaveFile(samples));
     return true;
 }
