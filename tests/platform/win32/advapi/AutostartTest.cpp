@@ -26,6 +26,17 @@ std::string key_of(GKeyFile* file, const char* key)
     return text;
 }
 
+// A desktop puts nothing for a code like "%f", and one "%" for two.
+std::string without_field_codes(std::string word)
+{
+    for (std::size_t i = 0; (i = word.find('%', i)) != std::string::npos;) {
+        const bool doubled = word.compare(i, 2, "%%") == 0;
+        word.replace(i, 2, doubled ? "%" : "");
+        i += doubled;
+    }
+    return word;
+}
+
 ReadEntry read_entry(const std::filesystem::path& path)
 {
     const std::string validate = "desktop-file-validate '" + path.string() + "'";
@@ -37,7 +48,7 @@ ReadEntry read_entry(const std::filesystem::path& path)
     char** words = nullptr;
     EXPECT_TRUE(g_shell_parse_argv(key_of(file, "Exec").c_str(), &count, &words, nullptr)) << read_file(path);
     for (int i = 0; i < count; i++)
-        entry.command.emplace_back(words[i]);
+        entry.command.push_back(without_field_codes(words[i]));
     g_strfreev(words);
     g_key_file_free(file);
     return entry;
@@ -59,6 +70,7 @@ TEST(Autostart, StartsWhatTheRunValueNames)
         { "\"" + spaced_text + "\" -x", { spaced, "-x" } },
         { "\"/opt/never closed", { "/opt/never closed" } },
         { "/opt/not there yet", { "/opt/not there yet" } },
+        { "/opt/100%f", { "/opt/100%f" } },
         { "/opt/$HOME`id`\"quoted\"", { "/opt/$HOME`id`\"quoted\"" } },
         { "", { "" } },
     };

@@ -200,6 +200,15 @@ TEST(Hive, KeepsOldValuesOnAFullDisk)
         writes_left = 1000;
         EXPECT_EQ(key.get("x"), written ? std::string(20000, 'n') : "old");
         EXPECT_EQ(key.set("x", "after"), ERROR_SUCCESS);
+
+        const OpenedKey run(kRunKey);
+        ASSERT_EQ(run.set("Client", "/opt/old"), ERROR_SUCCESS);
+        writes_left = room;
+        const bool stored = run.set("Client", "/opt/new") == ERROR_SUCCESS;
+        writes_left = 1000;
+        EXPECT_EQ(run.get("Client"), stored ? "/opt/new" : "/opt/old");
+        EXPECT_NE(read_file(home.autostart / "Client.desktop").find(run.get("Client")), std::string::npos)
+            << "the autostart entry goes with the value";
     }
     EXPECT_GT(room, 5);
     const RegistryHome lets_go;

@@ -364,6 +364,9 @@ TEST(SetupIterateCabinet, SurvivesKills)
 
 TEST(SetupIterateCabinet, LetsTwoInstallersAtOnceEndWell)
 {
+    const auto named = without_flushes(); // each sees the other's temporaries for as long as they grow
+    named->nameless_files = false;
+    const FileSystemInPlace in_place(named);
     Unpacking unpacking(packed_cabinet(product(1)));
     const pid_t child = ::fork();
     if (child == 0) {
