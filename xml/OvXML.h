@@ -52,9 +52,11 @@ public:
     OvXMLNode(const OvXMLNode& node);
     OvXMLNode& operator=(const OvXMLNode& node);
     virtual ~OvXMLNode();
-    // A node that was read or cloned lies in a block of its tree; this is what tells it from one made with `new`.
+    // A node that was read or cloned lies in a block of its tree; the first `delete` tells it from one made with `new`.
     static void operator delete(OvXMLNode* pNode, std::destroying_delete_t);
-    static void operator delete(void* pMemory) { ::operator delete(pMemory); }
+    static void operator delete(void* pMemory);
+    static void* operator new(size_t nSize);
+    static void* operator new(size_t, void* pPlace) noexcept { return pPlace; }
 
     // 0 for a plain node, 1 for an element, 2 for an attribute.
     int GetType() const { return static_cast<int>(m_nType); }
@@ -144,6 +146,7 @@ private:
     unsigned m_bHeld : 1 = 0;      // in a list or map
     unsigned m_bApart : 1 = 0;
     unsigned m_bOwnsText : 1 = 0;
+    unsigned m_nBucket : 5 = 0;       // m_nHash mod 17
     unsigned m_bKeyAsWritten : 1 = 0; // the key is the name itself, not its lower case
     unsigned m_bRoomToGrow : 1 = 0;   // the text's block ends at the next power of two
     unsigned m_nPoolOffset : 18 = 0;  // from the pool's block, in units of 8 bytes; 0: not in a pool
@@ -326,7 +329,6 @@ private:
     OvXMLAttribute* StoreLowered(OvXMLAttribute* pAttribute);
     void TakeOut(OvXMLAttribute* pAttribute);
     void Place(OvXMLAttribute* pAttribute, OvXMLNode* pBefore);
-    OvXMLNode* PlaceFor(unsigned nHash) const;
 
     // Replaces name and value by another element's and takes over its attributes and children.
     enum class Displaced { Destroy, LeaveToCaller };

@@ -7,16 +7,27 @@
 #include <memory>
 #include <vector>
 
-#include "xml/OvXMLKey.h"
-#include "xml/OvXMLPool.h"
+#include "xml/OvXMLChain.h"
+
+namespace {
+
+// By way of a string that the caller keeps, so that its buffer serves many texts.
+void StoreText(CArchive& archive, std::string_view text, CString& strText)
+{
+    text.copy(strText.GetBufferSetLength(static_cast<int>(text.size())), text.size());
+    archive << strText;
+}
+
+} // namespace
 
 void OvXMLNode::Serialize(CArchive& archive)
 {
+    CString strText;
     if (archive.IsStoring()) {
-        archive << GetName() << GetValue();
+        StoreText(archive, Name(), strText);
+        StoreText(archive, Value(), strText);
         return;
     }
-    CString strText;
     archive >> strText;
     if (m_kind == Kind::Attribute)
         SetApart();

@@ -11,8 +11,8 @@
 
 #include <windows.h>
 
+#include "xml/OvXMLChain.h"
 #include "xml/OvXMLIndex.h"
-#include "xml/OvXMLPool.h"
 
 namespace {
 
@@ -65,32 +65,36 @@ void OvXMLElement::Place(OvXMLAttribute* pAttribute, OvXMLNode* pBefore)
     OvXMLPool::Untie(this);
 }
 
-// Where a new attribute goes: to the front of its bucket.
-OvXMLNode* OvXMLElement::PlaceFor(unsigned nHash) const
-{
-    if (m_pIndex)
-        return m_pIndex->PlaceFor(nHash);
-    OvXMLNode* pBefore = m_pFirstAttribute;
-    while (pBefore && pBefore->m_nHash % OvXMLIndex::kBuckets < nHash % OvXMLIndex::kBuckets)
-        pBefore = pBefore->m_pNext;
-    return pBefore;
-}
-
 OvXMLAttribute* OvXMLElement::Store(OvXMLAttribute* pAttribute, const OvXMLAttribute::Key& key)
 {
     if (OvXMLPool::Of(pAttribute) != OvXMLPool::Of(this))
         OvXMLPool::Untie(this);
     pAttribute->m_nHash = key.nHash;
+    pAttribute->m_nBucket = key.nHash % OvXMLIndex::kBuckets;
     pAttribute->m_bKeyAsWritten = key.form == OvXMLAttribute::Key::Form::Written;
     if (key.form == OvXMLAttribute::Key::Form::Apart) {
         pAttribute->m_pApart = new Apart{ this, this, key.ToString() };
         pAttribute->m_bApart = 1;
         OvXMLPool::Untie(pAttribute);
     }
-    OvXMLAttribute* pOld = Find(key);
-    OvXMLNode* pBefore = pOld ? pOld->m_pNext : PlaceFor(key.nHash);
-    if (pOld)
+    // The place of a new one is at the front of its bucket.
+    OvXMLAttribute* pOld = nullptr;
+    OvXMLNode* pBefore = nullptr;
+    if (m_pIndex) {
+        pOld = m_pIndex->Find(key);
+        pBefore = m_pIndex->PlaceFor(key.nHash);
+    } else {
+        OvXMLAttribute* p = FirstAttribute();
+        while (p && p->m_nBucket < pAttribute->m_nBucket)
+            p = p->Next();
+        pBefore = p;
+        for (; p && p->m_nBucket == pAttribute->m_nBucket && !pOld; p = p->Next())
+            pOld = p->GetKey() == key ? p : nullptr;
+    }
+    if (pOld) {
+        pBefore = pOld->m_pNext;
         TakeOut(pOld);
+    }
     Place(pAttribute, pBefore);
     return pOld;
 }

@@ -3,8 +3,7 @@
 
 #include <memory>
 
-#include "xml/OvXMLIndex.h"
-#include "xml/OvXMLPool.h"
+#include "xml/OvXMLChain.h"
 
 OvXMLElement::OvXMLElement(OvXMLElement* pParent, const char* pszName) : OvXMLNode(Kind::Element, pParent)
 {
@@ -17,20 +16,6 @@ OvXMLElement::~OvXMLElement()
     DeleteAllAttributes();
     if (OvXMLElement* pHolder = Holder())
         pHolder->TakeOut(this);
-}
-
-void OvXMLElement::Append(OvXMLElement* pChild)
-{
-    if (OvXMLPool::Of(pChild) != OvXMLPool::Of(this))
-        OvXMLPool::Untie(this);
-    pChild->Link(m_pFirstElement, nullptr);
-    m_nElements++;
-}
-
-void OvXMLElement::TakeOut(OvXMLElement* pChild)
-{
-    pChild->Unlink(m_pFirstElement);
-    m_nElements--;
 }
 
 OvXMLElement* OvXMLElement::AddElement(const char* pszName)

@@ -43,7 +43,7 @@ OvXMLNode* OvXMLIndex::PlaceFor(unsigned nHash) const
 void OvXMLIndex::Add(OvXMLAttribute* pAttribute, const OvXMLNode* pBefore)
 {
     m_attributes.insert(pAttribute);
-    OvXMLAttribute*& pFirst = m_pFirsts[pAttribute->m_nHash % kBuckets];
+    OvXMLAttribute*& pFirst = m_pFirsts[pAttribute->m_nBucket];
     if (!pFirst || pBefore == pFirst)
         pFirst = pAttribute;
 }
@@ -51,9 +51,9 @@ void OvXMLIndex::Add(OvXMLAttribute* pAttribute, const OvXMLNode* pBefore)
 void OvXMLIndex::Remove(OvXMLAttribute* pAttribute)
 {
     m_attributes.erase(pAttribute);
-    OvXMLAttribute*& pFirst = m_pFirsts[pAttribute->m_nHash % kBuckets];
+    OvXMLAttribute*& pFirst = m_pFirsts[pAttribute->m_nBucket];
     if (pFirst != pAttribute)
         return;
     OvXMLAttribute* pNext = pAttribute->Next();
-    pFirst = pNext && pNext->m_nHash % kBuckets == pAttribute->m_nHash % kBuckets ? pNext : nullptr;
+    pFirst = pNext && pNext->m_nBucket == pAttribute->m_nBucket ? pNext : nullptr;
 }

@@ -9,6 +9,7 @@
 
 #include <windows.h>
 
+#include "xml/OvXMLChain.h"
 #include "xml/OvXMLKey.h"
 #include "xml/OvXMLPool.h"
 
@@ -65,6 +66,16 @@ void OvXMLNode::operator delete(OvXMLNode* pNode, std::destroying_delete_t)
     void* pMemory = dynamic_cast<void*>(pNode); // where the whole object begins, whatever was derived from it
     pNode->~OvXMLNode();
     ::operator delete(pMemory);
+}
+
+void OvXMLNode::operator delete(void* pMemory)
+{
+    ::operator delete(pMemory);
+}
+
+void* OvXMLNode::operator new(size_t nSize)
+{
+    return ::operator new(nSize);
 }
 
 OvXMLElement* OvXMLNode::AsElement() const
@@ -162,41 +173,6 @@ bool OvXMLNode::IsNamedLike(std::string_view name) const
     CharLowerBuffA(strOwn.data(), static_cast<DWORD>(strOwn.size()));
     CharLowerBuffA(strName.data(), static_cast<DWORD>(strName.size()));
     return strOwn == strName;
-}
-
-void OvXMLNode::Link(OvXMLNode*& pFirst, OvXMLNode* pBefore)
-{
-    m_bHeld = 1;
-    m_pNext = pBefore;
-    if (!pFirst) {
-        pFirst = m_pPrevious = this;
-        return;
-    }
-    OvXMLNode* pNextOrFirst = pBefore ? pBefore : pFirst; // whose m_pPrevious this becomes
-    m_pPrevious = pNextOrFirst->m_pPrevious;
-    pNextOrFirst->m_pPrevious = this;
-    if (pBefore == pFirst)
-        pFirst = this;
-    else
-        m_pPrevious->m_pNext = this;
-}
-
-void OvXMLNode::Unlink(OvXMLNode*& pFirst)
-{
-    OvXMLNode* pNextOrFirst = m_pNext ? m_pNext : pFirst;
-    pNextOrFirst->m_pPrevious = m_pPrevious;
-    if (pFirst == this)
-        pFirst = m_pNext;
-    else
-        m_pPrevious->m_pNext = m_pNext;
-    m_pNext = m_pPrevious = nullptr;
-    m_bHeld = 0;
-    m_bKeyAsWritten = 0;
-    if (m_bApart) {
-        const std::unique_ptr<Apart> pApart(std::exchange(m_pApart, nullptr));
-        m_pParent = pApart->pParent;
-        m_bApart = 0;
-    }
 }
 
 OvXMLAttribute::OvXMLAttribute(OvXMLElement* pParent, const char* pszName) : OvXMLNode(Kind::Attribute, pParent)

@@ -7,8 +7,7 @@
 #include <string>
 #include <utility>
 
-#include "xml/OvXMLKey.h"
-#include "xml/OvXMLPool.h"
+#include "xml/OvXMLChain.h"
 #include "xml/OvXMLText.h"
 
 using namespace OvXMLText;

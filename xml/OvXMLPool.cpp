@@ -6,25 +6,36 @@
 #include <cstdlib>
 #include <utility>
 
+#include "xml/OvXMLChain.h"
+
+#if __has_include(<sys/mman.h>)
+#include <sys/mman.h>
+#endif
+
 namespace {
 
 constexpr size_t kFirstBlock = 2048;
-constexpr size_t kLargestBlock = 256 * 1024; // a node's distance from its block's start must fit m_nPoolOffset
-constexpr size_t kMallocOverhead = 16;       // so that blocks fill malloc's own units
-constexpr unsigned kOffsetMask = (1U << 18) - 1;
-static_assert(kLargestBlock / 8 <= kOffsetMask);
-constexpr size_t kLongestText = INT_MAX / 2; // a name and its value together
+constexpr size_t kLargestBlock = 2 * 1024 * 1024; // as large as a huge page, and no larger than m_nPoolOffset can tell
+constexpr size_t kLongestInBlock = 64 * 1024;     // what is longer gets a block of its own
+constexpr size_t kMallocOverhead = 16;            // so that blocks fill malloc's own units
+constexpr size_t kLongestText = INT_MAX / 2;      // a name and its value together
 
-std::atomic<OvXMLPool::Source> g_source{ &std::malloc };
+// A document of megabytes would spend most of its time waiting for the system to bring in small pages one by one.
+void* AllocateBlock(size_t nSize)
+{
+    if (nSize != kLargestBlock)
+        return std::malloc(nSize);
+    void* pMemory = std::aligned_alloc(kLargestBlock, nSize);
+#ifdef MADV_HUGEPAGE
+    if (pMemory)
+        ::madvise(pMemory, nSize, MADV_HUGEPAGE); // a wish; without it all works as well
+#endif
+    return pMemory;
+}
+
+std::atomic<OvXMLPool::Source> g_source{ &AllocateBlock };
 
 } // namespace
-
-// Stands at the front of every block.
-struct OvXMLPool::Block {
-    OvXMLPool* pPool;
-    Block* pNext; // the blocks are freed in the order they were made: so malloc can give them back in one piece
-    size_t nSize;
-};
 
 OvXMLPool::Source OvXMLPool::ExchangeSource(Source source)
 {
@@ -60,9 +71,10 @@ void OvXMLPool::Free()
 
 char* OvXMLPool::AllocateElsewhere(size_t nSize)
 {
-    const bool bLarge = nSize > kLargestBlock / 4; // gets a block of its own, and the present one goes on being filled
-    const size_t nBlock = bLarge ? nSize + sizeof(Block) : m_nNextBlock - kMallocOverhead;
-    Block* pBlock = NewBlock(std::max(nBlock, nSize + sizeof(Block)));
+    static_assert((kLargestBlock - 1) / kUnit <= kLargestOffset);
+    const bool bLarge = nSize > kLongestInBlock; // gets a block of its own, and the present one goes on being filled
+    const size_t nWanted = m_nNextBlock == kLargestBlock ? kLargestBlock : m_nNextBlock - kMallocOverhead;
+    Block* pBlock = NewBlock(bLarge ? nSize + sizeof(Block) : std::max(nWanted, nSize + sizeof(Block)));
     pBlock->pPool = this;
     pBlock->pNext = std::exchange(m_pLastBlock->pNext, pBlock);
     char* p = reinterpret_cast<char*>(pBlock + 1);
@@ -76,22 +88,12 @@ char* OvXMLPool::AllocateElsewhere(size_t nSize)
     return p;
 }
 
-template <class Node>
-Node* OvXMLPool::Add(OvXMLElement* pParent, std::string_view name, size_t nValue)
+// Apart from its node: it may have a block of its own, in which no node can lie.
+char* OvXMLPool::AllocateLongText(std::string_view name, size_t nValue)
 {
     if (name.size() > kLongestText || nValue > kLongestText - name.size())
         AfxThrowMemoryException();
-    char* p = Allocate(sizeof(Node));
-    const auto* pBlock = reinterpret_cast<const char*>(m_pLastBlock);
-    char* pText = name.size() + nValue > 0 ? Allocate(name.size() + nValue) : nullptr;
-    auto* pNode = ::new (p) Node(OvXMLNode::Pooled(), pParent);
-    pNode->m_nPoolOffset = static_cast<unsigned>((p - pBlock) / 8) & kOffsetMask;
-    pNode->m_pText = pText;
-    pNode->m_nName = static_cast<unsigned>(name.size());
-    std::copy(name.begin(), name.end(), pText);
-    // Nobody else knows the tree yet.
-    m_nNodes.store(m_nNodes.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
-    return pNode;
+    return Allocate(name.size() + nValue);
 }
 
 OvXMLElement* OvXMLPool::AddRoot(Building pPool, OvXMLElement* pParent, std::string_view name)
@@ -100,27 +102,6 @@ OvXMLElement* OvXMLPool::AddRoot(Building pPool, OvXMLElement* pParent, std::str
     pPool->m_pRoot = pRoot;
     (void)pPool.release(); // the root's life keeps it
     return pRoot;
-}
-
-OvXMLElement* OvXMLPool::AddElement(OvXMLElement* pParent, std::string_view name)
-{
-    return Add<OvXMLElement>(pParent, name, 0);
-}
-
-OvXMLAttribute* OvXMLPool::AddAttribute(OvXMLElement* pParent, std::string_view name, std::string_view value)
-{
-    char* pValue = nullptr;
-    OvXMLAttribute* pAttribute = AddAttribute(pParent, name, value.size(), pValue);
-    std::copy(value.begin(), value.end(), pValue);
-    pAttribute->m_nValue = static_cast<unsigned>(value.size());
-    return pAttribute;
-}
-
-OvXMLAttribute* OvXMLPool::AddAttribute(OvXMLElement* pParent, std::string_view name, size_t nValue, char*& pValue)
-{
-    auto* pAttribute = Add<OvXMLAttribute>(pParent, name, nValue);
-    pValue = const_cast<char*>(pAttribute->m_pText) + name.size();
-    return pAttribute;
 }
 
 void OvXMLPool::SetValue(OvXMLElement* pElement, std::string_view value)
@@ -150,20 +131,6 @@ void OvXMLPool::SetValueEnd(OvXMLNode* pNode, const char* pEnd)
     pNode->m_nValue = static_cast<unsigned>(nText) - pNode->m_nName;
     if (m_pLast == pNode->m_pText)
         m_pFree = m_pLast + RoundUp(pNode->m_bRoomToGrow ? std::bit_ceil(nText) : nText);
-}
-
-OvXMLPool* OvXMLPool::Of(const OvXMLNode* pNode)
-{
-    if (pNode->m_nPoolOffset == 0)
-        return nullptr;
-    return reinterpret_cast<const Block*>(reinterpret_cast<const char*>(pNode) - size_t{ pNode->m_nPoolOffset } * 8)
-        ->pPool;
-}
-
-void OvXMLPool::Untie(const OvXMLNode* pNode)
-{
-    if (OvXMLPool* pPool = Of(pNode))
-        pPool->m_bUntied.store(true, std::memory_order_relaxed);
 }
 
 void OvXMLPool::Destroy(OvXMLNode* pNode)

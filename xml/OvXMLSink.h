@@ -3,10 +3,11 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstring>
 #include <string_view>
 
 #include <afx.h>
+
+#include "xml/OvXMLText.h"
 
 class OvXMLSink {
 public:
@@ -24,7 +25,7 @@ public:
     {
         if (text.size() > m_nRoom - m_nLength)
             Reserve(text.size());
-        std::memcpy(m_pBuffer + m_nLength, text.data(), text.size());
+        OvXMLText::CopyBytes(m_pBuffer + m_nLength, text.data(), text.size());
         m_nLength += text.size();
     }
     void Append(char ch)

@@ -67,25 +67,13 @@ bool DecodeReference(const char*& p, const char* pEnd, char*& pOut)
 
 } // namespace
 
-bool MatchHere(const char*& p, std::string_view token)
-{
-    const char* pText = p;
-    for (const char ch : token) {
-        if (*pText == '\0')
-            break; // the end of the text matches whatever would follow
-        if (*pText != ch)
-            return false;
-        pText++;
-    }
-    p = pText;
-    return true;
-}
-
 const char* Decode(const char* p, const char* pEnd, char*& pOut)
 {
     const char* const pOutBegin = pOut;
     while (p < pEnd) {
-        if (Is(*p, kTextSpace)) {
+        if (Is(*p, kPlain)) {
+            *pOut++ = *p++;
+        } else if (Is(*p, kTextSpace)) {
             if (pOut != pOutBegin)
                 *pOut++ = ' ';
             while (p < pEnd && Is(*p, kTextSpace))

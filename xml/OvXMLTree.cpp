@@ -3,8 +3,7 @@
 
 #include <memory>
 
-#include "xml/OvXMLKey.h"
-#include "xml/OvXMLPool.h"
+#include "xml/OvXMLChain.h"
 
 // Copies value and attributes to an element of the pool that has neither.
 void OvXMLElement::CopyAttributesTo(OvXMLElement* pCopy, OvXMLPool& pool) const

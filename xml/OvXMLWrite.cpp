@@ -36,25 +36,20 @@ void AppendReference(OvXMLSink& out, char ch)
     }
 }
 
+// The text form of a value ends at its first zero byte.
 void AppendEscaped(OvXMLSink& out, std::string_view value)
 {
-    while (!value.empty()) {
-        size_t nPlain = 0;
-        while (nPlain < value.size() && !Is(value[nPlain], kEscaped))
-            nPlain++;
-        out.Append(value.substr(0, nPlain));
-        value.remove_prefix(nPlain);
-        if (!value.empty()) {
-            AppendReference(out, value.front());
-            value.remove_prefix(1);
-        }
+    const char* p = value.data();
+    const char* const pEnd = p + value.size();
+    while (p < pEnd) {
+        const char* const pPlain = p;
+        while (p < pEnd && !Is(*p, kEscaped))
+            p++;
+        out.Append({ pPlain, static_cast<size_t>(p - pPlain) });
+        if (p == pEnd || *p == '\0')
+            return;
+        AppendReference(out, *p++);
     }
-}
-
-// The text form of a value ends at its first zero byte.
-std::string_view UpToZero(std::string_view value)
-{
-    return value.substr(0, value.find('\0'));
 }
 
 } // namespace
@@ -85,7 +80,7 @@ public:
     {
         m_out.Append(p->Name());
         m_out.Append("=\"");
-        AppendEscaped(m_out, UpToZero(p->Value()));
+        AppendEscaped(m_out, p->Value());
         m_out.Append('"');
     }
 
@@ -114,7 +109,7 @@ private:
     }
     void EndElement(const OvXMLElement* p)
     {
-        AppendEscaped(m_out, UpToZero(p->Value()));
+        AppendEscaped(m_out, p->Value());
         m_out.Append("</");
         m_out.Append(p->Name());
         m_out.Append('>');
