@@ -1,0 +1,282 @@
+// Reading, writing, storing and loading skins, beside tinyxml2, pugixml and Boost.Serialization in the same run, and
+// beside what no reader or writer can beat: finding every "<" and copying the output. Prints the ratios at the end.
+#include <cstring>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <malloc.h>
+
+#include <benchmark/benchmark.h>
+#include <boost/archive/binary_iarchive.hpp>
+#include <boost/archive/binary_oarchive.hpp>
+#include <boost/serialization/string.hpp>
+#include <boost/serialization/utility.hpp>
+#include <boost/serialization/vector.hpp>
+#include <pugixml.hpp>
+#include <tinyxml2.h>
+
+#include "SkinText.h"
+#include "xml/OvXML.h"
+
+namespace {
+
+// The same tree as plain data, as one would have it stored by Boost.
+struct PlainNode {
+    std::string name;
+    std::string value;
+    std::vector<std::pair<std::string, std::string>> attributes;
+    std::vector<PlainNode> children;
+
+    template <class Archive>
+    void serialize(Archive& archive, unsigned)
+    {
+        archive& name& value& attributes& children;
+    }
+};
+
+PlainNode plain(const OvXMLElement* element)
+{
+    const auto text = [](const CString& s) { return std::string(s, static_cast<std::size_t>(s.GetLength())); };
+    PlainNode node{ text(element->GetName()), text(element->GetValue()), {}, {} };
+    for (POSITION position = element->GetAttributeIterator(); position;) {
+        const OvXMLAttribute* attribute = element->GetNextAttribute(position);
+        node.attributes.emplace_back(text(attribute->GetName()), text(attribute->GetValue()));
+    }
+    for (POSITION position = element->GetElementIterator(); position;)
+        node.children.push_back(plain(element->GetNextElement(position)));
+    return node;
+}
+
+} // namespace
+
+BOOST_CLASS_IMPLEMENTATION(PlainNode, boost::serialization::object_serializable)
+BOOST_CLASS_TRACKING(PlainNode, boost::serialization::track_never)
+
+namespace {
+
+using Tree = std::unique_ptr<OvXMLElement>;
+constexpr auto kBoostFlags = boost::archive::no_header | boost::archive::no_codecvt;
+
+Tree parsed(const std::string& text)
+{
+    return Tree(OvXMLElement::FromString(text.c_str(), TRUE));
+}
+
+// Every case runs for every document; throughput is that of the document's text.
+using Case = std::function<void(benchmark::State&, const std::string&)>;
+
+void parse_ours(benchmark::State& state, const std::string& text)
+{
+    for (auto _ : state)
+        benchmark::DoNotOptimize(parsed(text).get());
+}
+
+void parse_tinyxml2(benchmark::State& state, const std::string& text)
+{
+    for (auto _ : state) {
+        tinyxml2::XMLDocument document;
+        benchmark::DoNotOptimize(document.Parse(text.data(), text.size()));
+    }
+}
+
+void parse_pugixml(benchmark::State& state, const std::string& text)
+{
+    for (auto _ : state) {
+        pugi::xml_document document;
+        benchmark::DoNotOptimize(
+            document.load_buffer(text.data(), text.size(), pugi::parse_default, pugi::encoding_utf8));
+    }
+}
+
+void limit_memchr(benchmark::State& state, const std::string& text)
+{
+    for (auto _ : state) {
+        std::size_t found = 0;
+        const char* end = text.data() + text.size();
+        for (const char* p = text.data(); (p = static_cast<const char*>(std::memchr(p, '<', end - p))); p++)
+            found++;
+        benchmark::DoNotOptimize(found);
+    }
+}
+
+void write_ours(benchmark::State& state, const std::string& text)
+{
+    const Tree tree = parsed(text);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(tree->ToString(TRUE, TRUE).GetLength());
+}
+
+void write_tinyxml2(benchmark::State& state, const std::string& text)
+{
+    tinyxml2::XMLDocument document;
+    document.Parse(text.data(), text.size());
+    for (auto _ : state) {
+        tinyxml2::XMLPrinter printer;
+        document.Print(&printer);
+        benchmark::DoNotOptimize(printer.CStr());
+    }
+}
+
+void limit_memcpy(benchmark::State& state, const std::string& text)
+{
+    const CString output = parsed(text)->ToString(TRUE, TRUE);
+    for (auto _ : state) {
+        CString copy(output, output.GetLength());
+        benchmark::DoNotOptimize(copy.GetLength());
+    }
+}
+
+void archive_ours(benchmark::State& state, const std::string& text)
+{
+    const Tree tree = parsed(text);
+    for (auto _ : state) {
+        CMemFile file;
+        CArchive store(&file, CArchive::store);
+        tree->Serialize(store);
+        store.Close();
+        file.SeekToBegin();
+        CArchive load(&file, CArchive::load);
+        const auto loaded = std::make_unique<OvXMLElement>();
+        loaded->Serialize(load);
+        benchmark::DoNotOptimize(loaded->GetElementCount());
+    }
+}
+
+void archive_boost(benchmark::State& state, const std::string& text)
+{
+    const PlainNode tree = plain(parsed(text).get());
+    for (auto _ : state) {
+        std::stringstream stream;
+        boost::archive::binary_oarchive(stream, kBoostFlags) << tree;
+        PlainNode loaded;
+        boost::archive::binary_iarchive(stream, kBoostFlags) >> loaded;
+        benchmark::DoNotOptimize(loaded.children.size());
+    }
+}
+
+std::size_t heap_in_use()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+}
+
+// What the document holds of the heap, once it is read.
+template <class Read>
+std::size_t heap_of(Read read)
+{
+    const std::size_t before = heap_in_use();
+    const auto document = read();
+    return heap_in_use() - before;
+}
+
+class Results : public benchmark::ConsoleReporter {
+public:
+    void ReportRuns(const std::vector<Run>& runs) override
+    {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run& run : runs) {
+            // Of repeated runs the median counts.
+            if (run.run_type != Run::RT_Aggregate || run.aggregate_name == "median")
+                times_[run.run_name.function_name] = run.GetAdjustedCPUTime();
+        }
+    }
+    double time(const std::string& name) const { return times_.at(name); }
+
+private:
+    std::map<std::string, double> times_;
+};
+
+struct Ratio {
+    const char* what;
+    const char* ours;
+    const char* other;
+    double wanted; // other's time over ours; 0: no more than a measure
+};
+constexpr Ratio kRatios[] = {
+    { "parse and free, tinyxml2", "parse", "parse_tinyxml2", 2.5 },
+    { "parse and free, pugixml", "parse", "parse_pugixml", 0.5 },
+    { "parse and free, memchr", "parse", "parse_limit", 0 },
+    { "write, tinyxml2", "write", "write_tinyxml2", 2 },
+    { "write, memcpy", "write", "write_limit", 0 },
+    { "store and load, Boost", "archive", "archive_boost", 1 },
+};
+
+struct Document {
+    const char* name;
+    std::string text;
+};
+
+void print_ratios(const Results& results, const std::vector<Document>& documents)
+{
+    std::printf("\nSpeed, as a multiple of the other's (wanted)\n%-28s", "");
+    for (const Document& document : documents)
+        std::printf("%10s", document.name);
+    for (const Ratio& ratio : kRatios) {
+        std::printf("\n%-28s", ratio.what);
+        for (const Document& document : documents) {
+            const std::string suffix = std::string("/") + document.name;
+            std::printf("%10.2f", results.time(ratio.other + suffix) / results.time(ratio.ours + suffix));
+        }
+        if (ratio.wanted > 0)
+            std::printf("   (%.1f)", ratio.wanted);
+    }
+    std::printf("\n");
+}
+
+void print_heap(const Document& document)
+{
+    const std::string& text = document.text;
+    const std::size_t ours = heap_of([&] { return parsed(text); });
+    const std::size_t tiny = heap_of([&] {
+        auto tree = std::make_unique<tinyxml2::XMLDocument>();
+        tree->Parse(text.data(), text.size());
+        return tree;
+    });
+    const std::size_t pugi = heap_of([&] {
+        auto tree = std::make_unique<pugi::xml_document>();
+        tree->load_buffer(text.data(), text.size(), pugi::parse_default, pugi::encoding_utf8);
+        return tree;
+    });
+    std::printf("\nHeap for the %s document (%zu bytes): ours %zu, tinyxml2 %zu, pugixml %zu: %.2f of tinyxml2's\n",
+                document.name, text.size(), ours, tiny, pugi, static_cast<double>(ours) / static_cast<double>(tiny));
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const std::vector<Document> documents = { { "8K", SkinText(8 << 10) },
+                                              { "200K", SkinText(200 << 10) },
+                                              { "4M", SkinText(4 << 20) } };
+    const std::pair<const char*, Case> cases[] = {
+        { "parse", parse_ours },
+        { "parse_tinyxml2", parse_tinyxml2 },
+        { "parse_pugixml", parse_pugixml },
+        { "parse_limit", limit_memchr },
+        { "write", write_ours },
+        { "write_tinyxml2", write_tinyxml2 },
+        { "write_limit", limit_memcpy },
+        { "archive", archive_ours },
+        { "archive_boost", archive_boost },
+    };
+    for (const auto& [name, run] : cases) {
+        for (const Document& document : documents) {
+            const auto measure = [run = run, &document](benchmark::State& state) {
+                run(state, document.text);
+                state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * document.text.size()));
+            };
+            benchmark::RegisterBenchmark((std::string(name) + "/" + document.name).c_str(), measure);
+        }
+    }
+    benchmark::Initialize(&argc, argv);
+    print_heap(documents.back());
+    Results results;
+    benchmark::RunSpecifiedBenchmarks(&results);
+    print_ratios(results, documents);
+}
