@@ -71,6 +71,19 @@ LSTATUS status_of_errno(int error)
     return static_cast<LSTATUS>(error_from_errno(error));
 }
 
+// Of a row of name, type and data.
+RegistryValue row_value(Statement& row)
+{
+    return { row.bytes(0), static_cast<DWORD>(row.number(1)), row.bytes(2) };
+}
+
+// Makes the autostart entry what a value of the Run key says: a text is started, anything else is not.
+LSTATUS mirror_run_value(const std::string& name, const std::optional<RegistryValue>& value)
+{
+    return status_of_errno(value && value->type == REG_SZ ? write_autostart_entry(name, value->bytes)
+                                                          : remove_autostart_entry(name));
+}
+
 } // namespace
 
 Hive& current_user_hive()
@@ -116,11 +129,10 @@ LSTATUS Hive::delete_key(const std::string& key)
         Statement child(database_.get(), "SELECT 1 FROM registry_key WHERE parent = ?");
         if (const LSTATUS status = fetch(child.bind(1, key), "", ERROR_NO_MORE_ITEMS); status != ERROR_NO_MORE_ITEMS)
             return status == ERROR_SUCCESS ? static_cast<LSTATUS>(ERROR_ACCESS_DENIED) : status;
-        std::vector<std::string> names;
-        Statement list(database_.get(), "SELECT name FROM registry_value WHERE key = ?");
+        Statement list(database_.get(), "SELECT name, type, data FROM registry_value WHERE key = ?");
         list.bind(1, key);
-        while (list.step() == SQLITE_ROW)
-            names.push_back(list.bytes(0));
+        while (key == kRunKey && list.step() == SQLITE_ROW)
+            run_changes_.push_back({ list.bytes(0), row_value(list) });
         for (const char* sql :
              { "DELETE FROM registry_value WHERE key = ?", "DELETE FROM registry_key WHERE folded = ?" }) {
             Statement remove(database_.get(), sql);
@@ -128,8 +140,8 @@ LSTATUS Hive::delete_key(const std::string& key)
                 return status;
         }
         LSTATUS status = ERROR_SUCCESS;
-        for (std::size_t i = 0; key == kRunKey && i < names.size() && status == ERROR_SUCCESS; i++)
-            status = follow_run_value(names[i]);
+        for (std::size_t i = 0; i < run_changes_.size() && status == ERROR_SUCCESS; i++)
+            status = mirror_run_value(run_changes_[i].name, std::nullopt);
         return status;
     });
 }
@@ -152,6 +164,9 @@ LSTATUS Hive::set_value(const std::string& key, const RegistryValue& value)
     return write([&] {
         if (const LSTATUS status = touch(key); status != ERROR_SUCCESS)
             return status;
+        if (const LSTATUS status = key == kRunKey ? note_run_value(value.name) : LSTATUS{ ERROR_SUCCESS };
+            status != ERROR_SUCCESS)
+            return status;
         const std::string name = folded(value.name);
         Statement store(database_.get(), "INSERT INTO registry_value VALUES (?1, ?2, ?3, ?4, ?5) "
                                          "ON CONFLICT (key, folded) DO UPDATE SET type = ?4, data = ?5");
@@ -159,25 +174,25 @@ LSTATUS Hive::set_value(const std::string& key, const RegistryValue& value)
         store.bind_bytes(5, value.bytes);
         if (const LSTATUS status = finish(store); status != ERROR_SUCCESS)
             return status;
-        return key == kRunKey ? follow_run_value(value.name) : static_cast<LSTATUS>(ERROR_SUCCESS);
+        return key == kRunKey ? mirror_run_value(run_changes_.back().name, value) : LSTATUS{ ERROR_SUCCESS };
     });
 }
 
 LSTATUS Hive::delete_value(const std::string& key, const std::string& name)
 {
     return write([&] {
-        const std::string wanted = folded(name);
-        Statement find(database_.get(), "SELECT name FROM registry_value WHERE key = ? AND folded = ?");
-        find.bind(1, key).bind(2, wanted);
-        if (const LSTATUS status = fetch(find, key, ERROR_FILE_NOT_FOUND); status != ERROR_SUCCESS)
-            return status;
-        const std::string stored = find.bytes(0);
-        Statement remove(database_.get(), "DELETE FROM registry_value WHERE key = ? AND folded = ?");
-        if (const LSTATUS status = finish(remove.bind(1, key).bind(2, wanted)); status != ERROR_SUCCESS)
+        if (const LSTATUS status = key == kRunKey ? note_run_value(name) : LSTATUS{ ERROR_SUCCESS };
+            status != ERROR_SUCCESS)
             return status;
         if (const LSTATUS status = touch(key); status != ERROR_SUCCESS)
             return status;
-        return key == kRunKey ? follow_run_value(stored) : static_cast<LSTATUS>(ERROR_SUCCESS);
+        const std::string wanted = folded(name);
+        Statement remove(database_.get(), "DELETE FROM registry_value WHERE key = ? AND folded = ?");
+        if (const LSTATUS status = finish(remove.bind(1, key).bind(2, wanted)); status != ERROR_SUCCESS)
+            return status;
+        if (sqlite3_changes(database_.get()) == 0)
+            return LSTATUS{ ERROR_FILE_NOT_FOUND };
+        return key == kRunKey ? mirror_run_value(run_changes_.back().name, std::nullopt) : LSTATUS{ ERROR_SUCCESS };
     });
 }
 
@@ -188,7 +203,7 @@ LSTATUS Hive::find_value(const std::string& key, const std::string& name, Regist
         Statement find(database_.get(), "SELECT name, type, data FROM registry_value WHERE key = ? AND folded = ?");
         const LSTATUS status = fetch(find.bind(1, key).bind(2, wanted), key, ERROR_FILE_NOT_FOUND);
         if (status == ERROR_SUCCESS)
-            value = { find.bytes(0), static_cast<DWORD>(find.number(1)), find.bytes(2) };
+            value = row_value(find);
         return status;
     });
 }
@@ -200,7 +215,7 @@ LSTATUS Hive::value_at(const std::string& key, DWORD index, RegistryValue& value
                        "SELECT name, type, data FROM registry_value WHERE key = ? ORDER BY folded LIMIT 1 OFFSET ?");
         const LSTATUS status = fetch(find.bind(1, key).bind(2, std::int64_t{ index }), key, ERROR_NO_MORE_ITEMS);
         if (status == ERROR_SUCCESS)
-            value = { find.bytes(0), static_cast<DWORD>(find.number(1)), find.bytes(2) };
+            value = row_value(find);
         return status;
     });
 }
@@ -229,8 +244,8 @@ LSTATUS Hive::write(const Work& work)
     }
     if (!sqlite3_get_autocommit(database_.get()))
         (void)execute("ROLLBACK"); // what cannot be rolled back now is, before anyone reads the file again
-    for (const std::string& name : std::exchange(run_changes_, {}))
-        (void)follow_run_value(name); // back to what the hive still says
+    for (const RunChange& change : run_changes_)
+        (void)mirror_run_value(change.name, change.before); // the first failure is what counts
     return status;
 }
 
@@ -326,20 +341,17 @@ LSTATUS Hive::touch(const std::string& key)
     return sqlite3_changes(database_.get()) ? ERROR_SUCCESS : ERROR_KEY_DELETED;
 }
 
-// Makes the autostart entry of a Run value what the hive says of it: texts are started, anything else is not.
-LSTATUS Hive::follow_run_value(const std::string& name)
+// To be called before a value of the Run key changes.
+LSTATUS Hive::note_run_value(const std::string& name)
 {
-    run_changes_.push_back(name);
     const std::string wanted = folded(name);
     Statement find(database_.get(), "SELECT name, type, data FROM registry_value WHERE key = ? AND folded = ?");
     const LSTATUS status = fetch(find.bind(1, kRunKey).bind(2, wanted), "", ERROR_FILE_NOT_FOUND);
     if (status == ERROR_FILE_NOT_FOUND)
-        return status_of_errno(remove_autostart_entry(name));
-    if (status != ERROR_SUCCESS)
-        return status;
-    const std::string stored = find.bytes(0);
-    return status_of_errno(find.number(1) == REG_SZ ? write_autostart_entry(stored, find.bytes(2))
-                                                    : remove_autostart_entry(stored));
+        run_changes_.push_back({ name, std::nullopt });
+    else if (status == ERROR_SUCCESS)
+        run_changes_.push_back({ find.bytes(0), row_value(find) });
+    return status == ERROR_FILE_NOT_FOUND ? LSTATUS{ ERROR_SUCCESS } : status;
 }
 
 LSTATUS Hive::failure(int result)

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -58,13 +59,20 @@ private:
     LSTATUS exists(const std::string& key);
     LSTATUS make_way(const std::string& key, const std::vector<std::string>& components);
     LSTATUS touch(const std::string& key);
-    LSTATUS follow_run_value(const std::string& name);
+    LSTATUS note_run_value(const std::string& name);
 
     std::mutex mutex_;
     Database database_;
-    std::string path_;                     // of the open file
-    bool patient_ = true;                  // false after a lock outlasted our patience, until a write succeeds again
-    std::vector<std::string> run_changes_; // values of the Run key that the current transaction changed
+    std::string path_;    // of the open file
+    bool patient_ = true; // false after a lock outlasted our patience, until a write succeeds again
+
+    // What the values of the Run key were that the current transaction changes: their autostart entries go back to that
+    // if it fails, which is no time to ask the file.
+    struct RunChange {
+        std::string name;
+        std::optional<RegistryValue> before;
+    };
+    std::vector<RunChange> run_changes_;
 };
 
 Hive& current_user_hive();
