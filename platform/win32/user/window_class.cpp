@@ -6,7 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <map>
+#include <type_traits>
 
 #include <strings.h>
 
@@ -45,15 +45,20 @@ bool in_use(const WindowClass& window_class)
                        [&](const auto& entry) { return entry.second->window_class.get() == &window_class; });
 }
 
-// The field that a GCL_ index names, as the number it is. Null: no such field.
+// A field as the number it is, before it takes the value.
 template <class Field>
 ULONG_PTR exchange_field(Field& field, std::optional<LONG_PTR> value)
 {
-    ULONG_PTR before = 0;
-    std::memcpy(&before, &field, sizeof(field));
-    if (value)
-        std::memcpy(&field, &*value, sizeof(field));
-    return before;
+    const Field before = field;
+    if constexpr (std::is_pointer_v<Field>) {
+        if (value)
+            field = reinterpret_cast<Field>(*value);
+        return reinterpret_cast<ULONG_PTR>(before);
+    } else {
+        if (value)
+            field = static_cast<Field>(*value);
+        return before;
+    }
 }
 
 ULONG_PTR exchange_class_field(HWND window, int index, std::optional<LONG_PTR> value)

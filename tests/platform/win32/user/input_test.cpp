@@ -10,7 +10,6 @@ namespace {
 
 using Entries = std::vector<std::string>;
 using win32::kLeftButton;
-using win32::kRightButton;
 
 class Input : public UserTest {
 protected:

@@ -6,8 +6,6 @@
 namespace test {
 namespace {
 
-using win32::MemoryScreen;
-
 struct RectCase {
     const char* why;
     BOOL (*operation)(LPRECT, const RECT*, const RECT*);
