@@ -1,6 +1,7 @@
 // A set of pixels as a list of rectangles, ordered by rows. Used for regions that programs hold and for clipping.
 #pragma once
 
+#include "platform/win32/screen/geometry.h"
 #include "windef.h"
 
 #include <cstdint>
@@ -25,17 +26,6 @@ constexpr RECT normal_rect(std::int64_t x1, std::int64_t y1, std::int64_t x2, st
 {
     return { clamp_coordinate(x1 < x2 ? x1 : x2), clamp_coordinate(y1 < y2 ? y1 : y2),
              clamp_coordinate(x1 < x2 ? x2 : x1), clamp_coordinate(y1 < y2 ? y2 : y1) };
-}
-
-constexpr bool is_empty(const RECT& rect)
-{
-    return rect.left >= rect.right || rect.top >= rect.bottom;
-}
-
-constexpr RECT intersection(const RECT& a, const RECT& b)
-{
-    return { a.left > b.left ? a.left : b.left, a.top > b.top ? a.top : b.top, a.right < b.right ? a.right : b.right,
-             a.bottom < b.bottom ? a.bottom : b.bottom };
 }
 
 class Region {
