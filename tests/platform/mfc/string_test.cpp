@@ -190,6 +190,7 @@ TEST(CString, IsSafeBetweenThreadsThatShareABuffer)
 {
     const CString strShared("shared text");
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; i++) {
         threads.emplace_back([strMine = strShared, i]() mutable {
             for (int turn = 0; turn < 1000; turn++) {
