@@ -78,10 +78,10 @@ Raster Bitmap::raster()
         packed_ = {};
         reads_ = {};
     }
-    return pixels();
+    return plain_pixels();
 }
 
-Raster Bitmap::pixels() const
+Raster Bitmap::plain_pixels() const
 {
     if (order_ == Rows::top_down)
         return { colour_.get(), mono_.get(), width_, height_, width_ };
@@ -93,7 +93,7 @@ void Bitmap::keep_row(int y) const
 {
     std::uint8_t& reads = reads_[static_cast<std::size_t>(y)];
     if (reads < kReadsBeforeKept)
-        widen_pixels(packed_.pixel(0, y), width_, pixels().colour_row(y));
+        widen_pixels(packed_.pixel(0, y), width_, plain_pixels().colour_row(y));
     reads = kReadsBeforeKept;
 }
 
@@ -101,7 +101,7 @@ const std::uint32_t* Bitmap::row(int y) const
 {
     if (mono_ || (packed_.top && reads_[static_cast<std::size_t>(y)] < kReadsBeforeKept))
         return nullptr;
-    return pixels().colour_row(y);
+    return plain_pixels().colour_row(y);
 }
 
 const std::uint32_t* Bitmap::kept_row(int y) const
@@ -114,7 +114,7 @@ const std::uint32_t* Bitmap::kept_row(int y) const
 void Bitmap::read(int x, int y, int count, std::uint32_t* out) const
 {
     if (mono_) {
-        pixels().read(x, y, count, out);
+        plain_pixels().read(x, y, count, out);
         return;
     }
     if (const std::uint32_t* kept = row(y)) {

@@ -48,7 +48,10 @@ public:
     // A bitmap of its own with the same pixels. Null: no memory.
     std::shared_ptr<Bitmap> copy() const;
 
-    // All pixels, to be read and written.
+    // Whether all pixels are there in ordinary form, and those pixels.
+    bool is_plain() const { return !packed_.top; }
+    Raster plain_pixels() const;
+    // All pixels, to be read and written; makes them ordinary first.
     Raster raster();
     // The pixels of a row from x on, as Raster::read.
     void read(int x, int y, int count, std::uint32_t* out) const;
@@ -66,7 +69,6 @@ private:
 
     Bitmap(int width, int height) : GdiObject(kType), width_(width), height_(height) {}
     void keep_row(int y) const;
-    Raster pixels() const;
 
     const int width_;
     const int height_;

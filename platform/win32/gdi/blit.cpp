@@ -11,9 +11,13 @@ namespace {
 CopySource source_of(DeviceContext& context)
 {
     CopySource source;
-    source.bitmap = context.source_bitmap();
-    if (!source.bitmap)
+    const Bitmap* bitmap = context.source_bitmap();
+    if (!bitmap)
         source.raster = context.target_raster();
+    else if (bitmap->is_plain())
+        source.raster = bitmap->plain_pixels();
+    else
+        source.bitmap = bitmap;
     source.is_mono = context.depth() == 1;
     source.background = pixel_of(context.state.background);
     return source;

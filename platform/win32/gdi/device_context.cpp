@@ -5,6 +5,8 @@
 #include <winbase.h>
 
 #include <algorithm>
+#include <array>
+#include <atomic>
 
 namespace win32 {
 
@@ -109,18 +111,57 @@ bool DeviceContext::restore(int level)
     return true;
 }
 
+void DeviceContext::release()
+{
+    state = {};
+    saved_.clear();
+}
+
 int DeviceContext::own_selections(const Bitmap& bitmap) const
 {
     const auto holds = [&bitmap](const DrawState& draw_state) { return draw_state.bitmap.get() == &bitmap; };
     return static_cast<int>(holds(state)) + static_cast<int>(std::count_if(saved_.begin(), saved_.end(), holds));
 }
 
+namespace {
+
+// How many contexts were ever taken away: as long as it stands still, what a thread remembers holds.
+std::atomic<std::uint64_t> contexts_removed = 0;
+
+// The contexts a thread drew with last, most often a copy's two. Spares the table's lock.
+struct RecentContext {
+    HDC handle = nullptr;
+    std::uint64_t removed = 0;
+    std::shared_ptr<DeviceContext> context;
+};
+thread_local std::array<RecentContext, 2> recent_contexts;
+
+BOOL remove_context(HDC dc, DeviceContext& context)
+{
+    if (!remove_object(dc))
+        return FALSE;
+    contexts_removed++;
+    context.release(); // a thread may remember it for a while
+    return TRUE;
+}
+
+} // namespace
+
 std::shared_ptr<DeviceContext> find_context(HDC dc)
 {
+    const std::uint64_t removed = contexts_removed.load();
+    std::array<RecentContext, 2>& recent = recent_contexts;
+    for (const RecentContext& entry : recent) {
+        if (entry.handle == dc && entry.removed == removed && dc)
+            return entry.context;
+    }
     std::shared_ptr<GdiObject> object = find_object(dc);
     if (!object || (object->type() != OBJ_DC && object->type() != OBJ_MEMDC))
         return fail(nullptr, ERROR_INVALID_HANDLE);
-    return std::static_pointer_cast<DeviceContext>(std::move(object));
+    auto context = std::static_pointer_cast<DeviceContext>(std::move(object));
+    std::swap(recent[0], recent[1]);
+    recent[0] = { dc, removed, context };
+    return context;
 }
 
 namespace {
@@ -155,7 +196,7 @@ HDC open_window_dc(DrawTarget& target, POINT origin, SIZE size, HRGN visible)
 BOOL close_window_dc(HDC dc)
 {
     const std::shared_ptr<DeviceContext> context = find_context(dc);
-    return context && !context->is_memory() && remove_object(dc);
+    return context && !context->is_memory() && remove_context(dc, *context);
 }
 
 } // namespace win32
@@ -183,7 +224,7 @@ BOOL DeleteDC(HDC dc)
         return FALSE;
     if (!context->is_memory())
         return fail(FALSE, ERROR_INVALID_HANDLE);
-    return remove_object(dc) != nullptr;
+    return remove_context(dc, *context);
 }
 
 HBITMAP CreateCompatibleBitmap(HDC dc, int width, int height)

@@ -123,6 +123,8 @@ public:
 
     int save();
     bool restore(int level);
+    // Lets go of all that is selected; the context is of no more use.
+    void release();
     // How many selections of this bitmap are this context's own, saved ones among them.
     int own_selections(const Bitmap& bitmap) const;
 

@@ -35,14 +35,17 @@ void describe(const Bitmap& bitmap, BITMAPINFOHEADER& header)
 // Writes 32-bit pixels as a row of 1, 24 or 32 bits.
 void pack_pixels(const std::uint32_t* pixels, int x, int count, int bits, std::uint8_t* row)
 {
-    for (int i = 0; i < count; i++) {
-        const std::uint32_t pixel = pixels[i];
-        const int column = x + i;
-        if (bits == 32) {
-            std::memcpy(row + std::ptrdiff_t{ 4 } * column, &pixel, sizeof pixel);
-        } else if (bits == 24) {
-            std::memcpy(row + std::ptrdiff_t{ 3 } * column, &pixel, 3);
-        } else {
+    if (bits == 32) {
+        std::memcpy(row + std::ptrdiff_t{ 4 } * x, pixels, static_cast<std::size_t>(count) * sizeof *pixels);
+    } else if (bits == 24) {
+        std::uint8_t* out = row + std::ptrdiff_t{ 3 } * x;
+        for (int i = 0; i + 1 < count; i++, out += 3) // four bytes each; the next pixel covers the fourth
+            std::memcpy(out, pixels + i, 4);
+        std::memcpy(out, pixels + count - 1, 3);
+    } else {
+        for (int i = 0; i < count; i++) {
+            const std::uint32_t pixel = pixels[i];
+            const int column = x + i;
             const auto bit = static_cast<std::uint8_t>(0x80 >> column % 8);
             row[column / 8] =
                 static_cast<std::uint8_t>(is_light(pixel) ? row[column / 8] | bit : row[column / 8] & ~bit);

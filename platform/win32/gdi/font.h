@@ -31,6 +31,8 @@ public:
     std::string_view convert(std::string_view text);
 
 private:
+    std::string bytes_; // what narrow_ was made of: a text is mostly measured, then drawn
+    UINT code_page_ = 0;
     std::u16string wide_;
     std::string narrow_;
 };

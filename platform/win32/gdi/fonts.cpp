@@ -53,6 +53,10 @@ std::string_view Utf8Converter::convert(std::string_view text)
     const auto length = static_cast<int>(text.size());
     if (length == 0)
         return {};
+    if (bytes_ == text && code_page_ == GetACP())
+        return narrow_;
+    bytes_ = text;
+    code_page_ = GetACP();
     wide_.resize(text.size());
     const int units = MultiByteToWideChar(CP_ACP, 0, text.data(), length, wide_.data(), length);
     for (char16_t& unit : std::span(wide_.data(), static_cast<std::size_t>(units))) {
@@ -61,7 +65,8 @@ std::string_view Utf8Converter::convert(std::string_view text)
     }
     narrow_.resize(static_cast<std::size_t>(units) * 3);
     const int bytes = WideCharToMultiByte(CP_UTF8, 0, wide_.data(), units, narrow_.data(), units * 3, nullptr, nullptr);
-    return { narrow_.data(), static_cast<std::size_t>(bytes) };
+    narrow_.resize(static_cast<std::size_t>(bytes));
+    return narrow_;
 }
 
 } // namespace win32

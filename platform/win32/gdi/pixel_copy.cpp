@@ -13,18 +13,19 @@ std::pair<int, int> AxisMap::reachable(std::int64_t low, std::int64_t high, std:
         return { 0, 0 };
     low = std::max(low, to_.low());
     high = std::min(high, to_.high());
-    const auto outside = [&](std::int64_t position) {
-        const std::int64_t source = source_of(position);
-        return source < 0 || source >= limit;
-    };
     if (is_shift()) {
         low = std::max(low, -shift());
         high = std::min(high, limit - shift());
+    } else {
+        const auto outside = [&](std::int64_t position) {
+            const std::int64_t source = source_of(position);
+            return source < 0 || source >= limit;
+        };
+        while (low < high && outside(low))
+            low++;
+        while (low < high && outside(high - 1))
+            high--;
     }
-    while (low < high && outside(low))
-        low++;
-    while (low < high && outside(high - 1))
-        high--;
     return low < high ? std::pair{ static_cast<int>(low), static_cast<int>(high) } : std::pair{ 0, 0 };
 }
 
@@ -64,13 +65,9 @@ void CopySource::read(int x, int y, int count, std::uint32_t* out) const
         raster.read(x - corner.x, y - corner.y, count, out);
 }
 
-const std::uint32_t* CopySource::row(int y, Packed packed) const
+const std::uint32_t* CopySource::row(int y) const
 {
-    if (is_mono)
-        return nullptr;
-    if (bitmap)
-        return packed == Packed::keep ? bitmap->kept_row(y) : bitmap->row(y);
-    return raster.colour_row(y - corner.y) - corner.x;
+    return bitmap ? bitmap->kept_row(y) : raster.colour_row(y - corner.y) - corner.x;
 }
 
 namespace {
@@ -80,23 +77,42 @@ constexpr std::size_t bytes(int pixels)
     return static_cast<std::size_t>(pixels) * sizeof(std::uint32_t);
 }
 
+// Rows of `width` pixels; `step` and `from_step` lead from one to the next. Narrow rows, as of tiles, are not worth a
+// call each.
+void copy_plain_rows(std::uint32_t* to, std::ptrdiff_t step, const std::uint32_t* from, std::ptrdiff_t from_step,
+                     int width, int rows, bool may_overlap)
+{
+    constexpr int kNarrow = 16;
+    if (width > kNarrow || may_overlap) {
+        for (int i = 0; i < rows; i++, to += step, from += from_step)
+            std::memmove(to, from, bytes(width));
+        return;
+    }
+    for (int i = 0; i < rows; i++, to += step, from += from_step) {
+        for (int x = 0; x < width; x++)
+            to[x] = from[x];
+    }
+}
+
 // Straight copies of 32-bit rows, from the end that an overlap leaves intact.
 void copy_rows(const Copy& copy, const RECT& part)
 {
     const Raster& raster = copy.target.canvas.raster;
     const int width = part.right - part.left;
+    const int rows = part.bottom - part.top;
     const int x = static_cast<int>(part.left + copy.columns.shift());
     const int dy = static_cast<int>(copy.rows.shift());
-    const int rows = part.bottom - part.top;
-    const bool upward = copy.same_pixels && dy < 0;
-    for (int i = 0; i < rows; i++) {
-        const int y = upward ? part.bottom - 1 - i : part.top + i;
-        std::uint32_t* to = raster.colour_row(y) + part.left;
-        if (const std::uint32_t* from = copy.source.row(y + dy, CopySource::Packed::leave))
-            std::memmove(to, from + x, bytes(width));
-        else
-            copy.source.read(x, y + dy, width, to);
+    if (copy.source.bitmap) { // packed rows: no overlap with anything
+        for (int y = part.top; y < part.bottom; y++)
+            copy.source.read(x, y + dy, width, raster.colour_row(y) + part.left);
+        return;
     }
+    const bool upward = copy.same_pixels && dy < 0;
+    const int first = upward ? part.bottom - 1 : part.top;
+    const std::uint32_t* from = copy.source.row(first + dy) + x;
+    const std::ptrdiff_t from_stride = copy.source.raster.stride;
+    copy_plain_rows(raster.colour_row(first) + part.left, upward ? -raster.stride : raster.stride, from,
+                    upward ? -from_stride : from_stride, width, rows, copy.same_pixels);
 }
 
 // Mirrored or stretched copies of 32-bit rows. Neighbours that show the same source row are made once.
@@ -118,7 +134,7 @@ void map_rows(const Copy& copy, const RECT& part)
                 continue;
             }
             shown = source_y;
-            const std::uint32_t* from = copy.source.row(static_cast<int>(source_y), CopySource::Packed::keep);
+            const std::uint32_t* from = copy.source.row(static_cast<int>(source_y));
             if (is_reversed) {
                 std::reverse_copy(from + columns[0] - count + 1, from + columns[0] + 1, to);
                 continue;

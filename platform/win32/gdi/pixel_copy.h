@@ -61,7 +61,7 @@ struct Placement {
     void map(const DeviceContext& target);
 };
 
-// What a copy reads: the pixels of a bitmap, or those of a window or a snapshot.
+// What a copy reads: a bitmap over packed rows, or ordinary pixels.
 struct CopySource {
     const Bitmap* bitmap = nullptr;
     Raster raster;  // without a bitmap
@@ -72,9 +72,8 @@ struct CopySource {
     int width() const { return bitmap ? bitmap->width() : raster.width; }
     int height() const { return bitmap ? bitmap->height() : raster.height; }
     void read(int x, int y, int count, std::uint32_t* out) const;
-    // A row by its column 0 if it lies in memory in 32 bits; else null. Makes packed rows do so when asked to.
-    enum class Packed { leave, keep };
-    const std::uint32_t* row(int y, Packed packed) const;
+    // A row of 32-bit pixels by its column 0. A packed row is kept converted from then on.
+    const std::uint32_t* row(int y) const;
 };
 
 struct CopyTarget {

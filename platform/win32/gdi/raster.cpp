@@ -1,7 +1,7 @@
 #include "platform/win32/gdi/raster.h"
 
-#include <algorithm>
 #include <cstring>
+#include <cwchar>
 
 namespace win32 {
 
@@ -47,8 +47,17 @@ void RasterOp::apply(std::uint32_t* destination, const std::uint32_t* source, co
 
 void fill_pixels(std::uint32_t* first, std::ptrdiff_t stride, int width, int rows, std::uint32_t pixel)
 {
+    // The C library's fill uses the widest stores that the processor has.
+    static_assert(sizeof(wchar_t) == sizeof(std::uint32_t));
+    const auto fill = [pixel](std::uint32_t* pixels, std::size_t count) {
+        std::wmemset(reinterpret_cast<wchar_t*>(pixels), static_cast<wchar_t>(pixel), count);
+    };
+    if (stride == width) {
+        fill(first, static_cast<std::size_t>(width) * static_cast<std::size_t>(rows));
+        return;
+    }
     for (int y = 0; y < rows; y++)
-        std::fill_n(first + y * stride, width, pixel);
+        fill(first + y * stride, static_cast<std::size_t>(width));
 }
 
 void widen_pixels(const std::byte* packed, int count, std::uint32_t* out)

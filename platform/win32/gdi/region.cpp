@@ -122,19 +122,19 @@ Region Region::round_rectangle(const RECT& rect, int width, int height)
     return bands.region();
 }
 
-bool Region::unite(const Region& other)
+bool Region::set_union(const Region& a, const Region& b)
 {
-    return pixman_region32_union(&region_, &region_, &other.mutable_region());
+    return pixman_region32_union(&region_, &a.mutable_region(), &b.mutable_region());
 }
 
-bool Region::intersect(const Region& other)
+bool Region::set_intersection(const Region& a, const Region& b)
 {
-    return pixman_region32_intersect(&region_, &region_, &other.mutable_region());
+    return pixman_region32_intersect(&region_, &a.mutable_region(), &b.mutable_region());
 }
 
-bool Region::subtract(const Region& other)
+bool Region::set_difference(const Region& a, const Region& b)
 {
-    return pixman_region32_subtract(&region_, &region_, &other.mutable_region());
+    return pixman_region32_subtract(&region_, &a.mutable_region(), &b.mutable_region());
 }
 
 bool Region::exclusive(const Region& other)

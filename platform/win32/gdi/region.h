@@ -45,10 +45,14 @@ public:
     static Region round_rectangle(const RECT& rect, int width, int height);
 
     // False: no memory; the region is then empty.
-    bool unite(const Region& other);
-    bool intersect(const Region& other);
-    bool subtract(const Region& other);
+    bool unite(const Region& other) { return set_union(*this, other); }
+    bool intersect(const Region& other) { return set_intersection(*this, other); }
+    bool subtract(const Region& other) { return set_difference(*this, other); }
     bool exclusive(const Region& other);
+    // Becomes what two regions, of which it may be one, make together.
+    bool set_union(const Region& a, const Region& b);
+    bool set_intersection(const Region& a, const Region& b);
+    bool set_difference(const Region& a, const Region& b);
     // False, and unchanged: it would leave the coordinate range.
     bool offset(int x, int y);
     // Mirrors the x axis of a picture that is `width` wide.

@@ -79,30 +79,30 @@ int CombineRgn(HRGN destination, HRGN first, HRGN second, int mode)
     if (!result || !a || !b)
         return ERROR;
 
-    Region region = a->region;
     bool done = true;
     switch (mode) {
     case RGN_AND:
-        done = region.intersect(b->region);
+        done = result->region.set_intersection(a->region, b->region);
         break;
     case RGN_OR:
-        done = region.unite(b->region);
+        done = result->region.set_union(a->region, b->region);
         break;
-    case RGN_XOR:
+    case RGN_XOR: {
+        Region region = a->region;
         done = region.exclusive(b->region);
+        result->region = std::move(region);
         break;
+    }
     case RGN_DIFF:
-        done = region.subtract(b->region);
+        done = result->region.set_difference(a->region, b->region);
         break;
     case RGN_COPY:
+        result->region = a->region;
         break;
     default:
         return fail(ERROR, ERROR_INVALID_PARAMETER);
     }
-    if (!done)
-        return fail(ERROR, ERROR_NOT_ENOUGH_MEMORY);
-    result->region = std::move(region);
-    return result->region.kind();
+    return done ? result->region.kind() : fail(ERROR, ERROR_NOT_ENOUGH_MEMORY);
 }
 
 int OffsetRgn(HRGN handle, int x, int y)

@@ -62,7 +62,8 @@ std::string configuration()
     };
     for (const Alias& entry : kAliases)
         alias(entry.face, { entry.family });
-    xml += R"(<match target="pattern"><edit name="family" mode="append_last" binding="strong"><string>DejaVu Sans</string>)";
+    xml +=
+        R"(<match target="pattern"><edit name="family" mode="append_last" binding="strong"><string>DejaVu Sans</string>)";
     xml += R"(<string>WenQuanYi Zen Hei</string></edit></match>)";
     xml += R"(<match target="font"><edit name="antialias" mode="assign"><bool>true</bool></edit>)";
     xml += R"(<edit name="hinting" mode="assign"><bool>true</bool></edit>)";

@@ -1,0 +1,73 @@
+// What painting takes from the heap: nothing. A window repaints for as long as it lives.
+#include "tests/platform/win32/gdi/Pictures.h"
+
+#include <gtest/gtest.h>
+
+#include <winbase.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <functional>
+#include <new>
+
+namespace {
+
+std::atomic<std::size_t> allocations = 0;
+
+} // namespace
+
+void* operator new(std::size_t size)
+{
+    allocations++;
+    if (void* memory = std::malloc(size ? size : 1))
+        return memory;
+    std::abort();
+}
+
+void operator delete(void* memory) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept
+{
+    std::free(memory);
+}
+
+TEST(GdiPainters, TakeNothingFromTheHeap)
+{
+    const test::Picture source(40, 40);
+    const test::Picture target(60, 60);
+    const HDC to = target.dc();
+    const HDC from = source.dc();
+    const HBITMAP mask = CreateBitmap(40, 40, 1, 1, nullptr);
+    const ICONINFO info{ TRUE, 0, 0, mask, source.bitmap() };
+    const HICON icon = CreateIconIndirect(&info);
+    const RECT rect{ 3, 3, 50, 50 };
+    ExcludeClipRect(to, 10, 10, 20, 20);
+    struct Painter {
+        const char* why;
+        std::function<BOOL()> paint;
+    };
+    const Painter painters[] = {
+        { "copy", [&] { return BitBlt(to, 1, 1, 40, 40, from, 0, 0, SRCCOPY); } },
+        { "combine", [&] { return BitBlt(to, 1, 1, 40, 40, from, 0, 0, SRCINVERT); } },
+        { "stretch", [&] { return StretchBlt(to, 0, 0, 60, 50, from, 0, 0, 40, 40, SRCCOPY); } },
+        { "mirror", [&] { return StretchBlt(to, 39, 0, -40, 40, from, 0, 0, 40, 40, SRCCOPY); } },
+        { "overlapping copy", [&] { return BitBlt(to, 5, 5, 40, 40, to, 0, 0, SRCCOPY); } },
+        { "rectangle", [&] { return Rectangle(to, 2, 2, 55, 55); } },
+        { "fill", [&] { return FillRect(to, &rect, static_cast<HBRUSH>(GetStockObject(GRAY_BRUSH))); } },
+        { "pattern copy", [&] { return PatBlt(to, 0, 0, 60, 60, PATINVERT); } },
+        { "icon", [&] { return DrawIconEx(to, 4, 4, icon, 0, 0, 0, nullptr, DI_NORMAL); } },
+        { "line", [&] { return MoveToEx(to, 0, 0, nullptr) && LineTo(to, 50, 33); } },
+    };
+    for (const Painter& painter : painters) {
+        EXPECT_TRUE(painter.paint()) << painter.why; // the first call may
+        const std::size_t before = allocations;
+        for (int i = 0; i < 10; i++)
+            painter.paint();
+        EXPECT_EQ(allocations, before) << painter.why;
+    }
+    DestroyIcon(icon);
+    DeleteObject(mask);
+}
