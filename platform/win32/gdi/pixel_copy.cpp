@@ -166,15 +166,8 @@ void fetch(const Copy& copy, int x, int source_y, int count, std::uint32_t* out)
 
 void blend_by_alpha(std::uint32_t* below, const std::uint32_t* above, int count)
 {
-    for (int i = 0; i < count; i++) {
-        const std::uint32_t alpha = above[i] >> 24;
-        const auto channel = [&](int shift) {
-            const std::uint32_t over = above[i] >> shift & 0xFF;
-            const std::uint32_t under = below[i] >> shift & 0xFF;
-            return (over * alpha + under * (255 - alpha)) / 255 << shift;
-        };
-        below[i] = channel(16) | channel(8) | channel(0);
-    }
+    for (int i = 0; i < count; i++)
+        below[i] = mix_pixels(above[i], below[i], above[i] >> 24);
 }
 
 // Everything else: between depths, and by operations of two or three operands.

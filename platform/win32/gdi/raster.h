@@ -21,6 +21,20 @@ constexpr COLORREF colour_of(std::uint32_t pixel)
 inline constexpr std::uint32_t kWhite = 0xFFFFFF;
 inline constexpr std::uint32_t kBlack = 0;
 
+// `over` laid on `under` with a weight of `coverage` out of 255, each channel to the nearest; the top byte becomes 0.
+// Red and blue are worked on together: a product and what rounding adds fit in their 16 bits.
+constexpr std::uint32_t mix_pixels(std::uint32_t over, std::uint32_t under, std::uint32_t coverage)
+{
+    const auto divide = [](std::uint32_t sums) { // by 255, in both halves
+        sums += 0x800080;
+        return ((sums + ((sums >> 8) & 0xFF00FF)) >> 8) & 0xFF00FF;
+    };
+    const std::uint32_t rest = 255 - coverage;
+    const std::uint32_t red_blue = divide((over & 0xFF00FF) * coverage + (under & 0xFF00FF) * rest);
+    const std::uint32_t green = divide((over >> 8 & 0xFF) * coverage + (under >> 8 & 0xFF) * rest);
+    return red_blue | green << 8;
+}
+
 // A 1-bit picture shows a colour as white or black, whichever is nearer.
 constexpr bool is_light(std::uint32_t pixel)
 {

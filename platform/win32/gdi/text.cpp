@@ -57,15 +57,6 @@ RECT cell_of(const Line& line, UINT align, std::int64_t x, std::int64_t y)
              clamp_coordinate(y + line.metrics.height()) };
 }
 
-std::uint32_t mix(std::uint32_t over, std::uint32_t under, std::uint32_t coverage)
-{
-    const auto channel = [&](int shift) {
-        const std::uint32_t sum = (over >> shift & 0xFF) * coverage + (under >> shift & 0xFF) * (255 - coverage);
-        return (sum + 127) / 255 << shift;
-    };
-    return channel(16) | channel(8) | channel(0);
-}
-
 void blend_row(const Raster& raster, int x, int y, int count, const std::uint8_t* coverage, std::uint32_t colour)
 {
     if (raster.is_mono()) {
@@ -76,12 +67,19 @@ void blend_row(const Raster& raster, int x, int y, int count, const std::uint8_t
         return;
     }
     std::uint32_t* pixels = raster.colour_row(y) + x;
-    for (int i = 0; i < count; i++) {
-        if (coverage[i] == 255)
-            pixels[i] = colour;
-        else if (coverage[i] != 0)
-            pixels[i] = mix(colour, pixels[i], coverage[i]);
+    constexpr int kStep = 8; // most of a line is empty: looked at by so many pixels
+    int i = 0;
+    for (; i + kStep <= count; i += kStep) {
+        std::uint64_t any;
+        static_assert(sizeof any == kStep);
+        std::memcpy(&any, coverage + i, sizeof any);
+        if (any == 0)
+            continue;
+        for (int k = i; k < i + kStep; k++)
+            pixels[k] = mix_pixels(colour, pixels[k], coverage[k]);
     }
+    for (; i < count; i++)
+        pixels[i] = mix_pixels(colour, pixels[i], coverage[i]);
 }
 
 // Lays the mask, whose corner stands at (left, top), over the canvas.

@@ -1,5 +1,7 @@
 #include "tests/platform/win32/gdi/Pictures.h"
 
+#include "platform/win32/gdi/raster.h"
+
 #include <gtest/gtest.h>
 
 #include <winbase.h>
@@ -121,6 +123,21 @@ TEST(GdiCopy, CombinesByEveryOperation)
     }
     for (const HBRUSH brush : brushes)
         EXPECT_TRUE(DeleteObject(brush));
+}
+
+TEST(GdiCopy, MixesEveryWeightToTheNearest)
+{
+    int wrong = 0;
+    for (std::uint32_t over = 0; over < 256; over++) {
+        for (std::uint32_t under = 0; under < 256; under++) {
+            for (std::uint32_t weight = 0; weight < 256; weight++) {
+                const std::uint32_t nearest = (over * weight + under * (255 - weight) + 127) / 255;
+                const std::uint32_t mixed = win32::mix_pixels(over * 0x010101, under * 0x010101, weight);
+                wrong += mixed != nearest * 0x010101;
+            }
+        }
+    }
+    EXPECT_EQ(wrong, 0);
 }
 
 TEST(GdiShapes, DrawsRectangles)
