@@ -16,13 +16,19 @@ std::atomic<std::size_t> allocations = 0;
 
 } // namespace
 
-// Out of line: where only some of the three are inlined, the compiler sees memory of one kind given back as another.
+// Out of line: where only some of them are inlined, the compiler sees memory of one kind given back as another.
 [[gnu::noinline]] void* operator new(std::size_t size)
 {
     allocations++;
     if (void* memory = std::malloc(size ? size : 1))
         return memory;
     std::abort();
+}
+
+[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    allocations++;
+    return std::malloc(size ? size : 1);
 }
 
 [[gnu::noinline]] void operator delete(void* memory) noexcept
