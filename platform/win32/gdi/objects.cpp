@@ -87,6 +87,11 @@ std::shared_ptr<GdiObject> remove_object(const void* handle)
     return objects().remove(bits_of(handle));
 }
 
+std::size_t object_count()
+{
+    return objects().all().size();
+}
+
 std::shared_ptr<GdiObject> find_of_type(const void* handle, DWORD type)
 {
     std::shared_ptr<GdiObject> object = objects().find(bits_of(handle));

@@ -6,6 +6,7 @@
 #include "platform/win32/gdi/region.h"
 
 #include <atomic>
+#include <cstddef>
 #include <memory>
 #include <span>
 
@@ -68,6 +69,9 @@ HGDIOBJ add_object(std::shared_ptr<GdiObject> object);
 std::shared_ptr<GdiObject> find_object(const void* handle);
 // Takes the handle away. Null if there was none.
 std::shared_ptr<GdiObject> remove_object(const void* handle);
+
+// How many handles are out, stock objects included: what leaks shows here.
+std::size_t object_count();
 
 // As find_object, for one type of object only.
 template <class Object>
