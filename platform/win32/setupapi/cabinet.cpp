@@ -26,6 +26,8 @@ namespace {
 // No honest cabinet holds more: a block unpacks to 32 KiB at most and costs its header of 8 bytes at least.
 constexpr std::uint64_t kMostUnpackedPerByte = 32768 / 8;
 
+constexpr int kDecoderInput = 32768; // bytes that the decoder takes at a time: its own choice is an eighth of a block
+
 // libmspack's open file: the cabinet at a position of its own, or the sink of the entry being read.
 struct OpenFile : mspack_file {
     OpenFile(int cabinet, EntrySink* entry, std::uint64_t* count)
@@ -96,7 +98,8 @@ int give_to_sink(mspack_file* opened, void* buffer, int bytes)
     const OpenFile* file = ours(opened);
     if (!file->sink || bytes < 0)
         return -1;
-    file->sink->take({ static_cast<const std::byte*>(buffer), static_cast<std::size_t>(bytes) });
+    if (!file->sink->take({ static_cast<const std::byte*>(buffer), static_cast<std::size_t>(bytes) }))
+        return -1;
     *file->taken += static_cast<std::uint64_t>(bytes);
     return bytes;
 }
@@ -207,6 +210,7 @@ public:
         descriptor_ = std::move(descriptor);
         if (!decompressor_)
             return ERROR_NOT_ENOUGH_MEMORY;
+        (void)decompressor_->set_param(decompressor_, MSCABD_PARAM_DECOMPBUF, kDecoderInput);
         cabinet_ = decompressor_->open(decompressor_, "");
         return cabinet_ ? NO_ERROR : error_from_mspack(decompressor_->last_error(decompressor_));
     }

@@ -15,12 +15,12 @@ struct mscabd_file;
 
 namespace win32 {
 
-// Takes an entry's bytes in order. It has no way to stop them: the decoder would lose the rest of the folder. One that
-// cannot use them any more drops them.
+// Takes an entry's bytes in order. False ends the unpacking, and the rest of the folder is lost with it: a sink that
+// only cannot use its own entry any more drops the bytes and stays true.
 class EntrySink {
 public:
     virtual ~EntrySink() = default;
-    virtual void take(std::span<const std::byte> bytes) = 0;
+    virtual bool take(std::span<const std::byte> bytes) = 0;
 };
 
 struct CabinetEntry {

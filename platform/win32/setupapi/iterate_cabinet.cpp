@@ -5,6 +5,7 @@
 #include "platform/win32/setupapi/cabinet.h"
 #include "platform/win32/setupapi/entry_name.h"
 #include "platform/win32/setupapi/file_publisher.h"
+#include "platform/win32/setupapi/read_ahead.h"
 #include "setupapi.h"
 #include "winbase.h"
 
@@ -54,12 +55,13 @@ class FileSink : public EntrySink {
 public:
     FileSink(FileReplacement& file, DWORD size) : file_(file), left_(size) {}
 
-    void take(std::span<const std::byte> bytes) override
+    bool take(std::span<const std::byte> bytes) override
     {
-        if (result_ != 0 || bytes.size() > left_)
-            return;
-        left_ -= bytes.size();
-        result_ = file_.write(bytes);
+        if (result_ == 0 && bytes.size() <= left_) {
+            left_ -= bytes.size();
+            result_ = file_.write(bytes);
+        }
+        return true;
     }
 
     int result() const { return result_; }
@@ -86,16 +88,15 @@ public:
     // Announces, copies and reports every entry; NO_ERROR, or the walk's last error.
     DWORD run(Cabinet& cabinet)
     {
+        ReadAhead ahead(cabinet);
         DWORD error = NO_ERROR;
         bool refused = false;
-        for (const CabinetEntry& entry : cabinet.entries()) {
-            if (!is_inside_name(entry.name)) {
+        for (std::size_t i = 0; i < cabinet.entries().size() && error == NO_ERROR; i++) {
+            const CabinetEntry& entry = cabinet.entries()[i];
+            if (is_inside_name(entry.name))
+                error = visit(entry, [&](EntrySink& sink) { return ahead.read(i, sink); });
+            else
                 refused = true;
-                continue;
-            }
-            error = visit(cabinet, entry);
-            if (error != NO_ERROR)
-                break;
         }
         if (const int late = publisher_.finish(); late != 0 && error == NO_ERROR)
             error = error_from_errno(late);
@@ -105,8 +106,9 @@ public:
     }
 
 private:
-    // One entry; an error ends the walk.
-    DWORD visit(Cabinet& cabinet, const CabinetEntry& entry)
+    // One entry, whose bytes `read` gives to a sink; an error ends the walk.
+    template <class Read>
+    DWORD visit(const CabinetEntry& entry, Read read)
     {
         // The caller makes the entry's folders when it is announced: a file that stands in the way must be there by
         // then, or the outcome would hang on the disk's speed.
@@ -125,7 +127,7 @@ private:
         std::string target;
         paths.Win32Error = native_path(announcement_.info.FullTargetName, target);
         if (paths.Win32Error == NO_ERROR)
-            paths.Win32Error = copy(cabinet, entry, target);
+            paths.Win32Error = copy(entry, target, read);
         return notify(SPFILENOTIFY_FILEEXTRACTED, &paths);
     }
 
@@ -134,14 +136,15 @@ private:
         return callback_(context_, notification, reinterpret_cast<UINT_PTR>(param), 0);
     }
 
-    DWORD copy(Cabinet& cabinet, const CabinetEntry& entry, const std::string& target)
+    template <class Read>
+    DWORD copy(const CabinetEntry& entry, const std::string& target, Read read)
     {
         enter_folders(entry, target);
         FileReplacement file;
         if (const int begun = file.begin(target, mode_for(entry)); begun != 0)
             return error_for_path(begun, target);
         FileSink sink(file, entry.size);
-        const DWORD error = cabinet.read(entry, sink);
+        const DWORD error = read(sink);
         if (sink.result() != 0)
             return error_from_errno(sink.result());
         if (error != NO_ERROR)
