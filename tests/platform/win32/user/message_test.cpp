@@ -122,7 +122,7 @@ TEST_F(Messages, FromAnotherThreadAreAnswered)
     {
         const LoopThread other([&] {
             window = std::make_unique<TestWindow>(
-                journal_, WindowSpec{ .handlers = { { WM_USER, [&](HWND, WPARAM wparam, LPARAM lparam) {
+                journal_, WindowPlan{ .handlers = { { WM_USER, [&](HWND, WPARAM wparam, LPARAM lparam) {
                                                          handled_on = GetCurrentThreadId();
                                                          return static_cast<LRESULT>(wparam) * lparam;
                                                      } } } });
@@ -153,7 +153,7 @@ TEST_F(Messages, AreServedWhileTheThreadWaitsForAnAnswer)
     std::unique_ptr<TestWindow> theirs;
     const LoopThread other([&] {
         theirs = std::make_unique<TestWindow>(
-            journal_, WindowSpec{ .handlers = { { WM_USER, [&](HWND window, WPARAM depth, LPARAM) {
+            journal_, WindowPlan{ .handlers = { { WM_USER, [&](HWND window, WPARAM depth, LPARAM) {
                                                      return 10 + SendMessageA(mine.get(), WM_USER, depth,
                                                                               reinterpret_cast<LPARAM>(window));
                                                  } } } });
@@ -168,7 +168,7 @@ TEST_F(Messages, ToAWindowThatGoesAreAnsweredWithZero)
     std::atomic<bool> may_go{ false };
     const LoopThread other([&] {
         window = std::make_unique<TestWindow>(
-            journal_, WindowSpec{ .handlers = { { WM_USER, [&](HWND handle, WPARAM, LPARAM) {
+            journal_, WindowPlan{ .handlers = { { WM_USER, [&](HWND handle, WPARAM, LPARAM) {
                                                      busy = true;
                                                      EXPECT_TRUE(wait_until([&] { return may_go.load(); }));
                                                      DestroyWindow(handle);
@@ -188,7 +188,7 @@ TEST_F(Messages, ToAThreadThatEndsAreAnsweredWithZero)
     std::atomic<bool> made{ false };
     std::atomic<bool> may_end{ false };
     std::thread ending([&] {
-        window = std::make_unique<TestWindow>(journal_, WindowSpec{});
+        window = std::make_unique<TestWindow>(journal_, WindowPlan{});
         made = true;
         EXPECT_TRUE(wait_until([&] { return may_end.load(); }));
     });

@@ -84,22 +84,22 @@ bool Journal::keeps(UINT message) const
     return kept_.empty() || std::find(kept_.begin(), kept_.end(), message) != kept_.end();
 }
 
-TestWindow::TestWindow(Journal& journal, WindowSpec spec) : journal_(journal), spec_(std::move(spec))
+TestWindow::TestWindow(Journal& journal, WindowPlan plan) : journal_(journal), plan_(std::move(plan))
 {
     static std::atomic<unsigned> count{ 0 };
     const std::string class_name = kClassName + std::to_string(++count);
     WNDCLASSA window_class{};
-    window_class.style = spec_.class_style;
+    window_class.style = plan_.class_style;
     window_class.lpfnWndProc = procedure;
     window_class.cbWndExtra = 2 * sizeof(LONG_PTR);
-    window_class.hbrBackground = spec_.background;
-    window_class.hCursor = spec_.cursor;
+    window_class.hbrBackground = plan_.background;
+    window_class.hCursor = plan_.cursor;
     window_class.lpszClassName = class_name.c_str();
     RegisterClassA(&window_class);
-    const RECT& rect = spec_.rect;
-    const HWND made = CreateWindowExA(spec_.ex_style, class_name.c_str(), spec_.name, spec_.style, rect.left, rect.top,
-                                      rect.right - rect.left, rect.bottom - rect.top, spec_.parent,
-                                      reinterpret_cast<HMENU>(static_cast<INT_PTR>(spec_.id)), nullptr, this);
+    const RECT& rect = plan_.rect;
+    const HWND made = CreateWindowExA(plan_.ex_style, class_name.c_str(), plan_.name, plan_.style, rect.left, rect.top,
+                                      rect.right - rect.left, rect.bottom - rect.top, plan_.parent,
+                                      reinterpret_cast<HMENU>(static_cast<INT_PTR>(plan_.id)), nullptr, this);
     handle_ = made;
 }
 
@@ -123,8 +123,8 @@ LRESULT CALLBACK TestWindow::procedure(HWND window, UINT message, WPARAM wparam,
 LRESULT TestWindow::handle(HWND window, UINT message, WPARAM wparam, LPARAM lparam)
 {
     if (!silent_ && journal_.keeps(message))
-        journal_.add(std::string(spec_.name) + " " + message_name(message));
-    if (const auto handler = spec_.handlers.find(message); handler != spec_.handlers.end()) {
+        journal_.add(std::string(plan_.name) + " " + message_name(message));
+    if (const auto handler = plan_.handlers.find(message); handler != plan_.handlers.end()) {
         const Handler run = handler->second; // it may replace itself
         if (const auto answer = run(window, wparam, lparam))
             return *answer;

@@ -38,7 +38,7 @@ private:
     std::vector<UINT> kept_;
 };
 
-struct WindowSpec {
+struct WindowPlan {
     const char* name = "w"; // in the journal too
     DWORD style = WS_POPUP;
     DWORD ex_style = 0;
@@ -55,20 +55,20 @@ struct WindowSpec {
 // A window whose every message goes to the journal as "name MESSAGE". Destroyed with its owner if it still is.
 class TestWindow {
 public:
-    TestWindow(Journal& journal, WindowSpec spec);
+    TestWindow(Journal& journal, WindowPlan plan);
     ~TestWindow();
     TestWindow(const TestWindow&) = delete;
     TestWindow& operator=(const TestWindow&) = delete;
 
     HWND get() const { return handle_; }
-    void on(UINT message, Handler handler) { spec_.handlers[message] = std::move(handler); }
+    void on(UINT message, Handler handler) { plan_.handlers[message] = std::move(handler); }
 
 private:
     static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
     LRESULT handle(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
 
     Journal& journal_;
-    WindowSpec spec_;
+    WindowPlan plan_;
     bool silent_ = false; // its end is nobody's business
     HWND handle_ = nullptr;
 };

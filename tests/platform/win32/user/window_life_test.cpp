@@ -82,13 +82,13 @@ TEST_F(Windows, MayBeDestroyedInsideAnyOfTheirMessages)
            WM_STYLECHANGING,    WM_SETTEXT,       WM_CANCELMODE, WM_ENABLE,    WM_TIMER }) {
         SCOPED_TRACE(message_name(message));
         HWND window = nullptr;
-        WindowSpec spec{ .handlers = { { message, [](HWND handle, WPARAM, LPARAM) {
+        WindowPlan plan{ .handlers = { { message, [](HWND handle, WPARAM, LPARAM) {
                                             DestroyWindow(handle);
                                             return 0;
                                         } } } };
         if (message == WM_MOUSEACTIVATE)
-            spec.ex_style = WS_EX_NOACTIVATE;
-        const TestWindow doomed(journal_, spec);
+            plan.ex_style = WS_EX_NOACTIVATE;
+        const TestWindow doomed(journal_, plan);
         window = doomed.get();
         const TestWindow other(journal_, { .name = "other", .rect = { 300, 300, 400, 400 } });
         ShowWindow(window, message == WM_MOUSEACTIVATE ? SW_SHOWNA : SW_SHOW);
