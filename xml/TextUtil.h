@@ -1,8 +1,9 @@
-// Searching, replacing and splitting text. Used by the skin readers and by programs of their own; safe from any thread.
+// Searching, replacing and splitting text, safe from any thread; and mirroring pictures, for the user-interface thread.
+// Used by the skin readers and by programs of their own.
 #pragma once
 
-#include <afx.h>
 #include <afxtempl.h>
+#include <afxwin.h>
 
 #include "look/PelkGuiApi.h"
 
@@ -23,3 +24,12 @@ PELKGUI_API void Replace(CString& strText, const char* pszFind, const char* pszW
 // last piece, behind the last separator, is dropped when it is blank in any case.
 PELKGUI_API void Split(CString strText, const char* pszSeparator, CArray<CString, CString&>& pieces,
                        int bKeepLeadingEmpty, int bSkipBlank);
+
+// A copy mirrored from left to right, in the screen's format; the caller deletes it. The bitmap is not changed. Null:
+// it is none, it is selected into a context, or there is no memory. GuiManager must have been initialised: without its
+// SetLayout the copy comes out unmirrored.
+PELKGUI_API HBITMAP CreateMirroredBitmap(HBITMAP hBitmap);
+
+// The same for an icon or cursor, image, mask and alpha; the hot spot stays where it was. The caller destroys it. Null:
+// it is none, has no colours, or there is no memory.
+PELKGUI_API HICON CreateMirroredIcon(HICON hIcon);

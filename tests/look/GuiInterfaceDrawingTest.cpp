@@ -6,7 +6,7 @@
 #include "look/GuiInterface.h"
 #include "look/GuiManager.h"
 #include "platform/win32/gdi/objects.h"
-#include "tests/look/Canvas.h"
+#include "tests/support/Canvas.h"
 
 using PelkGUI::GuiInterface;
 using test::Canvas;
