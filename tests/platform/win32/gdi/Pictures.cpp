@@ -18,7 +18,7 @@ constexpr Letter kLetters[] = {
 
 constexpr COLORREF Grey(char letter)
 {
-    const auto level = static_cast<unsigned>(letter);
+    const unsigned level = static_cast<unsigned char>(letter);
     return RGB(level, level, level);
 }
 
@@ -110,7 +110,8 @@ std::string Surface::Letters() const
         if (y > 0)
             letters += '/';
         for (int x = 0; x < width_; x++)
-            letters += LetterOf(ColourRef(pixels_[static_cast<std::size_t>(y * width_ + x)]));
+            letters += LetterOf(ColourRef(
+                pixels_[static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) + static_cast<std::size_t>(x)]));
     }
     return letters;
 }

@@ -22,7 +22,7 @@ struct Model {
     DWORD layout = 0;
 
     static bool IsInside(int x, int y) { return x >= 0 && x < kWidth && y >= 0 && y < kHeight; }
-    static std::size_t At(int x, int y) { return static_cast<std::size_t>(y * kWidth + x); }
+    static std::size_t At(int x, int y) { return static_cast<std::size_t>(y) * kWidth + static_cast<std::size_t>(x); }
     int Column(int x) const { return layout & LAYOUT_RTL ? kWidth - 1 - x : x; }
 };
 

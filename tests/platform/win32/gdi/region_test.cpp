@@ -41,7 +41,7 @@ private:
 // The slow and obvious region: a bit for each pixel.
 struct Grid {
     std::array<bool, kSize * kSize> bits{};
-    bool& at(int x, int y) { return bits[static_cast<std::size_t>(y * kSize + x)]; }
+    bool& at(int x, int y) { return bits[static_cast<std::size_t>(y) * kSize + static_cast<std::size_t>(x)]; }
     void Fill(const RECT& rect)
     {
         for (int y = std::max(0, rect.top); y < std::min<int>(kSize, rect.bottom); y++) {

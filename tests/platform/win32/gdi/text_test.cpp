@@ -353,6 +353,7 @@ TEST(GdiFonts, AnswersAtRunTime)
 TEST(GdiText, DrawsOnSeveralThreads)
 {
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; i++) {
         threads.emplace_back([i] {
             const Picture picture(100, 30);
