@@ -1,4 +1,4 @@
-// Twenty characters, over and over: measured and drawn.
+// The first text of a process, and twenty characters over and over: measured and drawn.
 #include "Peers.h"
 
 #include <benchmark/benchmark.h>
@@ -6,7 +6,11 @@
 #include <QFontMetrics>
 #include <QGuiApplication>
 
+#include <chrono>
 #include <cstring>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <pango/pangocairo.h>
 
@@ -27,6 +31,83 @@ struct Text {
 };
 constexpr Text kLatinText = { kLatin, kLatin, "Tahoma", "DejaVu Sans" };
 constexpr Text kChineseText = { kChineseBytes, kChineseUtf8, "SimSun", "WenQuanYi Zen Hei" };
+
+// Draws one text in a child process that has drawn none, and takes the time that takes there. The rows of first texts
+// come before all others, so that this process has not drawn any either.
+void FirstText(benchmark::State& state, void (*draw)(const Text& text))
+{
+    for (auto _ : state) {
+        int pipe_ends[2];
+        if (::pipe(pipe_ends) != 0)
+            return;
+        const pid_t child = ::fork();
+        if (child == 0) {
+            const auto start = std::chrono::steady_clock::now();
+            draw(kChineseText);
+            const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+            const double seconds = taken.count();
+            ::_exit(::write(pipe_ends[1], &seconds, sizeof seconds) == sizeof seconds ? 0 : 1);
+        }
+        ::close(pipe_ends[1]);
+        double seconds = 0;
+        if (::read(pipe_ends[0], &seconds, sizeof seconds) != sizeof seconds)
+            state.SkipWithError("the child drew nothing");
+        ::close(pipe_ends[0]);
+        ::waitpid(child, nullptr, 0);
+        state.SetIterationTime(seconds);
+    }
+}
+
+void DrawOurs(const Text& text)
+{
+    const bench::Ours target(510, 349);
+    const HFONT font = CreateFontA(-13, 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0, text.face);
+    const HGDIOBJ previous = SelectObject(target.dc(), font);
+    TextOutA(target.dc(), 10, 10, text.bytes, static_cast<int>(std::strlen(text.bytes)));
+    SelectObject(target.dc(), previous);
+    DeleteObject(font);
+}
+
+void DrawPangoCairo(const Text& text)
+{
+    bench::Theirs target(510, 349);
+    cairo_t* context = cairo_create(target.cairo());
+    PangoLayout* layout = pango_cairo_create_layout(context);
+    PangoFontDescription* description = pango_font_description_new();
+    pango_font_description_set_family(description, text.family);
+    pango_font_description_set_absolute_size(description, 13.0 * PANGO_SCALE);
+    pango_layout_set_font_description(layout, description);
+    pango_layout_set_text(layout, text.utf8, -1);
+    cairo_move_to(context, 10, 10);
+    pango_cairo_show_layout(context, layout);
+}
+
+void StartQt()
+{
+    static int argc = 3;
+    static char name[] = "bench";
+    static char option[] = "-platform";
+    static char platform[] = "offscreen";
+    static char* argv[] = { name, option, platform, nullptr };
+    static QGuiApplication application(argc, argv);
+}
+
+void DrawQt(const Text& text)
+{
+    StartQt();
+    bench::Theirs target(510, 349);
+    QPainter painter(&target.qt());
+    QFont font(QString::fromUtf8(text.family));
+    font.setPixelSize(13);
+    painter.setFont(font);
+    painter.drawText(10, 24, QString::fromUtf8(text.utf8));
+}
+BENCHMARK_CAPTURE(FirstText, ours, DrawOurs)->Name("first_text/ours")->UseManualTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(FirstText, pangocairo, DrawPangoCairo)
+    ->Name("first_text/pangocairo")
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(FirstText, qt5, DrawQt)->Name("first_text/qt5")->UseManualTime()->Unit(benchmark::kMicrosecond);
 
 void BM_TextOurs(benchmark::State& state, const Text& text)
 {
@@ -72,12 +153,7 @@ BENCHMARK_CAPTURE(BM_TextPangoCairo, chinese, kChineseText)->Name("text_chinese/
 
 void BM_TextQt(benchmark::State& state, const Text& text)
 {
-    static int argc = 3;
-    static char name[] = "bench";
-    static char option[] = "-platform";
-    static char platform[] = "offscreen";
-    static char* argv[] = { name, option, platform, nullptr };
-    static QGuiApplication application(argc, argv);
+    StartQt();
     bench::Theirs target(510, 349);
     QPainter painter(&target.qt());
     QFont font(QString::fromUtf8(text.family));
