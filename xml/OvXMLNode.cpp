@@ -42,6 +42,8 @@ OvXMLNode::OvXMLNode(const OvXMLNode& node) : OvXMLNode(Kind::Plain, node.GetPar
 
 OvXMLNode& OvXMLNode::operator=(const OvXMLNode& node)
 {
+    if (this == &node)
+        return *this;
     OvXMLElement* pParent = node.GetParent();
     SetApart();
     (m_bApart ? m_pApart->pParent : m_pParent) = pParent;

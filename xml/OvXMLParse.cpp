@@ -17,18 +17,21 @@ namespace {
 constexpr std::string_view kDeclaration = "<?xml version=\"";
 constexpr std::string_view kDoctype = "<!DOCTYPE";
 constexpr std::string_view kCdata = "<![CDATA[";
-constexpr const char* kCdataEnd = "]]>";
+constexpr std::string_view kCdataEnd = "]]>";
 constexpr std::string_view kComment = "<!--";
-constexpr const char* kCommentEnd = "-->";
+constexpr std::string_view kCommentEnd = "-->";
 
 // Moves p behind the next such mark. False if there is none.
-bool SkipPast(const char*& p, const char* pszMark)
+bool SkipPast(const char*& p, std::string_view mark)
 {
-    const char* pMark = std::strstr(p, pszMark);
-    if (!pMark)
-        return false;
-    p = pMark + std::strlen(pszMark);
-    return true;
+    for (const char* pEnd = p; (pEnd = std::strchr(pEnd, mark.back()));) {
+        pEnd++;
+        if (std::string_view(p, static_cast<size_t>(pEnd - p)).ends_with(mark)) {
+            p = pEnd;
+            return true;
+        }
+    }
+    return false;
 }
 
 // Whether the token stands at p, behind white space; p moves behind it.
@@ -204,7 +207,7 @@ private:
         m_p = p;
         if (!SkipPast(m_p, kCdataEnd))
             return false;
-        AppendText(p, m_p - std::strlen(kCdataEnd)); // where a faulty reference stops the decoding is of no matter here
+        AppendText(p, m_p - kCdataEnd.size()); // where a faulty reference stops the decoding is of no matter here
         return true;
     }
 

@@ -71,18 +71,17 @@ const char* Decode(const char* p, const char* pEnd, char*& pOut)
 {
     const char* const pOutBegin = pOut;
     while (p < pEnd) {
-        if (Is(*p, kPlain)) {
-            *pOut++ = *p++;
-        } else if (Is(*p, kTextSpace)) {
+        const char ch = *p++;
+        if (ch == '&') {
+            if (!DecodeReference(p, pEnd, pOut))
+                return p;
+        } else if (!Is(ch, kTextSpace)) {
+            *pOut++ = ch;
+        } else {
             if (pOut != pOutBegin)
                 *pOut++ = ' ';
             while (p < pEnd && Is(*p, kTextSpace))
                 p++;
-        } else if (*p == '&') {
-            if (!DecodeReference(++p, pEnd, pOut))
-                return p;
-        } else {
-            *pOut++ = *p++;
         }
     }
     return p;

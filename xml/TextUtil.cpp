@@ -72,6 +72,7 @@ void Replace(CString& strText, const char* pszFind, const char* pszWith)
     strText = CString(strDone.data(), static_cast<int>(strDone.size()));
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the published signature
 void Split(CString strText, const char* pszSeparator, CArray<CString, CString&>& pieces, int bKeepLeadingEmpty,
            int bSkipBlank)
 {

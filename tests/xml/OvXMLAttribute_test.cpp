@@ -94,7 +94,7 @@ TEST(OvXMLAttributes, AreStoredAsWritten)
     EXPECT_EQ(element.AddAttribute(width), nullptr) << "it has a parent";
     EXPECT_EQ(element.AddAttribute(static_cast<OvXMLAttribute*>(nullptr)), nullptr);
 
-    element.AddAttribute("WIDTH", "1"); // stands under "width"
+    const std::unique_ptr<OvXMLAttribute> lowered(element.AddAttribute("WIDTH", "1")); // stands under "width"
     EXPECT_EQ(element.GetAttributeCount(), 2);
     element.RemoveAttribute(width); // takes out what stands under "width"
     EXPECT_EQ(described(&element), "e{Width=}");

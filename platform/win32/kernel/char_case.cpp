@@ -1,10 +1,9 @@
 // Case and stepping in narrow text of the process's code page.
 #include "platform/win32/kernel/code_page.h"
 
+#include <clocale>
 #include <cstring>
-
-#include <locale.h>
-#include <wctype.h>
+#include <cwctype>
 
 #include "winnls.h"
 
