@@ -53,6 +53,22 @@ bool MakeFolders(const std::string& strFolder)
     return std::filesystem::is_directory(strFolder, error);
 }
 
+std::optional<std::string> ReadSettingsFile(const std::string& strPath)
+{
+    constexpr off_t kMostBytes = 1 << 16;
+    // O_NONBLOCK: a pipe in the file's place must not hold us
+    const Descriptor file(::open(strPath.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    struct stat info {};
+    if (!file || ::fstat(file.Get(), &info) != 0 || !S_ISREG(info.st_mode) || info.st_size > kMostBytes)
+        return std::nullopt;
+    std::string strText(static_cast<std::size_t>(info.st_size), '\0');
+    const ssize_t nRead = TEMP_FAILURE_RETRY(::read(file.Get(), strText.data(), strText.size()));
+    if (nRead < 0)
+        return std::nullopt;
+    strText.resize(static_cast<std::size_t>(nRead));
+    return strText;
+}
+
 namespace {
 
 bool WriteAll(int fd, const std::string& strText)

@@ -1,6 +1,7 @@
 // Where the client's programs find and leave things in the user's home, by the desktop's own rules.
 #pragma once
 
+#include <optional>
 #include <string>
 
 namespace client {
@@ -23,6 +24,9 @@ std::string ProgramFolder();
 
 // Makes the folder and those above it. FALSE: one of them cannot be made.
 [[nodiscard]] bool MakeFolders(const std::string& strFolder);
+
+// The text of a settings file; nothing when it cannot be read, is no file or is far larger than any settings are.
+std::optional<std::string> ReadSettingsFile(const std::string& strPath);
 
 // Puts the text in the file, whole or not at all: it is written beside it, flushed and renamed over it. FALSE, with the
 // fault in *pError: the old file, or none, is still there.

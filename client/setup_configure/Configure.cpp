@@ -3,7 +3,6 @@
 #include "client/install/UserFolders.h"
 
 #include <algorithm>
-#include <fstream>
 #include <iterator>
 #include <string_view>
 
@@ -128,17 +127,6 @@ std::string MenuEntryText(const std::string& strFolder)
 
 namespace {
 
-// The user's settings file, or nothing when it cannot be read or is far larger than any settings are.
-std::string ReadSettings(const std::string& strPath)
-{
-    constexpr std::streamoff kMostBytes = 1 << 16;
-    std::ifstream stream(strPath, std::ios::binary | std::ios::ate);
-    if (!stream || stream.tellg() < 0 || stream.tellg() > kMostBytes)
-        return {};
-    stream.seekg(0);
-    return { std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>() };
-}
-
 bool Fail(std::string* pError, std::string strFault)
 {
     *pError = std::move(strFault);
@@ -165,7 +153,7 @@ bool ConfigureClient(const std::string& strFolder, std::string* pError)
         if (!MakeFolders(strNeeded))
             return Fail(pError, strNeeded + ": cannot be made");
     }
-    return ReplaceFile(strConfigPath, ConfigText(strFolder, ReadSettings(strConfigPath)), pError) &&
+    return ReplaceFile(strConfigPath, ConfigText(strFolder, ReadSettingsFile(strConfigPath).value_or("")), pError) &&
            ReplaceFile(strMenuPath, strMenuEntry, pError);
 }
 

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <fstream>
 #include <optional>
+#include <sstream>
 
 #include <windows.h>
 #include <winreg.h>
@@ -110,7 +110,7 @@ void RemoveSettingsKeys(Report* pReport)
 // What follows "pszName=" in a line of the file. Nothing: the file or the line is not there.
 std::optional<std::string> SettingIn(const std::string& strPath, const std::string& strName)
 {
-    std::ifstream stream(strPath);
+    std::istringstream stream(ReadSettingsFile(strPath).value_or(""));
     std::string strLine;
     while (std::getline(stream, strLine)) {
         if (strLine.starts_with(strName + "="))
@@ -141,6 +141,10 @@ void RemoveConfigFolder(const std::string& strConfigFolder, Report* pReport)
 void RemoveSettings(const std::string& strFolder, Report* pReport)
 {
     RemoveAutoStart(strFolder, pReport);
+    if (ConfigHome().empty() || DataHome().empty()) {
+        pReport->failed.push_back("HOME is not set to a folder: settings and menu entry are still there");
+        return;
+    }
 
     const std::string strMenuEntry = DataHome() + "/" + kMenuEntry;
     if (const auto program = SettingIn(strMenuEntry, "TryExec"); program && NamesClientIn(*program, strFolder))

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 namespace {
 
 using test::Home;
@@ -84,6 +86,10 @@ TEST(SetupConfigure, SaysWhatItCannotDo)
     EXPECT_EQ(run.nExitCode, 1) << "a folder lies where the entry should be";
     std::filesystem::remove(home.Data() / "applications/merav-conferencing.desktop");
     EXPECT_TRUE(std::filesystem::is_empty(home.Data() / "applications")) << "its temporary is left";
+
+    std::filesystem::remove(home.Config() / "Varnhal/client.conf");
+    ASSERT_EQ(::mkfifo((home.Config() / "Varnhal/client.conf").c_str(), 0600), 0);
+    EXPECT_EQ(RunProgram(strProgram).nExitCode, 0) << "a pipe lies where the settings should be";
 
     ::unsetenv("HOME");
     ::unsetenv("XDG_CONFIG_HOME");

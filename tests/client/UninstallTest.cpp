@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 namespace {
 
 using test::Home;
@@ -187,6 +189,30 @@ TEST(Uninstall, AsksFirst)
               std::string::npos)
         << outcome.strOutput;
     EXPECT_FALSE(fs::exists(installation.home().Root()));
+}
+
+TEST(Uninstall, IsNotHeldUpByPipesAndGoesWithoutAHome)
+{
+    const Installation installation;
+    const fs::path config = installation.home().Config() / "Varnhal/client.conf";
+    const fs::path entry = installation.home().Data() / "applications/merav-conferencing.desktop";
+    for (const fs::path& pipe : { config, entry }) {
+        fs::create_directories(pipe.parent_path());
+        ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    }
+    ::unsetenv("XDG_CONFIG_HOME");
+    ::unsetenv("HOME");
+    Outcome outcome = installation.Uninstall();
+    EXPECT_EQ(outcome.nExitCode, 1);
+    EXPECT_NE(outcome.strOutput.find("HOME is not set"), std::string::npos) << outcome.strOutput;
+    EXPECT_TRUE(fs::exists(config));
+    EXPECT_FALSE(fs::exists(installation.Program()));
+
+    const Installation another;
+    fs::create_directories(another.home().Config() / "Varnhal");
+    ASSERT_EQ(::mkfifo((another.home().Config() / "Varnhal/client.conf").c_str(), 0600), 0);
+    EXPECT_EQ(another.Uninstall().nExitCode, 0);
+    EXPECT_FALSE(fs::exists(another.home().Config() / "Varnhal"));
 }
 
 void WriteValue(const char* pszKey, const char* pszName, const std::string& strText)
