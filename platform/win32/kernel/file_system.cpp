@@ -1,9 +1,9 @@
 #include "platform/win32/kernel/file_system.h"
 
 #include "platform/win32/kernel/never_destroyed.h"
+#include "platform/win32/kernel/process_begin.h"
 
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <utility>
 
@@ -19,16 +19,10 @@ int result_of(int returned)
     return returned < 0 ? -errno : returned;
 }
 
-// A limit on the size of files answers a write with a deadly signal; ignored, the write fails with EFBIG like any
-// other.
-void survive_size_limit()
+// Stands beside what every program's files go through, so that no program is linked without it.
+[[gnu::constructor]] void before_main()
 {
-    [[maybe_unused]] static const auto once = [] {
-        struct sigaction current {};
-        if (::sigaction(SIGXFSZ, nullptr, &current) == 0 && current.sa_handler == SIG_DFL)
-            (void)::signal(SIGXFSZ, SIG_IGN); // it is a valid signal, so this cannot fail
-        return true;
-    }();
+    prepare_process();
 }
 
 std::shared_ptr<FileSystem>& replacement()
@@ -46,7 +40,6 @@ int FileSystem::open(const std::string& path, int flags, mode_t mode)
 
 int FileSystem::write(int descriptor, std::span<const std::byte> bytes)
 {
-    survive_size_limit();
     while (!bytes.empty()) {
         const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
         if (written < 0 && errno == EINTR)
