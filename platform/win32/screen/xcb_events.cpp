@@ -113,10 +113,14 @@ void XcbScreen::handle(const xcb_generic_event_t& event)
         return handle_configure(as<xcb_configure_notify_event_t>(event), (event.response_type & kFromProgram) != 0);
     case XCB_PROPERTY_NOTIFY:
         return handle_property(as<xcb_property_notify_event_t>(event));
-    case XCB_DESTROY_NOTIFY:
-        if (window_manager_ == as<xcb_destroy_notify_event_t>(event).window)
+    case XCB_DESTROY_NOTIFY: {
+        const xcb_window_t gone = as<xcb_destroy_notify_event_t>(event).window;
+        if (window_manager_ == gone)
             window_manager_.reset();
+        if (find(gone))
+            push(EventKind::close_request, gone); // by somebody else: nobody could ever close it otherwise
         return;
+    }
     case XCB_CLIENT_MESSAGE:
         return handle_message(as<xcb_client_message_event_t>(event));
     case XCB_MAPPING_NOTIFY:

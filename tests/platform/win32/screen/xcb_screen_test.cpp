@@ -46,6 +46,16 @@ TEST(XcbScreen, TellsOnlyOfPlacingsThatOthersDid)
     EXPECT_EQ(stage.events.size(), 0U);
 }
 
+TEST(XcbScreen, AsksToCloseAWindowThatOthersDestroyed)
+{
+    test::XStage stage;
+    const SurfaceId surface = add_surface(stage.screen(), kBounds, kRed);
+    stage.expect_pixel(200, 150, kRed);
+    xcb_destroy_window(stage.person().connection(), surface);
+    xcb_flush(stage.person().connection());
+    EXPECT_EQ(stage.wait_for(EventKind::close_request).surface, surface);
+}
+
 // openbox: it puts every window into a frame of its own, even one that asks for no decorations.
 class WithWindowManager : public testing::Test {
 protected:
