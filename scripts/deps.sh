@@ -8,8 +8,7 @@ build=(
     clang clang-format clang-tidy               # second compiler, fuzzing, style
     libclang-rt-14-dev                          # clang's sanitizers and libFuzzer
     llvm-14                                     # llvm-rc: compiles resource scripts
-    libxcb1-dev libxcb-shm0-dev libxcb-shape0-dev libxcb-randr0-dev libxcb-icccm4-dev libxcb-ewmh-dev
-    libxcb-cursor-dev libxcb-keysyms1-dev       # the display
+    libxcb1-dev libxcb-shm0-dev libxcb-shape0-dev libxcb-randr0-dev libxcb-cursor-dev # the display
     libpixman-1-dev libpango1.0-dev             # regions and fills, text
     libsqlite3-dev                              # the registry
     libmspack-dev                               # reads the cabinet
@@ -20,7 +19,7 @@ test=(
     libgtest-dev
     libxcb-xtest0-dev libxcb-damage0-dev        # real input and watching the screen
     xvfb xdotool openbox x11-utils imagemagick  # a screen without a monitor, clicks, pictures of it
-    sqlite3 desktop-file-utils strace cabextract
+    sqlite3 desktop-file-utils strace cabextract procps
     fonts-dejavu-core
 )
 bench=(
