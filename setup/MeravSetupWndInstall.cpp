@@ -90,9 +90,14 @@ void MeravSetupWnd::OnInstall()
     for (UINT nCommand = 10001; nCommand <= 10006; nCommand++)
         ShowButton(nCommand, FALSE);
     Invalidate(FALSE);
-    ++m_nOwners; // the worker's; given back by the worker, or here when it does not start
-    if (!AfxBeginThread(InstallThreadProc, this, 0, 0, 0, nullptr))
-        --m_nOwners;
+    ++m_nOwners; // the worker's
+    if (AfxBeginThread(InstallThreadProc, this, 0, 0, 0, nullptr))
+        return;
+    // The system has no thread for us now: back to the page where the user may try again, or leave.
+    --m_nOwners;
+    --m_nStage;
+    ShowButton(10001, TRUE);
+    ShowButton(10002, TRUE);
 }
 
 void MeravSetupWnd::RunInstallJob()

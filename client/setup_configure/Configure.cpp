@@ -3,7 +3,9 @@
 #include "client/install/UserFolders.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <iterator>
+#include <optional>
 #include <string_view>
 
 namespace client {
@@ -153,8 +155,13 @@ bool ConfigureClient(const std::string& strFolder, std::string* pError)
         if (!MakeFolders(strNeeded))
             return Fail(pError, strNeeded + ": cannot be made");
     }
-    return ReplaceFile(strConfigPath, ConfigText(strFolder, ReadSettingsFile(strConfigPath).value_or("")), pError) &&
-           ReplaceFile(strMenuPath, strMenuEntry, pError);
+    if (!ReplaceFile(strMenuPath, strMenuEntry, pError))
+        return false;
+    const std::optional<std::string> strOld = ReadSettingsFile(strConfigPath);
+    std::error_code error;
+    if (!strOld && std::filesystem::is_regular_file(strConfigPath, error))
+        return Fail(pError, strConfigPath + ": cannot be read, and is left as it is"); // the user's lines are in there
+    return ReplaceFile(strConfigPath, ConfigText(strFolder, strOld.value_or("")), pError);
 }
 
 } // namespace client

@@ -88,6 +88,12 @@ TEST(SetupConfigure, SaysWhatItCannotDo)
     EXPECT_TRUE(std::filesystem::is_empty(home.Data() / "applications")) << "its temporary is left";
 
     std::filesystem::remove(home.Config() / "Varnhal/client.conf");
+    const std::string strHuge(100000, '#');
+    std::ofstream(home.Config() / "Varnhal/client.conf", std::ios::binary) << strHuge;
+    EXPECT_EQ(RunProgram(strProgram).nExitCode, 1) << "settings that cannot be read must stay";
+    EXPECT_EQ(std::filesystem::file_size(home.Config() / "Varnhal/client.conf"), strHuge.size());
+
+    std::filesystem::remove(home.Config() / "Varnhal/client.conf");
     ASSERT_EQ(::mkfifo((home.Config() / "Varnhal/client.conf").c_str(), 0600), 0);
     EXPECT_EQ(RunProgram(strProgram).nExitCode, 0) << "a pipe lies where the settings should be";
 

@@ -9,6 +9,8 @@
 #include <cerrno>
 #include <fstream>
 
+#include <sys/stat.h>
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -102,6 +104,12 @@ const ErrorCase kErrorCases[] = {
     { "the payload cannot be created", INSTALL_ERROR_PAYLOAD,
       [](test::FailingFileSystem& disk) { disk.fail_all(test::FileCall::open, EACCES); } },
     { "the disk is full", INSTALL_ERROR_PAYLOAD, [](test::FailingFileSystem& disk) { disk.fill_after(1000000); } },
+    { "a pipe lies in the payload's place and stays", INSTALL_ERROR_PAYLOAD,
+      [](test::FailingFileSystem& disk) {
+          fs::create_directories(test::PayloadCopy().parent_path());
+          EXPECT_EQ(::mkfifo(test::PayloadCopy().c_str(), 0600), 0);
+          disk.fail_all(test::FileCall::remove_file, EACCES);
+      } },
     { "a folder lies in the payload's place", INSTALL_ERROR_PAYLOAD,
       [](test::FailingFileSystem&) { fs::create_directories(test::PayloadCopy() / "folder"); } },
 };

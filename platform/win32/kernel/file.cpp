@@ -55,9 +55,8 @@ int access_flags(DWORD access)
 {
     const bool reads = access & GENERIC_READ;
     const bool writes = access & GENERIC_WRITE;
-    if (reads && writes)
-        return O_RDWR | O_NOCTTY;
-    return (writes ? O_WRONLY : O_RDONLY) | O_NOCTTY;
+    const int how = reads && writes ? O_RDWR : writes ? O_WRONLY : O_RDONLY;
+    return how | O_NOCTTY | O_NONBLOCK; // a pipe in a file's place must not make us wait
 }
 
 // Making and taking are two steps, so that the caller can learn which one it was; when others make or remove the file
