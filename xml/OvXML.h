@@ -117,6 +117,7 @@ private:
     std::string_view Value() const { return { m_pText + m_nName, m_nValue }; }
     static CString ToCString(std::string_view text) { return { text.data(), static_cast<int>(text.size()) }; }
     static std::string_view View(const char* psz) { return psz ? psz : std::string_view(); }
+    static std::string_view View(const CString& str) { return { str, static_cast<size_t>(str.GetLength()) }; }
 
     OvXMLElement* ParentApart() const;
     // The element whose list or map holds this node; null when none does.
@@ -326,8 +327,12 @@ private:
     // Into and out of the map. The attribute's parent is this element. What stood under the key leaves the map and is
     // given back; the other takes its place.
     OvXMLAttribute* Store(OvXMLAttribute* pAttribute, const OvXMLAttribute::Key& key);
+    // Under its name as the system lower-cases it.
     OvXMLAttribute* StoreLowered(OvXMLAttribute* pAttribute);
     void TakeOut(OvXMLAttribute* pAttribute);
+    // Stores an attribute that nobody has seen yet; what it displaces was seen by nobody either, and goes.
+    void StoreNew(OvXMLAttribute* pAttribute, const OvXMLAttribute::Key& key);
+    void StoreNewLowered(OvXMLAttribute* pAttribute);
     void Place(OvXMLAttribute* pAttribute, OvXMLNode* pBefore);
 
     // Replaces name and value by another element's and takes over its attributes and children.

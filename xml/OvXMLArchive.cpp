@@ -72,8 +72,7 @@ private:
         Open(View(m_strName), View(m_strValue));
         for (DWORD nAttributes = m_archive.ReadCount(); nAttributes > 0; nAttributes--) {
             m_archive >> m_strName >> m_strValue;
-            // An earlier one of the same key, which nobody has seen, goes.
-            delete m_pOpen->StoreLowered(m_pPool->AddAttribute(m_pOpen, View(m_strName), View(m_strValue)));
+            m_pOpen->StoreNewLowered(m_pPool->AddAttribute(m_pOpen, View(m_strName), View(m_strValue)));
         }
         m_nMissing.back() = m_archive.ReadCount();
     }

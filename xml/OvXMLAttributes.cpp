@@ -99,7 +99,6 @@ OvXMLAttribute* OvXMLElement::Store(OvXMLAttribute* pAttribute, const OvXMLAttri
     return pOld;
 }
 
-// Stores it under its name as the system lower-cases it.
 OvXMLAttribute* OvXMLElement::StoreLowered(OvXMLAttribute* pAttribute)
 {
     const OvXMLAttribute::Key key(pAttribute->Name(), OvXMLAttribute::Key::Form::Lowered);
@@ -110,6 +109,20 @@ OvXMLAttribute* OvXMLElement::StoreLowered(OvXMLAttribute* pAttribute)
     if (strKey == key.ToString())
         return Store(pAttribute, key);
     return Store(pAttribute, { strKey, OvXMLAttribute::Key::Form::Apart });
+}
+
+void OvXMLElement::StoreNew(OvXMLAttribute* pAttribute, const OvXMLAttribute::Key& key)
+{
+    std::unique_ptr<OvXMLAttribute> pOwner(pAttribute); // the index may not get its memory
+    delete Store(pAttribute, key);
+    (void)pOwner.release();
+}
+
+void OvXMLElement::StoreNewLowered(OvXMLAttribute* pAttribute)
+{
+    std::unique_ptr<OvXMLAttribute> pOwner(pAttribute);
+    delete StoreLowered(pAttribute);
+    (void)pOwner.release();
 }
 
 void OvXMLElement::TakeOut(OvXMLAttribute* pAttribute)
@@ -130,8 +143,8 @@ OvXMLAttribute* OvXMLElement::AddAttribute(const char* pszName, const char* pszV
     OvXMLAttribute* pAttribute = GetAttribute(pszName);
     if (!pAttribute) {
         auto pNew = std::make_unique<OvXMLAttribute>(this, pszName);
-        Store(pNew.get(), { pNew->Name(), OvXMLAttribute::Key::Form::Lowered });
         pAttribute = pNew.release();
+        StoreNew(pAttribute, { pAttribute->Name(), OvXMLAttribute::Key::Form::Lowered });
     }
     if (pszValue)
         pAttribute->SetValue(pszValue);

@@ -177,7 +177,7 @@ private:
                 return false;
         }
         const OvXMLAttribute::Key key(pair.name, OvXMLAttribute::Key::Form::Lowered, pair.nHash);
-        delete m_pOpen->Store(pAttribute.release(), key); // an attribute that is given again replaces the earlier one
+        m_pOpen->StoreNew(pAttribute.release(), key); // one that is given again replaces the earlier one
         return true;
     }
 

@@ -9,7 +9,7 @@
 void OvXMLElement::CopyAttributesTo(OvXMLElement* pCopy, OvXMLPool& pool) const
 {
     for (OvXMLAttribute* p = FirstAttribute(); p; p = p->Next())
-        delete pCopy->StoreLowered(pool.AddAttribute(pCopy, p->Name(), p->Value()));
+        pCopy->StoreNewLowered(pool.AddAttribute(pCopy, p->Name(), p->Value()));
     pool.SetValue(pCopy, Value());
 }
 

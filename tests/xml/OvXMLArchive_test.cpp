@@ -196,6 +196,17 @@ TEST(OvXMLArchive, LoadsWideText)
                                    "a(x)");
 }
 
+TEST(OvXMLArchive, KeepsZeroBytes)
+{
+    const string bytes = "\x02"
+                         "a\0\x03x\0y\x01\x00\x01"
+                         "b\x02\0z\x00\x00"_bytes;
+    OvXMLElement element;
+    ASSERT_TRUE(load(element, bytes));
+    EXPECT_EQ(described(&element), "a\0{b=\0z}(x\0y)"_bytes);
+    EXPECT_EQ(stored(element), bytes);
+}
+
 TEST(OvXMLArchive, RepeatedKeysLeaveOneAttribute)
 {
     OvXMLElement element;
