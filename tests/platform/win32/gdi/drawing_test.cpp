@@ -82,6 +82,27 @@ TEST(GdiCopy, SurvivesOverlap)
     }
 }
 
+TEST(GdiCopy, SurvivesOverlapAcrossAHoleInTheClip)
+{
+    struct Case {
+        const char* why;
+        int x, source_x;
+        const char* expected;
+    };
+    // Column 4 stays; what stands left of it is the source of what stands right of it, or the other way round.
+    const Case cases[] = {
+        { "right", 2, 0, "RGRGYWYC" },
+        { "left", 0, 2, "BWYCYaaa" },
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.why);
+        const Picture picture(c.x == 2 ? "RGBWYCMa" : "RGBWYCaa");
+        ExcludeClipRect(picture.dc(), 4, 0, 5, 1);
+        BitBlt(picture.dc(), c.x, 0, 6, 1, picture.dc(), c.source_x, 0, SRCCOPY);
+        EXPECT_EQ(picture.Letters(), c.expected);
+    }
+}
+
 TEST(GdiCopy, ConvertsBetweenDepths)
 {
     const BYTE bits[] = { 0b1010'0000, 0 };
