@@ -1,7 +1,6 @@
 // A node's fields: where it belongs, its name and value.
 #include "xml/OvXML.h"
 
-#include <climits>
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -14,8 +13,6 @@
 #include "xml/OvXMLPool.h"
 
 namespace {
-
-constexpr size_t kLongestText = INT_MAX / 2; // a name and its value together
 
 bool IsAscii(std::string_view text)
 {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <climits>
 #include <cstdlib>
 #include <utility>
 
@@ -18,7 +17,6 @@ constexpr size_t kFirstBlock = 2048;
 constexpr size_t kLargestBlock = 2 * 1024 * 1024; // as large as a huge page, and no larger than m_nPoolOffset can tell
 constexpr size_t kLongestInBlock = 64 * 1024;     // what is longer gets a block of its own
 constexpr size_t kMallocOverhead = 16;            // so that blocks fill malloc's own units
-constexpr size_t kLongestText = INT_MAX / 2;      // a name and its value together
 
 // A document of megabytes would spend most of its time waiting for the system to bring in small pages one by one.
 void* AllocateBlock(size_t nSize)

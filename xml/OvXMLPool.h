@@ -4,12 +4,15 @@
 #pragma once
 
 #include <atomic>
+#include <climits>
 #include <cstddef>
 #include <memory>
 #include <string_view>
 
 #include "xml/OvXML.h"
 #include "xml/OvXMLText.h"
+
+inline constexpr std::size_t kLongestText = INT_MAX / 2; // a node's name and value together, in bytes
 
 class OvXMLPool {
 public:

@@ -1,5 +1,6 @@
 // The rectangle functions. Sums wrap: a rectangle at the end of the numbers gives a wrong one, never undefined
 // behaviour.
+#include "platform/win32/screen/geometry.h"
 #include "winuser.h"
 
 #include <algorithm>
@@ -11,10 +12,7 @@ LONG sum(LONG a, LONG b)
     return static_cast<LONG>(static_cast<ULONG>(a) + static_cast<ULONG>(b));
 }
 
-bool is_empty(const RECT& rect)
-{
-    return rect.left >= rect.right || rect.top >= rect.bottom;
-}
+using win32::is_empty;
 
 } // namespace
 
