@@ -50,6 +50,7 @@ echo "autostart entry:"
 sed 's/^/  /' "$entry"
 expect "desktop-file-validate" "" "$(desktop-file-validate "$entry" 2>&1)"
 expect "TryExec" "${client//\\//}" "$(sed -n 's/^TryExec=//p' "$entry")"
+expect "the autostart entry's program can be run" yes "$([ -x "$(sed -n 's/^Exec="\(.*\)"$/\1/p' "$entry")" ] && echo yes || echo no)"
 for menu in "$XDG_DATA_HOME"/applications/*.desktop; do
     expect "menu entry $(basename "$menu"), desktop-file-validate" "" "$(desktop-file-validate "$menu" 2>&1)"
 done
