@@ -335,7 +335,7 @@ private:
     void StoreNewLowered(OvXMLAttribute* pAttribute);
     void Place(OvXMLAttribute* pAttribute, OvXMLNode* pBefore);
 
-    // Replaces name and value by another element's and takes over its attributes and children.
+    // Takes over another element's attributes and children.
     enum class Displaced { Destroy, LeaveToCaller };
     void TakeContents(OvXMLElement* pFrom, Displaced displaced);
     // After a failure: the root's child that was not complete, at or above pOpen, goes with all beneath it.

@@ -41,7 +41,7 @@ void OvXMLAttribute::Serialize(CArchive& archive)
     OvXMLNode::Serialize(archive);
 }
 
-// Builds the tree of one element record in a pool of its own.
+// Builds the tree of one element record, whose name and value were read, in a pool of its own.
 class OvXMLElement::Loader {
 public:
     explicit Loader(CArchive& archive) : m_archive(archive) {}
@@ -50,10 +50,11 @@ public:
     void Load()
     {
         try {
-            LoadElement();
+            Open({}, {});
+            LoadAttributes();
             while (m_pOpen) {
                 if (m_nMissing.back()-- > 0)
-                    LoadElement();
+                    LoadChild();
                 else
                     Close();
             }
@@ -65,11 +66,16 @@ public:
     OvXMLElement* Root() const { return m_pRoot.get(); }
 
 private:
-    // The element up to its children.
-    void LoadElement()
+    void LoadChild()
     {
         m_archive >> m_strName >> m_strValue;
         Open(View(m_strName), View(m_strValue));
+        LoadAttributes();
+    }
+
+    // The open element's attributes, and how many children it has.
+    void LoadAttributes()
+    {
         for (DWORD nAttributes = m_archive.ReadCount(); nAttributes > 0; nAttributes--) {
             m_archive >> m_strName >> m_strValue;
             m_pOpen->StoreNewLowered(m_pPool->AddAttribute(m_pOpen, View(m_strName), View(m_strValue)));
@@ -113,6 +119,7 @@ void OvXMLElement::Serialize(CArchive& archive)
         Store(archive);
         return;
     }
+    OvXMLNode::Serialize(archive);
     Loader loader(archive);
     try {
         loader.Load();

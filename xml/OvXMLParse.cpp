@@ -275,8 +275,10 @@ int OvXMLElement::ParseString(const char*& pszCursor)
     Reader reader(pszCursor);
     const bool bWhole = reader.Read();
     pszCursor = reader.Cursor();
-    if (const std::unique_ptr<OvXMLElement> pRoot = reader.TakeRoot())
+    if (const std::unique_ptr<OvXMLElement> pRoot = reader.TakeRoot()) {
+        SetText(pRoot->Name(), pRoot->Value());
         TakeContents(pRoot.get(), Displaced::Destroy);
+    }
     return bWhole;
 }
 

@@ -80,7 +80,6 @@ BOOL OvXMLElement::Equals(OvXMLElement* pOther) const
 void OvXMLElement::TakeContents(OvXMLElement* pFrom, Displaced displaced)
 {
     OvXMLPool::Untie(pFrom);
-    SetText(pFrom->Name(), pFrom->Value());
     // From the last on: each goes to the front of its bucket.
     while (pFrom->m_pFirstAttribute) {
         auto* pAttribute = static_cast<OvXMLAttribute*>(pFrom->m_pFirstAttribute->m_pPrevious);

@@ -161,6 +161,10 @@ TEST(OvXMLArchive, CutAtEveryByte)
     OvXMLElement most;
     EXPECT_FALSE(load(most, bytes.substr(0, bytes.size() - 1)));
     EXPECT_EQ(described(&most), "a{b=1,c=2}(xyz)[d{e=3}[f]]") << "what was whole stays";
+    OvXMLElement least(nullptr, "before");
+    least.SetValue("text");
+    EXPECT_FALSE(load(least, bytes.substr(0, 3)));
+    EXPECT_EQ(described(&least), "a(text)") << "the name was whole, the value was not";
 }
 
 TEST(OvXMLArchive, LyingLengthsEndWithTheBytes)
