@@ -284,8 +284,8 @@ public:
     // The number that the value begins with, cut to the range of an int; 0 if it begins with none. The default if there
     // is no such attribute or its value is empty.
     int GetAttributeValueInt(const char* pszName, int nDefault) const;
-    // The value's "red,green,blue", each reduced to 8 bits. A number that the value does not reach is the default's.
-    // The default if there is no such attribute or its value is empty.
+    // The value's "red,green,blue", each reduced to 8 bits. What the value does not reach is the default's red and
+    // green, and for blue the default's red again. The default if there is no such attribute or its value is empty.
     unsigned long GetAttributeValueColor(const char* pszName, unsigned long crDefault) const;
     // Takes out whatever attribute stands under that one's lower-case name. It keeps its parent and belongs to the
     // caller.

@@ -214,7 +214,7 @@ unsigned long OvXMLElement::GetAttributeValueColor(const char* pszName, unsigned
     const CString strValue = GetAttributeValue(pszName, nullptr);
     if (strValue.IsEmpty())
         return crDefault;
-    unsigned nComponents[3] = { LOBYTE(crDefault), LOBYTE(crDefault >> 8), LOBYTE(crDefault >> 16) };
+    unsigned nComponents[3] = { LOBYTE(crDefault), LOBYTE(crDefault >> 8), LOBYTE(crDefault) };
     const char* psz = strValue;
     for (unsigned& nComponent : nComponents) {
         if (!ReadComponent(psz, nComponent) || *psz++ != ',')

