@@ -155,8 +155,9 @@ TEST_F(Mirroring, TurnsIconsWithTheirMasksAndAlpha)
         for (const CSize size : kSizes) {
             SCOPED_TRACE(size.cx);
             const HBITMAP hImage = BitmapOf(RandomPixels(random, size, nAlpha | 0xFFFFFF), size);
-            const std::size_t nMaskBytes = static_cast<std::size_t>((size.cx + 15) / 16 * 2 * size.cy);
-            std::string strMask(nMaskBytes, '\0');
+            std::string strMask;
+            const int nMaskBytes = (size.cx + 15) / 16 * 2 * size.cy;
+            strMask.resize(static_cast<std::size_t>(nMaskBytes));
             for (char& ch : strMask)
                 ch = static_cast<char>(random());
             const HBITMAP hMask = CreateBitmap(size.cx, size.cy, 1, 1, strMask.data());
