@@ -1,6 +1,8 @@
 // Writing a tree as text.
 #include "xml/OvXML.h"
 
+#include <string>
+
 #include "xml/OvXMLSink.h"
 #include "xml/OvXMLText.h"
 
@@ -151,6 +153,7 @@ void OvXMLAttribute::ToString(CString& strOut)
 
 void OvXMLNode::ValueToString(const char* pszValue, CString& strOut)
 {
+    const std::string strValue(View(pszValue)); // it may lie in the very text that grows
     OvXMLSink out(strOut);
-    AppendEscaped(out, View(pszValue));
+    AppendEscaped(out, strValue);
 }

@@ -52,6 +52,10 @@ TEST(OvXMLWrite, AppendsToText)
     OvXMLNode::ValueToString(nullptr, text);
     EXPECT_EQ(text, "before <a b=\"1\"><c/></a>b=\"1\"&lt;&#128;\x7f&#255;\t\r\n&amp;&apos;&quot;&gt;");
 
+    CString own("a<b>c&d 'e' \"f\"");
+    OvXMLNode::ValueToString(own, own);
+    EXPECT_EQ(own, "a<b>c&d 'e' \"f\"a&lt;b&gt;c&amp;d &apos;e&apos; &quot;f&quot;") << "a text behind itself";
+
     OvXMLElement odd(nullptr, "not a name<");
     EXPECT_EQ(odd.ToString(0, 0), "<not a name</>") << "names are written as they are";
 }
