@@ -7,6 +7,7 @@
 #pragma once
 
 #include "windef.h"
+#include "wingdi.h"
 
 using WNDPROC = LRESULT(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
 using TIMERPROC = void(CALLBACK*)(HWND, UINT, UINT_PTR, DWORD);
@@ -706,6 +707,27 @@ inline constexpr int COLOR_MENUBAR = 30;
 COLORREF GetSysColor(int index);    // 0 for an unknown index
 HBRUSH GetSysColorBrush(int index); // the system's; null for an unknown index
 
+// Sizes and fonts of window frames, captions, menus and message boxes.
+struct NONCLIENTMETRICSA {
+    UINT cbSize; // of this structure, set by the caller
+    int iBorderWidth;
+    int iScrollWidth;
+    int iScrollHeight;
+    int iCaptionWidth;
+    int iCaptionHeight;
+    LOGFONTA lfCaptionFont;
+    int iSmCaptionWidth;
+    int iSmCaptionHeight;
+    LOGFONTA lfSmCaptionFont;
+    int iMenuWidth;
+    int iMenuHeight;
+    LOGFONTA lfMenuFont;
+    LOGFONTA lfStatusFont;
+    LOGFONTA lfMessageFont;
+};
+static_assert(sizeof(NONCLIENTMETRICSA) == 340);
+
+inline constexpr UINT SPI_GETNONCLIENTMETRICS = 0x0029;                           // a NONCLIENTMETRICSA
 inline constexpr UINT SPI_GETWORKAREA = 0x0030;                                   // a RECT: of the primary monitor
 BOOL SystemParametersInfoA(UINT action, UINT parameter, PVOID data, UINT change); // FALSE for any other action
 

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <iterator>
 #include <mutex>
 
@@ -113,6 +114,38 @@ int display_metric(int index)
     }
 }
 
+LOGFONTA frame_font(LONG weight)
+{
+    constexpr LONG kEm = 11; // what fits the captions and menus above
+    LOGFONTA font{};
+    font.lfHeight = -kEm;
+    font.lfWeight = weight;
+    font.lfCharSet = DEFAULT_CHARSET;
+    std::strcpy(font.lfFaceName, "Tahoma");
+    return font;
+}
+
+NONCLIENTMETRICSA non_client_metrics()
+{
+    NONCLIENTMETRICSA metrics{};
+    metrics.cbSize = sizeof(metrics);
+    metrics.iBorderWidth = GetSystemMetrics(SM_CXBORDER);
+    metrics.iScrollWidth = GetSystemMetrics(SM_CXVSCROLL);
+    metrics.iScrollHeight = GetSystemMetrics(SM_CYHSCROLL);
+    metrics.iCaptionWidth = GetSystemMetrics(SM_CXSIZE);
+    metrics.iCaptionHeight = GetSystemMetrics(SM_CYSIZE);
+    metrics.lfCaptionFont = frame_font(FW_BOLD);
+    metrics.iSmCaptionWidth = GetSystemMetrics(SM_CXSMSIZE);
+    metrics.iSmCaptionHeight = GetSystemMetrics(SM_CYSMSIZE);
+    metrics.lfSmCaptionFont = frame_font(FW_BOLD);
+    metrics.iMenuWidth = GetSystemMetrics(SM_CXMENUSIZE);
+    metrics.iMenuHeight = GetSystemMetrics(SM_CYMENUSIZE);
+    metrics.lfMenuFont = frame_font(FW_NORMAL);
+    metrics.lfStatusFont = frame_font(FW_NORMAL);
+    metrics.lfMessageFont = frame_font(FW_NORMAL);
+    return metrics;
+}
+
 } // namespace
 
 int GetSystemMetrics(int index)
@@ -142,6 +175,11 @@ HBRUSH GetSysColorBrush(int index)
 
 BOOL SystemParametersInfoA(UINT action, UINT, PVOID data, UINT)
 {
+    if (action == SPI_GETNONCLIENTMETRICS && data &&
+        static_cast<NONCLIENTMETRICSA*>(data)->cbSize == sizeof(NONCLIENTMETRICSA)) {
+        *static_cast<NONCLIENTMETRICSA*>(data) = non_client_metrics();
+        return TRUE;
+    }
     if (action != SPI_GETWORKAREA || !data)
         return fail(FALSE, ERROR_INVALID_PARAMETER);
     *static_cast<RECT*>(data) = ask_monitors().front().work_area;

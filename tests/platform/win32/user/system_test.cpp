@@ -77,6 +77,18 @@ TEST_F(System, KnowsItsMonitors)
     EXPECT_EQ(MonitorFromWindow(nullptr, MONITOR_DEFAULTTOPRIMARY), MonitorFromPoint({ 0, 0 }, MONITOR_DEFAULTTONULL));
 }
 
+TEST_F(System, KnowsItsFrames)
+{
+    NONCLIENTMETRICSA metrics{};
+    EXPECT_FALSE(SystemParametersInfoA(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0)) << "without its size";
+    metrics.cbSize = sizeof metrics;
+    EXPECT_TRUE(SystemParametersInfoA(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0));
+    EXPECT_EQ(metrics.iCaptionHeight + 1, GetSystemMetrics(SM_CYCAPTION));
+    EXPECT_STREQ(metrics.lfCaptionFont.lfFaceName, "Tahoma");
+    EXPECT_EQ(metrics.lfCaptionFont.lfWeight, FW_BOLD);
+    EXPECT_EQ(metrics.lfMenuFont.lfHeight, -11);
+}
+
 struct FrameCase {
     DWORD style;
     DWORD ex_style;
