@@ -46,3 +46,21 @@ DWORD CharUpperBuffA(LPSTR text, DWORD length);
 // The next character, or `text` itself at its end; the character before `current`, or `start`.
 LPSTR CharNextA(LPCSTR text);
 LPSTR CharPrevA(LPCSTR start, LPCSTR current);
+
+// The direction of each character of the text, one word for each unit of UTF-16 that it comes to (a character of two
+// bytes has one, and types[i] need not belong to byte i). There must be room for as many words as the text has bytes. A
+// length of -1 means "up to and including the NUL". FALSE: a type of information other than CT_CTYPE2, or no text. The
+// locale makes no difference.
+inline constexpr DWORD CT_CTYPE2 = 2;
+inline constexpr WORD C2_LEFTTORIGHT = 1;
+inline constexpr WORD C2_RIGHTTOLEFT = 2;
+inline constexpr WORD C2_EUROPENUMBER = 3;
+inline constexpr WORD C2_EUROPESEPARATOR = 4;
+inline constexpr WORD C2_EUROPETERMINATOR = 5;
+inline constexpr WORD C2_ARABICNUMBER = 6;
+inline constexpr WORD C2_COMMONSEPARATOR = 7;
+inline constexpr WORD C2_BLOCKSEPARATOR = 8;
+inline constexpr WORD C2_SEGMENTSEPARATOR = 9;
+inline constexpr WORD C2_WHITESPACE = 10;
+inline constexpr WORD C2_OTHERNEUTRAL = 11;
+BOOL GetStringTypeExA(LCID locale, DWORD info_type, LPCSTR text, int length, WORD* types);
