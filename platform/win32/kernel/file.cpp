@@ -70,7 +70,8 @@ struct Opened {
 
 Opened open_as(const std::string& path, int access, const DispositionRow& how)
 {
-    const int take_flags = access | (how.truncates ? O_TRUNC : 0);
+    // Not to wait for another end: the path may lead to a pipe.
+    const int take_flags = access | (how.truncates ? O_TRUNC : 0) | O_NONBLOCK;
     int result = -ENOENT;
     for (int i = 0; i < kOpenAttempts; i++) {
         if (how.makes) {
