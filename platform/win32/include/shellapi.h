@@ -41,3 +41,8 @@ struct SHELLEXECUTEINFOA {
 // executable is an error in the last error and in hInstApp. The verb is null or "open"; parameters are divided at
 // blanks, "quoted text" stays together.
 BOOL WINAPI ShellExecuteExA(SHELLEXECUTEINFOA* info);
+
+// Icons of a file: of an icon file its one icon, which has index 0. Writes at most `count` handles, which the caller
+// destroys, to each of `large` (32 pixels) and `small` (16); either may be null. Returns how many icons were written to
+// each, or, for the index -1, how many the file holds. 0: it is no icon file, or has no such icon.
+UINT WINAPI ExtractIconExA(LPCSTR path, int index, HICON* large, HICON* small, UINT count);
