@@ -69,7 +69,7 @@ TEST(CMap, AgreesWithAPlainMap)
     CMap<int, int, CString, LPCSTR> map(3);
     std::map<int, std::string> model;
     for (int turn = 0; turn < 20000; turn++) {
-        const int nKey = static_cast<int>(random() % 300);
+        const int nKey = static_cast<int>(random() % 2000);
         const std::string value = std::to_string(turn);
         switch (random() % 3) {
         case 0:

@@ -4,6 +4,7 @@
 
 #include "elements.h"
 
+#include <algorithm>
 #include <memory>
 
 inline const POSITION BEFORE_START_POSITION = reinterpret_cast<POSITION>(-1);
@@ -47,6 +48,7 @@ public:
                 continue;
             Node* const removed = *link;
             *link = removed->next;
+            remove_from_index(removed);
             nodes_.destroy(removed);
             if (--count_ == 0)
                 RemoveAll();
@@ -63,6 +65,8 @@ public:
             }
         }
         buckets_.reset();
+        index_.reset();
+        index_size_ = 0;
         count_ = 0;
         nodes_.free_blocks();
     }
@@ -98,10 +102,15 @@ public:
 private:
     struct Node {
         Node* next;
+        Node* next_in_index;
         UINT hash;
         KEY key;
         VALUE value;
     };
+
+    // Once there are many entries for the buckets they are found by an index beside them, which grows with their
+    // number. The buckets alone decide the order.
+    static constexpr UINT kIndexFrom = 256; // entries
 
     static bool is_key(const Node& node, ARG_KEY key, UINT hash)
     {
@@ -109,6 +118,12 @@ private:
     }
     Node* find(ARG_KEY key, UINT hash) const
     {
+        if (index_) {
+            Node* indexed = index_[index_slot(hash)];
+            while (indexed && !is_key(*indexed, key, hash))
+                indexed = indexed->next_in_index;
+            return indexed;
+        }
         Node* found = buckets_ ? buckets_[hash % bucket_count_] : nullptr;
         while (found && !is_key(*found, key, hash))
             found = found->next;
@@ -119,10 +134,45 @@ private:
         if (!buckets_)
             allocate_buckets();
         Node*& bucket = buckets_[hash % bucket_count_];
-        Node* const added = nodes_.make(bucket, hash, KEY(key), VALUE());
+        Node* const added = nodes_.make(bucket, nullptr, hash, KEY(key), VALUE());
         bucket = added;
         count_++;
+        if (static_cast<UINT>(count_) > std::max(index_size_, kIndexFrom))
+            make_index();
+        else if (index_)
+            add_to_index(added);
         return added;
+    }
+    // Of a size that is a power of two. Without memory for it the map does without.
+    void make_index()
+    {
+        index_size_ = std::max(index_size_, kIndexFrom) * 2;
+        index_.reset(new (std::nothrow) Node*[index_size_]());
+        for (UINT i = 0; index_ && i < bucket_count_; i++) {
+            for (Node* node = buckets_[i]; node; node = node->next)
+                add_to_index(node);
+        }
+    }
+    UINT index_slot(UINT hash) const
+    {
+        constexpr UINT kScatter = 0x9E3779B1; // hashes of like names lie close together
+        hash *= kScatter;
+        return (hash ^ hash >> 16) & (index_size_ - 1);
+    }
+    void add_to_index(Node* node)
+    {
+        Node*& first = index_[index_slot(node->hash)];
+        node->next_in_index = first;
+        first = node;
+    }
+    void remove_from_index(Node* removed)
+    {
+        if (!index_)
+            return;
+        Node** link = &index_[index_slot(removed->hash)];
+        while (*link != removed)
+            link = &(*link)->next_in_index;
+        *link = removed->next_in_index;
     }
     const Node* first_from(UINT bucket) const
     {
@@ -141,6 +191,8 @@ private:
 
     mfc::NodePool<Node> nodes_;
     std::unique_ptr<Node*[]> buckets_;
+    std::unique_ptr<Node*[]> index_; // null: few entries
+    UINT index_size_ = 0;
     UINT bucket_count_ = 17;
     int count_ = 0;
 };
