@@ -6,6 +6,7 @@
 #include <ctime>
 #include <functional>
 #include <iterator>
+#include <limits>
 #include <map>
 #include <memory>
 #include <sstream>
@@ -189,7 +190,12 @@ public:
                 times_[run.run_name.function_name] = run.GetAdjustedCPUTime();
         }
     }
-    double time(const std::string& name) const { return times_.at(name); }
+    // Not a number for what a filter left out.
+    double time(const std::string& name) const
+    {
+        const auto found = times_.find(name);
+        return found == times_.end() ? std::numeric_limits<double>::quiet_NaN() : found->second;
+    }
 
 private:
     std::map<std::string, double> times_;
