@@ -4,7 +4,8 @@
 #
 # The script is preprocessed by the C compiler (llvm-rc would want clang for it), then compiled by llvm-rc to a temporary
 # that is renamed when whole: on an error llvm-rc leaves a partial file behind. llvm-rc writes no dependency file, so the
-# data files a script names are listed by the caller.
+# data files a script names are listed by the caller. It runs where its files are and is given bare names: it takes a
+# path that begins like one of its options for that option (/check/... for /c).
 function(add_resources target script)
     cmake_parse_arguments(RES "" "" "DEPENDS;INCLUDES" ${ARGN})
     find_program(LLVM_RC NAMES llvm-rc-14 llvm-rc REQUIRED)
@@ -22,9 +23,9 @@ function(add_resources target script)
                 ${include_flags} ${script} -o ${base}.pre.rc
         DEPENDS ${script} DEPFILE ${base}.pre.rc.d VERBATIM)
     add_custom_command(OUTPUT ${base}.res
-        COMMAND ${LLVM_RC} /no-preprocess /C 65001 ${rc_flags} /FO ${base}.res.tmp ${base}.pre.rc
+        COMMAND ${LLVM_RC} /no-preprocess /C 65001 ${rc_flags} /FO ${target}.res.tmp ${target}.pre.rc
         COMMAND ${CMAKE_COMMAND} -E rename ${base}.res.tmp ${base}.res
-        DEPENDS ${base}.pre.rc ${RES_DEPENDS} VERBATIM)
+        WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR} DEPENDS ${base}.pre.rc ${RES_DEPENDS} VERBATIM)
     set(RES_FILE ${base}.res)
     configure_file(${PROJECT_SOURCE_DIR}/cmake/resources.S.in ${base}.res.S @ONLY)
     set_source_files_properties(${base}.res.S PROPERTIES OBJECT_DEPENDS ${base}.res)
