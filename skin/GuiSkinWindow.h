@@ -1,6 +1,7 @@
 // GuiSkinWindow: one window skin, read from a "windowSkin" element of a skin: its pictures, the rectangles that are cut
 // out of them (parts), the places in the window (anchors), the caption, the outline and the sizes. GuiSkin makes one an
-// element and owns it until the skin is cleared; windows borrow it. Filled once by Parse, then only read. Used by the
+// element and owns it until the skin is cleared; windows borrow it, and it draws, measures and shapes them. Filled once
+// by Parse; afterwards only its painting context and the state of the caption buttons change. Used by the
 // user-interface thread alone.
 #pragma once
 
@@ -30,6 +31,63 @@ public:
     // image. FALSE: it has none, it is no "windowSkin", or an image could not be loaded, which ends the reading there;
     // what was read until then stays. A "region" element moves out of its document and is this object's afterwards.
     BOOL Parse(OvXMLElement* pElement, const CString& strBasePath);
+
+    // ---- Painting. Window coordinates: pixels from the window's top left corner. ----
+
+    // Makes m_dcSkin, once, compatible with the context (null: with the screen), with the main image selected into it.
+    void Prepare(CDC* pDC);
+    // Draws the frame into a context of the whole window: all of it, or with bCaptionOnly the caption strip alone.
+    // nActive: 1 the inactive look, 2 the active one, 0 as the window is.
+    void Paint(CWnd* pWnd, CDC& dc, int bCaptionOnly, int nActive);
+    // Draws the inner frame, the "C" parts, into the client rectangle, whose origin is (0, 0).
+    void PaintClient(CDC* pDC, const CRect& rcClient);
+    // Covers the client area with the watermark. FALSE: there is none, and nothing is drawn.
+    BOOL OnEraseBkgnd(CWnd* pWnd, CDC* pDC);
+
+    // Named parts and anchors, by their exact name; frame parts and caption anchors are not among them. FALSE: there is
+    // none, and rcResult stays. The second form of GetAnchor resolves: a negative left counts from the reference's
+    // right edge, a negative top from its bottom, anything else from its left and top; the size stays.
+    BOOL GetPart(const char* pszName, CRect& rcResult) const;
+    BOOL GetAnchor(const char* pszName, CRect& rcResult) const;
+    BOOL GetAnchor(const char* pszName, const CRect& rcReference, CRect& rcResult) const;
+
+    // Copy a named part: to the destination's top left as much as the destination is large, or whole to the top left of
+    // a named anchor. With bExclude the destination (the anchor's own rectangle) goes from what may be drawn in.
+    // FALSE: there is no such part or anchor, and nothing is drawn.
+    BOOL PaintPart(CDC* pDC, const CRect& rcDestination, const char* pszPart, int bExclude);
+    BOOL PaintPartOnAnchor(CDC* pDC, const CRect& rcReference, const char* pszPart, const char* pszAnchor,
+                           int bExclude);
+
+    // Blends a rectangle of the main image over one of another bitmap, as opaque as the alpha image is blue there.
+    // FALSE: the bitmap or the main image cannot be read.
+    BOOL PreBlend(CBitmap* pBitmap, const CRect& rcDestination, const CRect& rcSource);
+
+    // ---- Frame. What a window passes its non-client messages to. Screen coordinates. ----
+
+    // Change a window rectangle to its client rectangle (bShrink) or back by the thickness of the frame parts;
+    // CalcClientRect by that of the inner frame. bZoomed is not asked.
+    void CalcWindowRect(RECT* pRect, int bShrink, int bZoomed);
+    void CalcClientRect(RECT* pRect, int bShrink, int bZoomed);
+    void OnNcCalcSize(CWnd* pWnd, int bCalcValidRects, NCCALCSIZE_PARAMS* pParams);
+    void OnGetMinMaxInfo(MINMAXINFO* pInfo);
+    // The hit code of a point of the screen. Without bResizable the edges do not size.
+    UINT OnNcHitTest(CWnd* pWnd, CPoint point, int bResizable);
+    void OnNcMouseMove(CWnd* pWnd, UINT nHitTest, CPoint point);
+    // TRUE: a caption button took the press, and the window does nothing more.
+    BOOL OnNcLButtonDown(CWnd* pWnd, UINT nHitTest, CPoint point);
+    // Always FALSE, also when it posted the button's command; kept on purpose.
+    BOOL OnNcLButtonUp(CWnd* pWnd, UINT nHitTest, CPoint point);
+    // TRUE: the double click closes the window.
+    BOOL OnNcLButtonDblClk(CWnd* pWnd, UINT nHitTest, CPoint point);
+    void OnNcPaint(CWnd* pWnd);
+    // Paints the state that is being entered. Always FALSE.
+    BOOL OnNcActivate(CWnd* pWnd, BOOL bActive);
+    void OnSetText(CWnd* pWnd);
+    // Gives the window its outline, and a maximised one its place.
+    void OnSize(CWnd* pWnd);
+
+    // The size of the rectangle around all shapes of the outline, as they are written; 0 by 0 without any.
+    CSize GetRegionSize() const;
 
     // Each name between two bars: "|A||B|".
     CString m_strTargets;
@@ -84,6 +142,11 @@ protected:
     BOOL ParseRect(OvXMLElement* pElement, CRect* pRect);
     // Reads RRGGBB. FALSE: it is no colour, and crColour stays as it is.
     BOOL ParseColour(const CString& strText, COLORREF& crColour);
+
+    // Resolves a caption anchor (0 to 4), which must be present, against the reference, as GetAnchor does.
+    void ResolveAnchor(const CRect& rcReference, CRect& rcResult, int nAnchor) const;
+    // Shapes the window by the "region" element, which must be there.
+    void SelectRegion(CWnd* pWnd);
 
 private:
     struct ChildReader;
