@@ -144,6 +144,7 @@ BOOL CWinThread::OnIdle(LONG lCount)
         return TRUE;
     }
     CWnd::DeleteTempMap();
+    CMenu::DeleteTempMap();
     CDC::DeleteTempMap();
     CGdiObject::DeleteTempMap();
     return FALSE;

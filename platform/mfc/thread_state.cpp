@@ -2,6 +2,7 @@
 
 #include "afxwin/device_context.h"
 #include "afxwin/gdi_object.h"
+#include "afxwin/menu.h"
 #include "afxwin/wnd.h"
 
 namespace mfc {

@@ -7,6 +7,7 @@
 
 class CDC;
 class CGdiObject;
+class CMenu;
 class CWinThread;
 class CWnd;
 
@@ -21,6 +22,7 @@ struct ThreadState {
     HandleMap<HWND, CWnd> windows;
     HandleMap<HDC, CDC> contexts;
     HandleMap<HGDIOBJ, CGdiObject> gdi_objects;
+    HandleMap<HMENU, CMenu> menus;
 };
 
 // The calling thread's, made on first use. It goes with the thread; objects that outlive it find an empty one.

@@ -115,10 +115,13 @@ BOOL CWnd::OnCommand(WPARAM wParam, LPARAM lParam)
         return FALSE;
     if (lParam != 0)
         return OnCmdMsg(id, HIWORD(wParam), nullptr, nullptr);
+    const HWND window = m_hWnd;
     EnabledProbe probe; // a command may have been disabled since it was chosen
     probe.m_nID = id;
     OnCmdMsg(id, CN_UPDATE_COMMAND_UI, &probe, nullptr);
-    return !probe.is_enabled || OnCmdMsg(id, CN_COMMAND, nullptr, nullptr);
+    if (!probe.is_enabled || FromHandlePermanent(window) != this)
+        return TRUE; // disabled, or the question was this window's end
+    return OnCmdMsg(id, CN_COMMAND, nullptr, nullptr);
 }
 
 BOOL CWnd::OnCmdMsg(UINT nID, int nCode, void* pExtra, AFX_CMDHANDLERINFO* pHandlerInfo)
@@ -155,10 +158,17 @@ void CWnd::SendMessageToDescendants(UINT message, WPARAM wParam, LPARAM lParam, 
 
 void CWnd::UpdateDialogControls(CCmdTarget* pTarget, BOOL bDisableIfNoHndler)
 {
-    for (const HWND child : children_of(m_hWnd)) {
+    const HWND window = m_hWnd;
+    for (const HWND child : children_of(window)) {
+        if (!::IsWindow(window))
+            return; // a handler destroyed it, and this object may be gone
+        if (!::IsWindow(child))
+            continue;
         CCmdUI state;
         state.m_pOther = FromHandle(child);
-        state.m_nID = static_cast<UINT>(::GetDlgCtrlID(child));
-        state.DoUpdate(pTarget, bDisableIfNoHndler);
+        state.m_nID = LOWORD(static_cast<UINT>(::GetDlgCtrlID(child)));
+        // What this window itself answers comes first; the target may be another one.
+        if (!CWnd::OnCmdMsg(state.m_nID, CN_UPDATE_COMMAND_UI, &state, nullptr))
+            state.DoUpdate(pTarget, bDisableIfNoHndler);
     }
 }

@@ -111,9 +111,9 @@ void CWnd::OnNcCalcSize(BOOL /*bCalcValidRects*/, NCCALCSIZE_PARAMS* /*lpncsp*/)
     Default();
 }
 
-LRESULT CWnd::OnNcHitTest(CPoint /*point*/)
+UINT CWnd::OnNcHitTest(CPoint /*point*/)
 {
-    return Default();
+    return static_cast<UINT>(Default());
 }
 
 BOOL CWnd::OnSetCursor(CWnd* /*pWnd*/, UINT /*nHitTest*/, UINT /*message*/)
@@ -182,6 +182,36 @@ void CWnd::OnKeyUp(UINT /*nChar*/, UINT /*nRepCnt*/, UINT /*nFlags*/)
 }
 
 void CWnd::OnChar(UINT /*nChar*/, UINT /*nRepCnt*/, UINT /*nFlags*/)
+{
+    Default();
+}
+
+void CWnd::OnMeasureItem(int /*nIDCtl*/, LPMEASUREITEMSTRUCT /*lpMeasureItemStruct*/)
+{
+    Default();
+}
+
+void CWnd::OnDrawItem(int /*nIDCtl*/, LPDRAWITEMSTRUCT /*lpDrawItemStruct*/)
+{
+    Default();
+}
+
+void CWnd::OnInitMenu(CMenu* /*pMenu*/)
+{
+    Default();
+}
+
+void CWnd::OnInitMenuPopup(CMenu* /*pPopupMenu*/, UINT /*nIndex*/, BOOL /*bSysMenu*/)
+{
+    Default();
+}
+
+void CWnd::OnContextMenu(CWnd* /*pWnd*/, CPoint /*pos*/)
+{
+    Default();
+}
+
+void CWnd::OnCancelMode()
 {
     Default();
 }

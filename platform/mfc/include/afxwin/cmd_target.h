@@ -73,12 +73,15 @@ protected:
 class CCmdUI {
 public:
     CCmdUI() = default;
-    virtual ~CCmdUI() = default;
+    CCmdUI(const CCmdUI&) = default;
+    CCmdUI& operator=(const CCmdUI&) = default;
 
+    // In the order of their slots. One that is overridden sets m_bEnableChanged in Enable, as this one does.
     virtual void Enable(BOOL bOn = TRUE);
     virtual void SetCheck(int nCheck = 1);  // 0 off, 1 on, 2 undecided; nothing for controls
     virtual void SetRadio(BOOL bOn = TRUE); // as SetCheck
     virtual void SetText(LPCSTR lpszText);
+    virtual ~CCmdUI() = default;
 
     // Asks the target for the state. When it has no answer and bDisableIfNoHndler is TRUE, the command is enabled
     // exactly if the target would handle it. TRUE: the target answered.
@@ -118,8 +121,10 @@ protected:                                                                      
     return &map;                                                                                                       \
     }
 
-// LRESULT handler(WPARAM, LPARAM).
+// LRESULT handler(WPARAM, LPARAM)
 #define ON_MESSAGE(message, memberFxn) AFX_MESSAGE_RESULT(message, (self->*(memberFxn))(wParam, lParam))
+// void handler()
+#define ON_MESSAGE_VOID(message, memberFxn) AFX_MESSAGE_VOID(message, (self->*(memberFxn))())
 
 // An entry whose handler's answer is the message's result. `self`, `wParam` and `lParam` are at hand for the call.
 #define AFX_MESSAGE_RESULT(message, call)                                                                              \

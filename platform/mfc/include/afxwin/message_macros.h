@@ -6,6 +6,7 @@
 
 #define AFX_POINT CPoint(lParam)
 #define AFX_WINDOW(handle) CWnd::FromHandle(reinterpret_cast<HWND>(handle))
+#define AFX_MENU(handle) CMenu::FromHandle(reinterpret_cast<HMENU>(handle))
 
 #define ON_WM_CREATE() AFX_MESSAGE_RESULT(WM_CREATE, self->OnCreate(reinterpret_cast<LPCREATESTRUCTA>(lParam)))
 #define ON_WM_NCCREATE() AFX_MESSAGE_RESULT(WM_NCCREATE, self->OnNcCreate(reinterpret_cast<LPCREATESTRUCTA>(lParam)))
@@ -45,6 +46,17 @@
 #define ON_WM_NCHITTEST() AFX_MESSAGE_RESULT(WM_NCHITTEST, static_cast<int>(self->OnNcHitTest(AFX_POINT)))
 #define ON_WM_SETCURSOR()                                                                                              \
     AFX_MESSAGE_RESULT(WM_SETCURSOR, self->OnSetCursor(AFX_WINDOW(wParam), LOWORD(lParam), HIWORD(lParam)))
+
+#define ON_WM_MEASUREITEM()                                                                                            \
+    AFX_MESSAGE_VOID(WM_MEASUREITEM,                                                                                   \
+                     self->OnMeasureItem(static_cast<int>(wParam), reinterpret_cast<MEASUREITEMSTRUCT*>(lParam)))
+#define ON_WM_DRAWITEM()                                                                                               \
+    AFX_MESSAGE_VOID(WM_DRAWITEM, self->OnDrawItem(static_cast<int>(wParam), reinterpret_cast<DRAWITEMSTRUCT*>(lParam)))
+#define ON_WM_INITMENU() AFX_MESSAGE_VOID(WM_INITMENU, self->OnInitMenu(AFX_MENU(wParam)))
+#define ON_WM_INITMENUPOPUP()                                                                                          \
+    AFX_MESSAGE_VOID(WM_INITMENUPOPUP, self->OnInitMenuPopup(AFX_MENU(wParam), LOWORD(lParam), HIWORD(lParam)))
+#define ON_WM_CONTEXTMENU() AFX_MESSAGE_VOID(WM_CONTEXTMENU, self->OnContextMenu(AFX_WINDOW(wParam), AFX_POINT))
+#define ON_WM_CANCELMODE() AFX_MESSAGE_VOID(WM_CANCELMODE, self->OnCancelMode())
 
 #define AFX_NC_MOUSE(message, member) AFX_MESSAGE_VOID(message, self->member(static_cast<UINT>(wParam), AFX_POINT))
 #define ON_WM_NCMOUSEMOVE() AFX_NC_MOUSE(WM_NCMOUSEMOVE, OnNcMouseMove)

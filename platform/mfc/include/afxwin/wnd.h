@@ -10,9 +10,12 @@
 #include "cmd_target.h"
 #include "device_context.h"
 #include "geometry.h"
+#include "menu.h"
 #include "message_macros.h"
 
 #include <windows.h>
+
+struct TOOLINFOA;
 
 // m_nFlags of a window. A frame whose flag WF_STAYACTIVE is set is drawn active whatever is active.
 inline constexpr UINT WF_TEMPHIDE = 0x0004;
@@ -160,6 +163,9 @@ class CWnd : public CCmdTarget {
 
     BOOL OnCmdMsg(UINT nID, int nCode, void* pExtra, AFX_CMDHANDLERINFO* pHandlerInfo) override;
 
+    // Which tool lies at a point of the client area: its number, -1 for none.
+    virtual int OnToolHitTest(CPoint point, TOOLINFOA* pTI) const;
+
     HWND m_hWnd = nullptr; // owned
     UINT m_nFlags = 0;     // WF_
 
@@ -201,7 +207,7 @@ protected:
     afx_msg void OnNcPaint();
     afx_msg BOOL OnNcActivate(BOOL bActive);
     afx_msg void OnNcCalcSize(BOOL bCalcValidRects, NCCALCSIZE_PARAMS* lpncsp);
-    afx_msg LRESULT OnNcHitTest(CPoint point);
+    afx_msg UINT OnNcHitTest(CPoint point); // HTERROR and HTTRANSPARENT come as the unsigned of their bits
     afx_msg BOOL OnSetCursor(CWnd* pWnd, UINT nHitTest, UINT message);
     afx_msg void OnNcMouseMove(UINT nHitTest, CPoint point);
     afx_msg void OnNcLButtonDown(UINT nHitTest, CPoint point);
@@ -216,6 +222,12 @@ protected:
     afx_msg void OnKeyDown(UINT nChar, UINT nRepCnt, UINT nFlags);
     afx_msg void OnKeyUp(UINT nChar, UINT nRepCnt, UINT nFlags);
     afx_msg void OnChar(UINT nChar, UINT nRepCnt, UINT nFlags);
+    afx_msg void OnMeasureItem(int nIDCtl, LPMEASUREITEMSTRUCT lpMeasureItemStruct);
+    afx_msg void OnDrawItem(int nIDCtl, LPDRAWITEMSTRUCT lpDrawItemStruct);
+    afx_msg void OnInitMenu(CMenu* pMenu);
+    afx_msg void OnInitMenuPopup(CMenu* pPopupMenu, UINT nIndex, BOOL bSysMenu);
+    afx_msg void OnContextMenu(CWnd* pWnd, CPoint pos); // on the screen; (-1,-1): by the keyboard
+    afx_msg void OnCancelMode();
     afx_msg void OnTimer(UINT_PTR nIDEvent);
     afx_msg void OnSysCommand(UINT nID, LPARAM lParam);
 
