@@ -136,6 +136,7 @@ private:
     void move_focus(SurfaceId id);
     SurfaceId hit(POINT position) const;
     SurfaceId pointer_target() const;
+    SurfaceId key_target() const;
     void follow_pointer();
     unsigned modifiers() const;
 

@@ -118,14 +118,14 @@ void MemoryScreen::press_key(unsigned key, const std::string& text)
 {
     const std::lock_guard lock(mutex_);
     keys_.insert(key);
-    push({ .kind = EventKind::key_down, .surface = focused_, .key = key, .text = text });
+    push({ .kind = EventKind::key_down, .surface = key_target(), .key = key, .text = text });
 }
 
 void MemoryScreen::release_key(unsigned key)
 {
     const std::lock_guard lock(mutex_);
     keys_.erase(key);
-    push({ .kind = EventKind::key_up, .surface = focused_, .key = key });
+    push({ .kind = EventKind::key_up, .surface = key_target(), .key = key });
 }
 
 void MemoryScreen::request_close(SurfaceId surface)
@@ -219,6 +219,13 @@ SurfaceId MemoryScreen::pointer_target() const
     if (captured_ != 0)
         return captured_;
     return buttons_ != 0 ? pressed_ : hit(position_);
+}
+
+// A menu that holds the pointer has the keys, too.
+SurfaceId MemoryScreen::key_target() const
+{
+    const Surface* holder = find(captured_);
+    return holder && holder->look.traits.kind == SurfaceKind::menu ? captured_ : focused_;
 }
 
 // Tells the surfaces when the pointer is over another one than before, whichever of them moved.

@@ -26,17 +26,19 @@ struct PixelView {
 
 using SurfaceId = std::uint32_t; // 0: none
 
+// The last two are ours alone: no window manager moves, frames or lists them, they never take the focus, and they lie
+// above all others. The pointer goes through a tip.
 enum class SurfaceKind { window, tool_window, menu, tool_tip };
 enum class SurfaceState { normal, minimised, maximised };
 
-// What a surface is to the desktop; all of it can change later through set_traits.
+// What a surface is to the desktop; all of it can change later through set_traits, its kind while it is hidden.
 struct SurfaceTraits {
     SurfaceKind kind = SurfaceKind::window;
     bool topmost = false;
     bool resizable = false;
     SurfaceId owner = 0;
     std::string title;      // UTF-8
-    std::string class_name; // UTF-8
+    std::string class_name; // UTF-8: what the desktop groups windows by
     SIZE min_size{ 0, 0 };  // 0: no bound
     SIZE max_size{ 0, 0 };
 };
@@ -119,7 +121,7 @@ public:
 
     virtual void set_cursor(SurfaceId surface, CursorShape shape) = 0;
     // Sends all pointer events to `surface` until released, wherever the pointer is. Without it the surface that took a
-    // press has them until the last button is up.
+    // press has them until the last button is up. To a menu go all keys as well.
     virtual bool capture(SurfaceId surface) = 0;
     virtual void release_capture() = 0;
     virtual Pointer pointer() = 0;

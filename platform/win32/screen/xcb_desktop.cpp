@@ -91,6 +91,8 @@ void XcbScreen::write_hints(SurfaceId id, const Surface& surface)
     x.set_text(id, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, name + '\0' + name + '\0'); // the instance and its class
     if (traits.owner != 0)
         x.set_numbers(id, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, std::span(&traits.owner, 1));
+    else
+        xcb_delete_property(server(), id, XCB_ATOM_WM_TRANSIENT_FOR);
 
     const xcb_atom_t normal = x.atom(Atom::net_wm_window_type_normal);
     const xcb_atom_t types[][2] = {
@@ -193,7 +195,7 @@ void XcbScreen::set_icon(SurfaceId surface, PixelView argb)
 // Not before the server has mapped the window: it refuses the focus for one that is not seen.
 void XcbScreen::take_focus(SurfaceId id)
 {
-    if (!is_managed(find(id)->traits))
+    if (!is_managed(find(id)->traits.kind))
         return;
     const XcbConnection& x = *connection_;
     if (has_window_manager()) {

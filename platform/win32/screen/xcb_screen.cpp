@@ -76,15 +76,14 @@ SurfaceId XcbScreen::create(const RECT& bounds, const SurfaceTraits& traits)
     const int height = height_of(surface.bounds);
     if (connection_->lost() || surface.frame.resize(width, height) == FrameBuffer::Resized::refused)
         return 0;
-    const SurfaceId id = create_window(surface.bounds, is_managed(traits));
+    const SurfaceId id = create_window(surface.bounds);
+    write_kind(id, traits.kind);
     write_hints(id, surface);
-    if (traits.kind == SurfaceKind::tool_tip && connection_->has_shape()) // the pointer goes through it
-        xcb_shape_rectangles(server(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, 0, id, 0, 0, 0, nullptr);
     surfaces_.emplace(id, std::move(surface));
     return id;
 }
 
-xcb_window_t XcbScreen::create_window(const RECT& bounds, bool managed)
+xcb_window_t XcbScreen::create_window(const RECT& bounds)
 {
     const xcb_window_t window = xcb_generate_id(server());
     const Visual& visual = connection_->visual();
@@ -92,11 +91,9 @@ xcb_window_t XcbScreen::create_window(const RECT& bounds, bool managed)
     values.background_pixmap = XCB_BACK_PIXMAP_NONE; // else the server would flash its own colour before our picture
     values.border_pixel = 0;
     values.bit_gravity = XCB_GRAVITY_NORTH_WEST;
-    values.override_redirect = managed ? 0 : 1;
     values.event_mask = kWindowEvents;
     values.colormap = visual.colormap;
-    std::uint32_t mask =
-        XCB_CW_BACK_PIXMAP | XCB_CW_BORDER_PIXEL | XCB_CW_BIT_GRAVITY | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK;
+    std::uint32_t mask = XCB_CW_BACK_PIXMAP | XCB_CW_BORDER_PIXEL | XCB_CW_BIT_GRAVITY | XCB_CW_EVENT_MASK;
     if (visual.colormap != 0)
         mask |= XCB_CW_COLORMAP;
     xcb_create_window_aux(server(), visual.depth, window, connection_->root(), static_cast<std::int16_t>(bounds.left),
@@ -105,6 +102,20 @@ xcb_window_t XcbScreen::create_window(const RECT& bounds, bool managed)
                           static_cast<std::uint16_t>(window_extent(height_of(bounds))), 0,
                           XCB_WINDOW_CLASS_INPUT_OUTPUT, visual.id, mask, &values);
     return window;
+}
+
+// Whether the window manager has a say, which counts from the next mapping on, and whether the pointer sees the
+// surface.
+void XcbScreen::write_kind(SurfaceId id, SurfaceKind kind)
+{
+    const std::uint32_t unmanaged = is_managed(kind) ? 0 : 1;
+    xcb_change_window_attributes(server(), id, XCB_CW_OVERRIDE_REDIRECT, &unmanaged);
+    if (!connection_->has_shape())
+        return;
+    if (kind == SurfaceKind::tool_tip)
+        xcb_shape_rectangles(server(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, 0, id, 0, 0, 0, nullptr);
+    else
+        xcb_shape_mask(server(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, id, 0, 0, XCB_PIXMAP_NONE);
 }
 
 void XcbScreen::destroy(SurfaceId surface)
@@ -129,9 +140,11 @@ void XcbScreen::set_traits(SurfaceId surface, const SurfaceTraits& traits)
     Surface* s = find(surface);
     if (!s)
         return;
-    const bool was_topmost = std::exchange(s->traits, traits).topmost;
+    const SurfaceTraits before = std::exchange(s->traits, traits);
+    if (before.kind != traits.kind)
+        write_kind(surface, traits.kind);
     write_hints(surface, *s);
-    if (!s->mapped || was_topmost == traits.topmost)
+    if (!s->mapped || before.topmost == traits.topmost)
         return;
     if (has_window_manager())
         ask_state(surface, traits.topmost, Atom::net_wm_state_above, Atom::net_wm_state_above);
@@ -154,7 +167,7 @@ void XcbScreen::show(SurfaceId surface, bool visible, bool activate)
     if (was_mapped && s->mapped && activate)
         take_focus(surface);
     if (!visible && captured_ == surface)
-        captured_ = 0; // the server ends the grab of a window that is not seen
+        captured_ = 0; // the server ends the grabs of a window that is not seen
 }
 
 void XcbScreen::update_mapping(SurfaceId id, Surface& surface)
@@ -170,7 +183,7 @@ void XcbScreen::update_mapping(SurfaceId id, Surface& surface)
         return;
     }
     xcb_unmap_window(server(), id);
-    if (!is_managed(surface.traits))
+    if (!is_managed(surface.traits.kind))
         return;
     // To a window manager that holds the window as an icon, unmapping says nothing: it must be told.
     xcb_unmap_notify_event_t withdrawn{};
@@ -242,7 +255,7 @@ void XcbScreen::stack(SurfaceId id, std::uint32_t mode)
 void XcbScreen::raise_upper_layers(SurfaceId than)
 {
     const auto layer_of = [](const Surface& surface) {
-        return !is_managed(surface.traits) ? 2 : surface.traits.topmost ? 1 : 0;
+        return !is_managed(surface.traits.kind) ? 2 : surface.traits.topmost ? 1 : 0;
     };
     const int own_layer = layer_of(surfaces_.at(than));
     constexpr std::uint32_t kAbove = XCB_STACK_MODE_ABOVE;
@@ -320,6 +333,8 @@ bool XcbScreen::capture(SurfaceId surface)
         const auto reply = take_reply(xcb_grab_pointer_reply, server(), cookie);
         if (reply && reply->status == XCB_GRAB_STATUS_SUCCESS) {
             captured_ = surface;
+            if (s->traits.kind == SurfaceKind::menu) // it has no focus, and no other program's shortcut may disturb it
+                grab_keyboard(surface);
             return true;
         }
     }
@@ -331,6 +346,22 @@ void XcbScreen::release_capture()
     const Turn turn(*this);
     if (std::exchange(captured_, 0) != 0)
         xcb_ungrab_pointer(server(), XCB_CURRENT_TIME);
+    ungrab_keyboard();
+}
+
+// Without waiting for the answer: refused, the keys go where the focus is, which is a window of ours most likely.
+void XcbScreen::grab_keyboard(SurfaceId id)
+{
+    xcb_discard_reply(
+        server(),
+        xcb_grab_keyboard(server(), 0, id, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC).sequence);
+    keyboard_grabbed_ = true;
+}
+
+void XcbScreen::ungrab_keyboard()
+{
+    if (std::exchange(keyboard_grabbed_, false))
+        xcb_ungrab_keyboard(server(), XCB_CURRENT_TIME);
 }
 
 Pointer XcbScreen::pointer()
@@ -356,9 +387,9 @@ Pointer XcbScreen::ask_pointer()
 }
 
 // Whether the surface is the window manager's business; menus and tool tips are ours alone.
-bool XcbScreen::is_managed(const SurfaceTraits& traits)
+bool XcbScreen::is_managed(SurfaceKind kind)
 {
-    return traits.kind == SurfaceKind::window || traits.kind == SurfaceKind::tool_window;
+    return kind == SurfaceKind::window || kind == SurfaceKind::tool_window;
 }
 
 XcbScreen::Surface* XcbScreen::find(SurfaceId id)

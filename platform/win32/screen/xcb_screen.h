@@ -85,19 +85,22 @@ private:
     };
 
     explicit XcbScreen(std::unique_ptr<XcbConnection> connection);
-    static bool is_managed(const SurfaceTraits& traits);
+    static bool is_managed(SurfaceKind kind);
     bool watch_connection();
     Surface* find(SurfaceId id);
     Pointer ask_pointer();
     xcb_connection_t* server() const { return connection_->get(); }
 
     // xcb_screen.cpp: surfaces
-    xcb_window_t create_window(const RECT& bounds, bool managed);
+    xcb_window_t create_window(const RECT& bounds);
+    void write_kind(SurfaceId id, SurfaceKind kind);
     void update_mapping(SurfaceId id, Surface& surface);
     void stack(SurfaceId id, std::uint32_t mode);
     void raise_upper_layers(SurfaceId than);
     void put_at(SurfaceId id, Surface& surface, const RECT& bounds);
     void forget_placings(SurfaceId id);
+    void grab_keyboard(SurfaceId id);
+    void ungrab_keyboard();
 
     // xcb_present.cpp: pixels
     void resize_frame(Surface& surface);
@@ -162,6 +165,7 @@ private:
     bool reported_loss_ = false;
     SurfaceId focused_ = 0;
     SurfaceId captured_ = 0;
+    bool keyboard_grabbed_ = false;
     SurfaceId hovered_ = 0;
     bool left_while_held_ = false; // the pointer went out of the surface that holds it
     xcb_timestamp_t last_time_ = XCB_CURRENT_TIME;

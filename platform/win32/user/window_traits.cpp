@@ -4,6 +4,8 @@
 #include "winnls.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <string_view>
 
 namespace win32 {
 
@@ -23,15 +25,33 @@ std::string to_utf8(const std::string& text)
     return utf8;
 }
 
+// A popup that never becomes active is no window manager's business: a menu, or a tip when the pointer goes through it.
+SurfaceKind kind_of(const Window& window)
+{
+    if ((window.style & WS_POPUP) && (window.ex_style & WS_EX_NOACTIVATE))
+        return window.ex_style & WS_EX_TRANSPARENT ? SurfaceKind::tool_tip : SurfaceKind::menu;
+    return window.ex_style & WS_EX_TOOLWINDOW ? SurfaceKind::tool_window : SurfaceKind::window;
+}
+
+// By which a desktop groups windows and finds the program's entry: its file's name, whatever its window classes are.
+std::string program_name()
+{
+    constexpr std::string_view kExecutable = ".exe";
+    std::string name = program_invocation_short_name;
+    if (name.size() > kExecutable.size() && std::string_view(name).ends_with(kExecutable))
+        name.resize(name.size() - kExecutable.size());
+    return name;
+}
+
 SurfaceTraits traits_now(const Window& window)
 {
     SurfaceTraits traits;
-    traits.kind = window.ex_style & WS_EX_TOOLWINDOW ? SurfaceKind::tool_window : SurfaceKind::window;
+    traits.kind = kind_of(window);
     traits.topmost = (window.ex_style & WS_EX_TOPMOST) != 0;
     traits.resizable = (window.style & WS_THICKFRAME) != 0;
     traits.owner = window.owner && window.owner->surface ? window.owner->surface->id() : 0;
     traits.title = to_utf8(window.text);
-    traits.class_name = to_utf8(window.window_class->name);
+    traits.class_name = program_name();
     return traits;
 }
 
