@@ -13,14 +13,14 @@ build=(
     libsqlite3-dev                              # the registry
     libmspack-dev                               # reads the cabinet
     libgcab-dev libarchive-dev                  # makes the cabinet, and reads it once more to prove it
-    librsvg2-dev fonts-wqy-zenhei               # the pages are drawn from SVG, with Chinese text
+    librsvg2-dev                                # the pages are drawn from SVG
 )
 test=(
     libgtest-dev
     libxcb-xtest0-dev libxcb-damage0-dev        # real input and watching the screen
     xvfb xdotool openbox x11-utils imagemagick  # a screen without a monitor, clicks, pictures of it
     sqlite3 desktop-file-utils strace cabextract procps
-    fonts-dejavu-core
+    fonts-dejavu-core fonts-wqy-zenhei          # what the pictures of text in tests are made with
 )
 bench=(
     libbenchmark-dev libfltk1.3-dev libsdl2-dev libgtk-3-dev qtbase5-dev

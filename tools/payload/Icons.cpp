@@ -91,7 +91,7 @@ void MakeContactPictures(const Record& record, Output* pOutput)
     for (const std::string& strLine : record.lines) {
         const std::vector<std::string> fields = SplitFields(strLine);
         AddPicture("Contacts/" + fields.front() + ".png",
-                   Svg(96, "font-family=\"WenQuanYi Zen Hei\"",
+                   Svg(96, "font-family=\"Varnhal Sans\"",
                        std::string("<rect width=\"96\" height=\"96\" rx=\"16\" fill=\"") +
                            kGrounds[nGround++ % std::size(kGrounds)] +
                            "\"/><text x=\"48\" y=\"66\" font-size=\"52\" text-anchor=\"middle\" fill=\"#ffffff\">" +
