@@ -139,7 +139,7 @@ protected:
     // Reads "rect" (x,y,width,height in pixels), else "point" (x,y), of a skin element. FALSE: it has neither, *pRect
     // is untouched. A number the text does not reach keeps what *pRect came with: short entries lean on the one before
     // them. Right and bottom are sums, which wrap; those of a point are 0.
-    BOOL ParseRect(OvXMLElement* pElement, CRect* pRect);
+    BOOL ParseRect(OvXMLElement* pElement, CRect* pRect) const;
     // Reads RRGGBB. FALSE: it is no colour, and crColour stays as it is.
     BOOL ParseColour(const CString& strText, COLORREF& crColour);
 
@@ -174,8 +174,21 @@ private:
     static void Store(RectMap& map, const CString& strName, const CRect& rc);
     static void DeleteRects(RectMap& map);
 
-    CString m_strBasePath; // of the Parse that is running
-    CRect m_rcScratch;     // one for all parts and anchors of a Parse, so that short entries lean on the one before
+    // Painting, a chapter each.
+    void CreateSkinContext(CDC* pDC);
+    void PrepareOnce(CDC* pDC);
+    void TakeCaption(const CWnd& wnd, CString& strCaption) const;
+    int ButtonPart(int nButton) const;
+    void PaintCaptionButtons(CDC& dcStrip, const CRect& rcWindow);
+    void PaintMirrorStrips(CDC& dcStrip, int nCornerPart);
+    void PaintCaptionIcon(CDC& dcStrip, const CRect& rcWindow, HICON hIcon) const;
+    void PaintCaptionText(CDC& dcStrip, const CString& strText, int cxWindow, COLORREF crText) const;
+
+    CRect ShapeRect(OvXMLElement* pShape, const CSize& sizeWindow) const;
+
+    CString m_strPaintedCaption; // the last one
+    CString m_strBasePath;       // of the Parse that is running
+    CRect m_rcScratch; // one for all parts and anchors of a Parse, so that short entries lean on the one before
 };
 
 } // namespace PelkGUI

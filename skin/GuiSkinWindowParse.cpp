@@ -281,7 +281,7 @@ BOOL GuiSkinWindow::ParseMinimumSize(OvXMLElement* pElement)
     return TRUE;
 }
 
-BOOL GuiSkinWindow::ParseRect(OvXMLElement* pElement, CRect* pRect)
+BOOL GuiSkinWindow::ParseRect(OvXMLElement* pElement, CRect* pRect) const
 {
     LONG* const pNumbers[] = { &pRect->left, &pRect->top, &pRect->right, &pRect->bottom };
     if (const CString strRect = Value(pElement, "rect"); !strRect.IsEmpty()) {

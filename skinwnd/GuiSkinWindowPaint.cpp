@@ -1,0 +1,136 @@
+// Painting a window's frame, its inner frame and its background.
+#include "skin/GuiSkinWindow.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "look/GuiInterface.h"
+#include "look/GuiManager.h"
+#include "skinwnd/FramePainter.h"
+#include "skinwnd/Tiles.h"
+
+namespace PelkGUI {
+
+void GuiSkinWindow::Prepare(CDC* pDC)
+{
+    CreateSkinContext(pDC);
+    if (!m_hOldBitmap)
+        m_hOldBitmap = static_cast<HBITMAP>(::SelectObject(m_dcSkin.GetSafeHdc(), m_bmpImage.GetSafeHandle()));
+    const GuiManager& manager = GetGuiManager();
+    if (manager.m_bRightToLeft && manager.m_pfnSetLayout)
+        manager.m_pfnSetLayout(m_dcSkin.GetSafeHdc(), LAYOUT_BITMAPORIENTATIONPRESERVED);
+}
+
+void GuiSkinWindow::CreateSkinContext(CDC* pDC)
+{
+    if (!m_dcSkin.GetSafeHdc())
+        m_dcSkin.Attach(::CreateCompatibleDC(pDC ? pDC->GetSafeHdc() : nullptr));
+}
+
+namespace {
+
+// Paint's nActive; 0 asks the system.
+constexpr int kInactive = 1;
+constexpr int kActive = 2;
+
+bool IsActiveWindow(const CWnd& wnd)
+{
+    return wnd.GetSafeHwnd() && wnd.GetSafeHwnd() == ::GetForegroundWindow();
+}
+
+HICON IconOf(const CWnd& wnd)
+{
+    const HICON hSmall = wnd.GetIcon(FALSE);
+    return hSmall ? hSmall : wnd.GetIcon(TRUE);
+}
+
+} // namespace
+
+void GuiSkinWindow::Paint(CWnd* pWnd, CDC& dc, int bCaptionOnly, int nActive)
+{
+    Prepare(&dc);
+    CRect rcWindow;
+    pWnd->GetWindowRect(&rcWindow);
+    rcWindow = CRect(CPoint(), rcWindow.Size());
+    if (nActive == 0)
+        nActive = IsActiveWindow(*pWnd) ? kActive : kInactive;
+
+    // Asking the window may draw elsewhere, so the shared buffer comes afterwards. The text's memory is kept from one
+    // painting to the next; meanwhile it is ours alone, should this window be painted while it answers.
+    CString strCaption = std::move(m_strPaintedCaption);
+    TakeCaption(*pWnd, strCaption);
+    const HICON hIcon = m_pAnchorPresent[CaptionAnchor::Icon] ? IconOf(*pWnd) : nullptr;
+
+    using namespace FramePart;
+    const int nCaptionHeight = GreatestHeight(*this, { TopLeft, Top, TopRight });
+    CSize sizeStrip(rcWindow.Width(), std::min(nCaptionHeight, rcWindow.Height())); // what is below does not show
+    CDC& dcStrip = *GetGuiInterface().GetBuffer(dc, sizeStrip);
+    PaintCaptionButtons(dcStrip, rcWindow);
+
+    const auto inLook = [&](int nPart, int nInactivePart) {
+        return nActive == kInactive && FindPart(*this, nInactivePart) ? nInactivePart : nPart;
+    };
+    FramePainter painter(*this, FramePainter::Frame::Outer, dcStrip, dc, rcWindow);
+    const int nTopLeft = inLook(TopLeft, TopLeftIA);
+    painter.DrawTopLeft(nTopLeft);
+    PaintMirrorStrips(dcStrip, nTopLeft);
+    painter.DrawTopRight(inLook(TopRight, TopRightIA));
+    if (!bCaptionOnly) {
+        painter.DrawOtherCorners();
+        painter.DrawLeftEdge();
+    }
+    const int nTop = inLook(Top, TopIA);
+    painter.DrawTopEdge(nTop, nTop == TopIA ? TopIAMiddle : TopMiddle);
+    if (!bCaptionOnly) {
+        painter.DrawRightEdge();
+        painter.DrawBottomEdge();
+    }
+
+    if (hIcon)
+        PaintCaptionIcon(dcStrip, rcWindow, hIcon);
+    if (m_bCaption && !strCaption.IsEmpty())
+        PaintCaptionText(dcStrip, strCaption, rcWindow.Width(), nActive == kActive ? m_crColour : m_crInactiveColour);
+    dc.BitBlt(0, 0, sizeStrip.cx, sizeStrip.cy, &dcStrip, 0, 0, SRCCOPY);
+    dcStrip.SelectClipRgn(nullptr);
+    dc.SetTextColor(0);
+    m_strPaintedCaption = std::move(strCaption);
+}
+
+void GuiSkinWindow::PaintClient(CDC* pDC, const CRect& rcClient)
+{
+    PrepareOnce(pDC);
+    FramePainter painter(*this, FramePainter::Frame::Inner, *pDC, *pDC, rcClient);
+    painter.DrawTopLeft(FramePart::TopLeft);
+    painter.DrawTopRight(FramePart::TopRight);
+    painter.DrawOtherCorners();
+    painter.DrawLeftEdge();
+    painter.DrawTopEdge(FramePart::Top, FramePart::TopMiddle);
+    painter.DrawRightEdge();
+    painter.DrawBottomEdge();
+}
+
+BOOL GuiSkinWindow::OnEraseBkgnd(CWnd* pWnd, CDC* pDC)
+{
+    BITMAP info{};
+    if (!m_bmpWatermark.GetSafeHandle() || !m_bmpWatermark.GetBitmap(&info))
+        return FALSE;
+    CreateSkinContext(pDC);
+    const HGDIOBJ hOld = ::SelectObject(m_dcSkin.GetSafeHdc(), m_bmpWatermark.GetSafeHandle());
+    if (!hOld)
+        return FALSE;
+    CRect rcClient;
+    pWnd->GetClientRect(&rcClient);
+    CRect rcClip;
+    pDC->GetClipBox(&rcClip);
+    const Tiles across(rcClient.left, rcClient.right, info.bmWidth, rcClip.left, rcClip.right);
+    const Tiles down(rcClient.top, rcClient.bottom, info.bmHeight, rcClip.top, rcClip.bottom);
+    for (std::int64_t y = down.First(); y < down.End(); y += down.Extent()) {
+        for (std::int64_t x = across.First(); x < across.End(); x += across.Extent())
+            pDC->BitBlt(static_cast<int>(x), static_cast<int>(y), info.bmWidth, info.bmHeight, &m_dcSkin, 0, 0,
+                        SRCCOPY);
+    }
+    ::SelectObject(m_dcSkin.GetSafeHdc(), hOld);
+    return TRUE;
+}
+
+} // namespace PelkGUI
