@@ -1,6 +1,7 @@
 #include "skin/GuiSkinWindow.h"
 
 #include "skin/SkinFormat.h"
+#include "skin/WindowSkinPtr.h"
 
 namespace PelkGUI {
 
@@ -15,6 +16,7 @@ GuiSkinWindow::GuiSkinWindow()
 
 GuiSkinWindow::~GuiSkinWindow()
 {
+    WindowSkinPtr::Forget(this);
     if (m_dcSkin.GetSafeHdc()) {
         if (m_hOldBitmap)
             ::SelectObject(m_dcSkin.GetSafeHdc(), m_hOldBitmap);

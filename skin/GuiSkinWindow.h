@@ -1,8 +1,8 @@
 // GuiSkinWindow: one window skin, read from a "windowSkin" element of a skin: its pictures, the rectangles that are cut
 // out of them (parts), the places in the window (anchors), the caption, the outline and the sizes. GuiSkin makes one an
-// element and owns it until the skin is cleared; windows borrow it, and it draws, measures and shapes them. Filled once
-// by Parse; afterwards only its painting context and the state of the caption buttons change. Used by the
-// user-interface thread alone.
+// element and owns it until the skin is cleared; windows borrow it (WindowSkinPtr), and it draws, measures and shapes
+// them. Filled once by Parse; afterwards only its painting context and the state of the caption buttons change. Used by
+// the user-interface thread alone.
 #pragma once
 
 #include <afxtempl.h>
