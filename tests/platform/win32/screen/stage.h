@@ -49,6 +49,11 @@ public:
             << static_cast<int>(kind);
         return found;
     }
+    // Whether one of the kind came and was not waited for. Pointer and focus come as the server finds.
+    bool has(win32::EventKind kind) const
+    {
+        return std::any_of(events.begin(), events.end(), [&](const win32::ScreenEvent& e) { return e.kind == kind; });
+    }
     win32::ScreenEvent wait_for_move(int x, int y)
     {
         win32::ScreenEvent move = wait_for(win32::EventKind::pointer_move);

@@ -43,7 +43,7 @@ TEST(XcbScreen, TellsOnlyOfPlacingsThatOthersDid)
     stage.expect_pixel(239, 189, kRed);
     stage.person().move_window(surface, 10, 20);
     EXPECT_EQ(stage.wait_for(EventKind::placed).bounds, moved(kBounds, 10 - kBounds.left, 20 - kBounds.top));
-    EXPECT_EQ(stage.events.size(), 0U);
+    EXPECT_FALSE(stage.has(EventKind::placed));
 }
 
 TEST(XcbScreen, AsksToCloseAWindowThatOthersDestroyed)
@@ -90,7 +90,7 @@ TEST_F(WithWindowManager, ShowsTheSurfaceBareWhereItWasAsked)
     stage.person().move_window(surface, 50, 60); // the window manager does it, and says where in the screen
     EXPECT_EQ(stage.wait_for(EventKind::placed).bounds, moved(kBounds, 50 - 200, 60 - 150));
     expect_bare_at(50, 60);
-    EXPECT_TRUE(stage.events.empty());
+    EXPECT_FALSE(stage.has(EventKind::placed));
 }
 
 TEST_F(WithWindowManager, MinimisesMaximisesAndRestores)
