@@ -1,11 +1,13 @@
 #include "afxwin/thread.h"
 
 #include "afxwin/app.h"
-#include "afxwin/wnd.h"
+#include "afxwin/frame.h"
 #include "thread_state.h"
 #include "wnd_proc.h"
 
+#include <algorithm>
 #include <memory>
+#include <vector>
 
 IMPLEMENT_DYNCREATE(CWinThread, CCmdTarget)
 
@@ -133,13 +135,36 @@ BOOL CWinThread::PreTranslateMessage(MSG* pMsg)
     return m_pMainWnd && m_pMainWnd->PreTranslateMessage(pMsg);
 }
 
+namespace {
+
+// The main window and, behind it, the other frames that the thread shows.
+std::vector<HWND> frames_shown(const CWnd* main)
+{
+    std::vector<HWND> frames;
+    if (main && main->m_hWnd && main->IsWindowVisible())
+        frames.push_back(main->m_hWnd);
+    const auto add_frame = [](HWND window, LPARAM list) -> BOOL {
+        const CWnd* const object = CWnd::FromHandlePermanent(window);
+        if (object && object->IsKindOf(RUNTIME_CLASS(CFrameWnd)) && object->IsWindowVisible())
+            reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+        return TRUE;
+    };
+    const bool has_main = !frames.empty();
+    ::EnumThreadWindows(::GetCurrentThreadId(), add_frame, reinterpret_cast<LPARAM>(&frames));
+    if (has_main)
+        frames.erase(std::remove(frames.begin() + 1, frames.end(), frames.front()), frames.end());
+    return frames;
+}
+
+} // namespace
+
 BOOL CWinThread::OnIdle(LONG lCount)
 {
     if (lCount <= 0) {
-        if (m_pMainWnd && m_pMainWnd->m_hWnd && m_pMainWnd->IsWindowVisible()) {
-            m_pMainWnd->SendMessage(WM_IDLEUPDATECMDUI, TRUE);
-            if (m_pMainWnd) // the message may have closed it
-                m_pMainWnd->SendMessageToDescendants(WM_IDLEUPDATECMDUI, TRUE, 0, TRUE, TRUE);
+        for (const HWND window : frames_shown(m_pMainWnd)) {
+            ::SendMessageA(window, WM_IDLEUPDATECMDUI, TRUE, 0);
+            if (CWnd* const object = CWnd::FromHandlePermanent(window)) // the message may have closed it
+                object->SendMessageToDescendants(WM_IDLEUPDATECMDUI, TRUE, 0, TRUE, TRUE);
         }
         return TRUE;
     }

@@ -216,6 +216,11 @@ void CWnd::OnCancelMode()
     Default();
 }
 
+void CWnd::OnMDIActivate(BOOL /*bActivate*/, CWnd* /*pActivateWnd*/, CWnd* /*pDeactivateWnd*/)
+{
+    Default();
+}
+
 void CWnd::OnTimer(UINT_PTR /*nIDEvent*/)
 {
     Default();

@@ -1,6 +1,8 @@
 // What a window's object can be asked to do, as far as it takes more than one call.
 #include "afxwin/wnd.h"
 
+#include <algorithm>
+
 void CWnd::GetWindowText(CString& rString) const
 {
     const int length = ::GetWindowTextLengthA(m_hWnd);
@@ -44,6 +46,41 @@ void CWnd::ClientToScreen(LPRECT lpRect) const
 void CWnd::ScreenToClient(LPRECT lpRect) const
 {
     ::MapWindowPoints(nullptr, m_hWnd, reinterpret_cast<LPPOINT>(lpRect), 2);
+}
+
+namespace {
+
+CRect work_area_near(HWND window)
+{
+    MONITORINFO info = {};
+    info.cbSize = sizeof(info);
+    ::GetMonitorInfoA(::MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &info);
+    return info.rcWork;
+}
+
+} // namespace
+
+void CWnd::CenterWindow(CWnd* pAlternateOwner)
+{
+    CRect place, around, within;
+    GetWindowRect(&place);
+    if (GetStyle() & WS_CHILD) {
+        ::GetClientRect(::GetParent(m_hWnd), &around);
+        within = around;
+    } else {
+        const HWND owner = pAlternateOwner ? pAlternateOwner->m_hWnd : ::GetWindow(m_hWnd, GW_OWNER);
+        const bool over_owner = owner && ::IsWindowVisible(owner) && !::IsIconic(owner);
+        within = work_area_near(over_owner ? owner : m_hWnd);
+        around = within;
+        if (over_owner)
+            ::GetWindowRect(owner, &around);
+    }
+    const auto placed = [](LONG middle, int size, LONG low, LONG high) {
+        return std::max<LONG>(std::min<LONG>(middle - size / 2, high - size), low);
+    };
+    SetWindowPos(nullptr, placed(around.CenterPoint().x, place.Width(), within.left, within.right),
+                 placed(around.CenterPoint().y, place.Height(), within.top, within.bottom), 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 HICON CWnd::GetIcon(BOOL bBigIcon) const

@@ -9,6 +9,7 @@
 #include "afxwin/frame.h"
 #include "afxwin/gdi_object.h"
 #include "afxwin/geometry.h"
+#include "afxwin/mdi.h"
 #include "afxwin/menu.h"
 #include "afxwin/message_macros.h"
 #include "afxwin/thread.h"

@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -229,20 +230,19 @@ TEST(CFrameWnd, ValidatesAPaintThatThrows)
     pFrame->DestroyWindow();
 }
 
-// What reaches the main window when the queue is empty, and what comes before dispatching.
+// What reaches the frames when the queue is empty, and what comes before dispatching.
 class WatchingFrame : public CFrameWnd {
 public:
     int m_nIdle = 0;
+    BOOL m_bCloseWhenIdle = FALSE;
     BOOL PreTranslateMessage(MSG* pMsg) override { return pMsg->message == WM_APP + 1; }
 
 protected:
-    LRESULT OnIdleUpdate(WPARAM, LPARAM)
+    void OnIdleUpdate()
     {
-        if (m_nIdle++ == 0)
-            PostMessage(WM_APP + 1);
-        else
-            PostMessage(WM_CLOSE);
-        return 0;
+        m_nIdle++;
+        if (m_bCloseWhenIdle)
+            DestroyWindow();
     }
     LRESULT OnNever(WPARAM, LPARAM)
     {
@@ -253,20 +253,87 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(WatchingFrame, CFrameWnd)
-ON_MESSAGE(WM_IDLEUPDATECMDUI, &WatchingFrame::OnIdleUpdate)
+ON_MESSAGE_VOID(WM_IDLEUPDATECMDUI, &WatchingFrame::OnIdleUpdate)
 ON_MESSAGE(WM_APP + 1, &WatchingFrame::OnNever)
 END_MESSAGE_MAP()
 
-TEST(CWinThread, TranslatesFirstAndUpdatesWhenIdle)
+// Counts how often the thread is idle, and posts what a test gives it at that time.
+class CountingProgram : public CWinApp {
+public:
+    std::vector<UINT> m_messages;
+    int m_nIdle = 0;
+
+    BOOL OnIdle(LONG lCount) override
+    {
+        if (CWinApp::OnIdle(lCount))
+            return TRUE;
+        m_nIdle++;
+        if (m_messages.empty()) {
+            AfxPostQuitMessage(0);
+            return FALSE;
+        }
+        m_pMainWnd->PostMessage(m_messages.back());
+        m_messages.pop_back();
+        return FALSE;
+    }
+};
+
+TEST(CWinThread, UpdatesEveryShownFrameOnceForEachTurnOfWork)
 {
-    Program program;
-    program.m_init = [&](Program& self) -> BOOL {
-        auto* const pFrame = new WatchingFrame;
-        EXPECT_TRUE(pFrame->Create(nullptr, "frame", WS_POPUP | WS_VISIBLE, CRect(0, 0, 40, 30)));
-        self.m_pMainWnd = pFrame;
-        return TRUE;
+    CountingProgram program;
+    WatchingFrame* frames[3];
+    for (WatchingFrame*& pFrame : frames) {
+        pFrame = new WatchingFrame;
+        ASSERT_TRUE(pFrame->Create(nullptr, "frame", WS_POPUP | WS_VISIBLE, CRect(0, 0, 40, 30)));
+    }
+    auto* const pChild = new WatchingFrame;
+    ASSERT_TRUE(pChild->Create(nullptr, "child", WS_CHILD | WS_VISIBLE, CRect(0, 0, 9, 9), frames[1]));
+    frames[2]->ShowWindow(SW_HIDE);
+    MSG msg;
+    while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE))
+        DispatchMessageA(&msg);
+
+    program.m_pMainWnd = frames[0];
+    program.m_messages = { WM_APP + 1, WM_APP + 2 };
+    program.Run();
+    EXPECT_EQ(program.m_nIdle, 3) << "at first and after each of two messages";
+    EXPECT_EQ(frames[0]->m_nIdle, 3);
+    EXPECT_EQ(frames[1]->m_nIdle, 3);
+    EXPECT_EQ(pChild->m_nIdle, 3);
+    EXPECT_EQ(frames[2]->m_nIdle, 0) << "hidden";
+
+    program.m_pMainWnd = nullptr;
+    frames[0]->m_bCloseWhenIdle = TRUE;
+    pChild->m_bCloseWhenIdle = TRUE;
+    const HWND hChild = pChild->m_hWnd;
+    program.OnIdle(0);
+    EXPECT_FALSE(IsWindow(hChild));
+    EXPECT_EQ(frames[1]->m_nIdle, 4) << "the frame before it is gone by now";
+    frames[1]->DestroyWindow();
+    frames[2]->DestroyWindow();
+}
+
+TEST(CWinThread, IsIdleAgainOnlyWhenSomethingHappened)
+{
+    struct {
+        const char* why;
+        UINT message;
+        POINT pt;
+        BOOL bIdle;
+    } const cases[] = {
+        { "a timer", WM_TIMER, { 0, 0 }, TRUE },
+        { "a paint changes nothing", WM_PAINT, { 0, 0 }, FALSE },
+        { "the pointer comes", WM_MOUSEMOVE, { 5, 5 }, TRUE },
+        { "the pointer stands still", WM_MOUSEMOVE, { 5, 5 }, FALSE },
+        { "the pointer moves", WM_MOUSEMOVE, { 5, 6 }, TRUE },
+        { "the pointer reaches the frame", WM_NCMOUSEMOVE, { 5, 6 }, TRUE },
     };
-    EXPECT_EQ(AfxWinMain(AfxGetInstanceHandle(), nullptr, nullptr, SW_SHOWNORMAL), 0);
+    CWinThread thread;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.why);
+        MSG msg = { nullptr, c.message, 0, 0, 0, c.pt };
+        EXPECT_EQ(thread.IsIdleMessage(&msg), c.bIdle);
+    }
 }
 
 TEST(AfxRegisterWndClass, GivesOneClassForEachSetOfProperties)

@@ -1,3 +1,5 @@
+#include "platform/win32/screen/memory_screen.h"
+
 #include <afxwin.h>
 
 #include <gtest/gtest.h>
@@ -124,25 +126,104 @@ TEST(CWnd, ReachesTheWindowsWithin)
 class CommandOwner : public CCmdTarget {
 protected:
     void OnNothing() {}
+    void OnUpdate(CCmdUI* pCmdUI) { pCmdUI->Enable(FALSE); }
     DECLARE_MESSAGE_MAP()
 };
 
 BEGIN_MESSAGE_MAP(CommandOwner, CCmdTarget)
 ON_COMMAND(21, &CommandOwner::OnNothing)
+ON_UPDATE_COMMAND_UI_RANGE(23, 24, &CommandOwner::OnUpdate)
 END_MESSAGE_MAP()
 
-TEST(CWnd, EnablesControlsWhoseCommandSomebodyHandles)
+// Answers for some of its controls itself; one of them takes the whole window away.
+class AnsweringFrame : public CFrameWnd {
+protected:
+    void OnUpdate(CCmdUI* pCmdUI) { pCmdUI->Enable(TRUE); }
+    void OnUpdateLast(CCmdUI*) { DestroyWindow(); }
+    DECLARE_MESSAGE_MAP()
+};
+
+BEGIN_MESSAGE_MAP(AnsweringFrame, CFrameWnd)
+ON_UPDATE_COMMAND_UI(24, &AnsweringFrame::OnUpdate)
+ON_UPDATE_COMMAND_UI(25, &AnsweringFrame::OnUpdateLast)
+END_MESSAGE_MAP()
+
+struct ControlCase {
+    const char* why;
+    UINT nID;
+    BOOL bDisable;
+    DWORD dwBefore;
+    BOOL bEnabled;
+};
+
+const ControlCase kControls[] = {
+    { "somebody handles the command", 21, TRUE, WS_DISABLED, TRUE },   { "nobody does", 22, TRUE, 0, FALSE },
+    { "nobody does, and that is all right", 22, FALSE, 0, TRUE },      { "the target says no", 23, FALSE, 0, FALSE },
+    { "the window has the first word", 24, FALSE, WS_DISABLED, TRUE }, { "no command", 0xFFFF, TRUE, 0, TRUE },
+};
+
+TEST(CWnd, EnablesControlsAsWindowAndTargetSay)
 {
-    auto* const pFrame = new CFrameWnd;
+    for (const ControlCase& c : kControls) {
+        SCOPED_TRACE(c.why);
+        auto* const pFrame = new AnsweringFrame;
+        ASSERT_TRUE(pFrame->Create(nullptr, "frame", WS_POPUP, CRect(0, 0, 100, 100)));
+        CWnd control;
+        ASSERT_TRUE(control.Create(nullptr, "", c.dwBefore, CRect(0, 0, 9, 9), pFrame, c.nID));
+        CommandOwner owner;
+        pFrame->UpdateDialogControls(&owner, c.bDisable);
+        EXPECT_EQ(control.IsWindowEnabled(), c.bEnabled);
+        pFrame->DestroyWindow();
+    }
+}
+
+TEST(CWnd, StopsAskingWhenAnAnswerWasItsEnd)
+{
+    auto* const pFrame = new AnsweringFrame;
     ASSERT_TRUE(pFrame->Create(nullptr, "frame", WS_POPUP, CRect(0, 0, 100, 100)));
-    CWnd handled, unhandled;
-    ASSERT_TRUE(handled.Create(nullptr, "", WS_DISABLED, CRect(0, 0, 9, 9), pFrame, 21));
-    ASSERT_TRUE(unhandled.Create(nullptr, "", 0, CRect(9, 0, 18, 9), pFrame, 22));
+    CWnd first, second;
+    ASSERT_TRUE(first.Create(nullptr, "", 0, CRect(0, 0, 9, 9), pFrame, 25));
+    ASSERT_TRUE(second.Create(nullptr, "", 0, CRect(9, 0, 18, 9), pFrame, 25));
     CommandOwner owner;
+    const HWND hFrame = pFrame->m_hWnd;
     pFrame->UpdateDialogControls(&owner, TRUE);
-    EXPECT_TRUE(handled.IsWindowEnabled());
-    EXPECT_FALSE(unhandled.IsWindowEnabled());
-    pFrame->DestroyWindow();
+    EXPECT_FALSE(IsWindow(hFrame));
+}
+
+struct CentreCase {
+    const char* why;
+    DWORD dwStyle;
+    CRect rcOwner; // empty: none
+    CSize size;
+    CRect rcExpected; // as the screen of 1024 x 768 has it; of a child, in its parent
+};
+
+const CentreCase kCentres[] = {
+    { "in the work area", WS_POPUP, {}, { 100, 50 }, { 462, 359, 562, 409 } },
+    { "over its owner", WS_POPUP, { 100, 100, 300, 200 }, { 100, 50 }, { 150, 125, 250, 175 } },
+    { "within the work area", WS_POPUP, { 900, 700, 1020, 760 }, { 400, 300 }, { 624, 468, 1024, 768 } },
+    { "from its corner when it is too large", WS_POPUP, {}, { 2000, 50 }, { 0, 359, 2000, 409 } },
+    { "in its parent", WS_CHILD, { 100, 100, 300, 200 }, { 100, 50 }, { 50, 25, 150, 75 } },
+};
+
+TEST(CWnd, CentresItself)
+{
+    win32::set_screen(std::make_shared<win32::MemoryScreen>(
+        std::vector<win32::Monitor>{ { CRect(0, 0, 1024, 768), CRect(0, 0, 1024, 768), true } }));
+    for (const CentreCase& c : kCentres) {
+        SCOPED_TRACE(c.why);
+        CWnd owner;
+        ASSERT_TRUE(c.rcOwner.IsRectEmpty() ||
+                    owner.CreateEx(0, nullptr, "owner", WS_POPUP | WS_VISIBLE, c.rcOwner, nullptr, 0));
+        CWnd window;
+        ASSERT_TRUE(window.CreateEx(0, nullptr, "window", c.dwStyle, CRect(CPoint(0, 0), c.size),
+                                    owner.m_hWnd ? &owner : nullptr, 0));
+        window.CenterWindow();
+        CRect rect;
+        window.GetWindowRect(&rect);
+        const CPoint origin = c.dwStyle & WS_CHILD ? c.rcOwner.TopLeft() : CPoint(0, 0);
+        EXPECT_EQ(rect, c.rcExpected + origin);
+    }
 }
 
 TEST(CWnd, PutsItselfAway)

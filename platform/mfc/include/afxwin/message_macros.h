@@ -56,6 +56,9 @@
 #define ON_WM_INITMENUPOPUP()                                                                                          \
     AFX_MESSAGE_VOID(WM_INITMENUPOPUP, self->OnInitMenuPopup(AFX_MENU(wParam), LOWORD(lParam), HIWORD(lParam)))
 #define ON_WM_CONTEXTMENU() AFX_MESSAGE_VOID(WM_CONTEXTMENU, self->OnContextMenu(AFX_WINDOW(wParam), AFX_POINT))
+#define ON_WM_MDIACTIVATE()                                                                                            \
+    AFX_MESSAGE_VOID(WM_MDIACTIVATE, self->OnMDIActivate(reinterpret_cast<HWND>(lParam) == self->m_hWnd,               \
+                                                         AFX_WINDOW(lParam), AFX_WINDOW(wParam)))
 #define ON_WM_CANCELMODE() AFX_MESSAGE_VOID(WM_CANCELMODE, self->OnCancelMode())
 
 #define AFX_NC_MOUSE(message, member) AFX_MESSAGE_VOID(message, self->member(static_cast<UINT>(wParam), AFX_POINT))

@@ -112,6 +112,9 @@ class CWnd : public CCmdTarget {
     // The window owns the region from now on.
     int SetWindowRgn(HRGN hRgn, BOOL bRedraw) { return ::SetWindowRgn(m_hWnd, hRgn, bRedraw); }
     int GetWindowRgn(HRGN hRgn) const { return ::GetWindowRgn(m_hWnd, hRgn); }
+    // Over the window it belongs to, else in the work area of its monitor, and within that in any case; a child window
+    // in its parent.
+    void CenterWindow(CWnd* pAlternateOwner = nullptr);
     BOOL IsWindowVisible() const { return ::IsWindowVisible(m_hWnd); }
     BOOL IsIconic() const { return ::IsIconic(m_hWnd); }
     BOOL IsZoomed() const { return ::IsZoomed(m_hWnd); }
@@ -228,6 +231,7 @@ protected:
     afx_msg void OnInitMenuPopup(CMenu* pPopupMenu, UINT nIndex, BOOL bSysMenu);
     afx_msg void OnContextMenu(CWnd* pWnd, CPoint pos); // on the screen; (-1,-1): by the keyboard
     afx_msg void OnCancelMode();
+    afx_msg void OnMDIActivate(BOOL bActivate, CWnd* pActivateWnd, CWnd* pDeactivateWnd); // either may be null
     afx_msg void OnTimer(UINT_PTR nIDEvent);
     afx_msg void OnSysCommand(UINT nID, LPARAM lParam);
 

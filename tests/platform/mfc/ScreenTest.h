@@ -1,0 +1,59 @@
+// A program with its windows on a screen in memory, and a person in front of it.
+#pragma once
+
+#include "platform/win32/screen/memory_screen.h"
+#include "tests/support/WaitUntil.h"
+
+#include <afxwin.h>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace test {
+
+class ScreenTest : public testing::Test {
+protected:
+    ScreenTest() { win32::set_screen(m_pScreen); }
+
+    // Handles all that is in the queue, as the program's loop does, and then is idle once.
+    void Pump()
+    {
+        MSG msg;
+        while (PeekMessageA(&msg, nullptr, 0, 0, PM_NOREMOVE)) {
+            if (!m_program.PumpMessage())
+                return;
+        }
+        for (LONG nIdle = 0; m_program.OnIdle(nIdle); nIdle++) {
+        }
+    }
+    template <class Condition>
+    bool PumpUntil(Condition condition)
+    {
+        return wait_until([&] {
+            Pump();
+            return condition();
+        });
+    }
+    void MoveTo(CPoint point)
+    {
+        m_pScreen->move_pointer(point);
+        Pump();
+    }
+    void Press(CPoint point)
+    {
+        m_pScreen->move_pointer(point);
+        m_pScreen->press(win32::kLeftButton);
+        Pump();
+    }
+    void Click(CPoint point)
+    {
+        m_pScreen->click(point);
+        Pump();
+    }
+
+    const std::shared_ptr<win32::MemoryScreen> m_pScreen = std::make_shared<win32::MemoryScreen>();
+    CWinApp m_program;
+};
+
+} // namespace test
