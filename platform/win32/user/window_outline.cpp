@@ -1,5 +1,6 @@
 // Windows that are no rectangles.
 #include "platform/win32/user/paint.h"
+#include "platform/win32/user/placement.h"
 #include "platform/win32/user/window.h"
 #include "wingdi.h"
 
@@ -46,7 +47,13 @@ int SetWindowRgn(HWND window, HRGN region, BOOL redraw)
     const WindowPtr found = require_window(window);
     if (!found || (region && GetRgnBox(region, &box) == ERROR))
         return 0;
-    run_on(found->queue, [&] { take_outline(*found, region, redraw != FALSE); });
+    run_on(found->queue, [&] {
+        take_outline(*found, region, redraw != FALSE);
+        // A window with another outline is asked for its frame anew.
+        constexpr UINT kNothingElse = SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE;
+        place_window({ window, nullptr, 0, 0, 0, 0, kNothingElse | SWP_FRAMECHANGED | (redraw ? 0 : SWP_NOREDRAW) },
+                     MovedBy::program);
+    });
     return 1;
 }
 
