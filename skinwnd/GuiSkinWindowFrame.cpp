@@ -2,19 +2,17 @@
 #include "skin/GuiSkinWindow.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
-#include <string_view>
 
 #include "look/GuiInterface.h"
 #include "look/GuiManager.h"
-#include "skin/SkinFormat.h"
+#include "skinwnd/FramePart.h"
 
 namespace PelkGUI {
 
 namespace {
 
-enum CaptionButton { kNone = 0, kSystem = 1, kMinimise = 2, kMaximise = 3, kClose = 4 };
+constexpr int kNoButton = 0; // else a CaptionAnchor
 
 // By caption button.
 constexpr UINT kButtonHits[] = { HTNOWHERE, HTSYSMENU, HTMINBUTTON, HTMAXBUTTON, HTCLOSE };
@@ -22,66 +20,37 @@ static_assert(std::size(kButtonHits) == kCaptionAnchorCount);
 
 int ButtonOfHit(UINT nHitTest)
 {
-    const UINT* const pFound = std::find(kButtonHits + kSystem, std::end(kButtonHits), nHitTest);
-    return pFound == std::end(kButtonHits) ? kNone : static_cast<int>(pFound - kButtonHits);
+    const UINT* const pFound = std::find(kButtonHits + CaptionAnchor::System, std::end(kButtonHits), nHitTest);
+    return pFound == std::end(kButtonHits) ? kNoButton : static_cast<int>(pFound - kButtonHits);
 }
 
-consteval int PartIndex(std::string_view name)
+int Width(const CRect* pPart)
 {
-    int i = 0;
-    while (kFramePartNames[i] != name)
-        i++;
-    return i;
+    return pPart ? std::max(pPart->Width(), 0) : 0;
 }
 
-// The parts that make a frame thick at each side.
-struct FrameParts {
-    int nLeft;
-    std::array<int, 3> anTop;
-    int nRight;
-    std::array<int, 3> anBottom;
-};
-constexpr FrameParts kWindowFrame = {
-    PartIndex("Left"),
-    { PartIndex("TopLeft"), PartIndex("Top"), PartIndex("TopRight") },
-    PartIndex("Right"),
-    { PartIndex("BottomLeft"), PartIndex("Bottom"), PartIndex("BottomRight") },
-};
-constexpr FrameParts kClientFrame = {
-    PartIndex("CLeft"),
-    { PartIndex("CTopLeft"), PartIndex("CTop"), PartIndex("CTopRight") },
-    PartIndex("CRight"),
-    { PartIndex("CBottomLeft"), PartIndex("CBottom"), PartIndex("CBottomRight") },
-};
-
-// Never negative: a part that is has no thickness.
-CSize PartSize(const GuiSkinWindow& skin, int nPart)
+// The thickness of the outer frame at each side, or of the inner one. Corners count above and below alone.
+CRect FrameThickness(const GuiSkinWindow& skin)
 {
-    if (!skin.m_pPartPresent[nPart])
-        return {};
-    const CRect& rcPart = skin.m_pPartRect[nPart];
-    return { std::max(rcPart.Width(), 0), std::max(rcPart.Height(), 0) };
+    using namespace FramePart;
+    return { Width(FindPart(skin, Left)), GreatestHeight(skin, { TopLeft, Top, TopRight }),
+             Width(FindPart(skin, Right)), GreatestHeight(skin, { BottomLeft, Bottom, BottomRight }) };
 }
 
-int GreatestHeight(const GuiSkinWindow& skin, const std::array<int, 3>& anParts)
+CRect ClientFrameThickness(const GuiSkinWindow& skin)
 {
-    int nHeight = 0;
-    for (const int nPart : anParts)
-        nHeight = std::max(nHeight, static_cast<int>(PartSize(skin, nPart).cy));
-    return nHeight;
+    using namespace FramePart;
+    return { Width(FindPart(skin, CLeft)), GreatestHeight(skin, { CTopLeft, CTop, CTopRight }),
+             Width(FindPart(skin, CRight)), GreatestHeight(skin, { CBottomLeft, CBottom, CBottomRight }) };
 }
 
-void MoveEdges(const GuiSkinWindow& skin, const FrameParts& parts, RECT* pRect, int bShrink)
+void MoveEdges(const CRect& rcThickness, RECT* pRect, int bShrink)
 {
-    const int nLeft = PartSize(skin, parts.nLeft).cx;
-    const int nTop = GreatestHeight(skin, parts.anTop);
-    const int nRight = PartSize(skin, parts.nRight).cx;
-    const int nBottom = GreatestHeight(skin, parts.anBottom);
     CRect rc(*pRect);
     if (bShrink)
-        rc.DeflateRect(nLeft, nTop, nRight, nBottom);
+        rc.DeflateRect(rcThickness.left, rcThickness.top, rcThickness.right, rcThickness.bottom);
     else
-        rc.InflateRect(nLeft, nTop, nRight, nBottom);
+        rc.InflateRect(rcThickness.left, rcThickness.top, rcThickness.right, rcThickness.bottom);
     *pRect = rc;
 }
 
@@ -167,12 +136,12 @@ void FillWorkArea(HWND hWnd)
 
 void GuiSkinWindow::CalcWindowRect(RECT* pRect, int bShrink, int /*bZoomed*/)
 {
-    MoveEdges(*this, kWindowFrame, pRect, bShrink);
+    MoveEdges(FrameThickness(*this), pRect, bShrink);
 }
 
 void GuiSkinWindow::CalcClientRect(RECT* pRect, int bShrink, int /*bZoomed*/)
 {
-    MoveEdges(*this, kClientFrame, pRect, bShrink);
+    MoveEdges(ClientFrameThickness(*this), pRect, bShrink);
 }
 
 void GuiSkinWindow::OnNcCalcSize(CWnd* pWnd, int /*bCalcValidRects*/, NCCALCSIZE_PARAMS* pParams)
@@ -206,7 +175,7 @@ UINT GuiSkinWindow::OnNcHitTest(CWnd* pWnd, CPoint point, int bResizable)
     CPoint ptButton = point;
     if (GetGuiManager().m_bRightToLeft) // the buttons are mirrored in the window, its edges are not
         ptButton.x = MirroredX(rcWindow, point.x);
-    for (int i = kSystem; i < kCaptionAnchorCount; i++) {
+    for (int i = CaptionAnchor::System; i < kCaptionAnchorCount; i++) {
         if (!m_pAnchorPresent[i])
             continue;
         CRect rcButton;
@@ -229,10 +198,10 @@ UINT GuiSkinWindow::OnNcHitTest(CWnd* pWnd, CPoint point, int bResizable)
 void GuiSkinWindow::OnNcMouseMove(CWnd* pWnd, UINT nHitTest, CPoint /*point*/)
 {
     int nButton = ButtonOfHit(nHitTest);
-    if (m_nPressedHit != kNone && m_nPressedHit != nButton) {
+    if (m_nPressedHit != kNoButton && m_nPressedHit != nButton) {
         if (::GetAsyncKeyState(VK_LBUTTON) >= 0)
-            m_nPressedHit = kNone; // released where nobody told us
-        nButton = kNone;           // while one button is held no other lights up
+            m_nPressedHit = kNoButton; // released where nobody told us
+        nButton = kNoButton;           // while one button is held no other lights up
     }
     if (nButton == m_nHoverHit)
         return;
@@ -243,7 +212,7 @@ void GuiSkinWindow::OnNcMouseMove(CWnd* pWnd, UINT nHitTest, CPoint /*point*/)
 BOOL GuiSkinWindow::OnNcLButtonDown(CWnd* pWnd, UINT nHitTest, CPoint /*point*/)
 {
     const int nButton = ButtonOfHit(nHitTest);
-    if (nButton == kNone)
+    if (nButton == kNoButton)
         return FALSE;
     m_nPressedHit = m_nHoverHit = nButton;
     PaintCaption(*this, pWnd);
@@ -252,24 +221,24 @@ BOOL GuiSkinWindow::OnNcLButtonDown(CWnd* pWnd, UINT nHitTest, CPoint /*point*/)
 
 BOOL GuiSkinWindow::OnNcLButtonUp(CWnd* pWnd, UINT /*nHitTest*/, CPoint /*point*/)
 {
-    if (m_nPressedHit == kNone)
+    if (m_nPressedHit == kNoButton)
         return FALSE;
     if (m_nPressedHit == m_nHoverHit) {
         switch (m_nPressedHit) {
-        case kMinimise:
+        case CaptionAnchor::Minimise:
             pWnd->PostMessage(WM_SYSCOMMAND, SC_MINIMIZE);
             break;
-        case kMaximise:
+        case CaptionAnchor::Maximise:
             pWnd->PostMessage(WM_SYSCOMMAND, pWnd->IsZoomed() ? SC_RESTORE : SC_MAXIMIZE);
             break;
-        case kClose:
+        case CaptionAnchor::Close:
             pWnd->PostMessage(WM_SYSCOMMAND, SC_CLOSE);
             break;
         default:
             break;
         }
     }
-    m_nHoverHit = m_nPressedHit = kNone;
+    m_nHoverHit = m_nPressedHit = kNoButton;
     PaintCaption(*this, pWnd);
     return FALSE; // also after a command: kept on purpose
 }
