@@ -136,14 +136,18 @@ void MemoryScreen::set_shape(SurfaceId surface, std::optional<std::span<const RE
     follow_pointer();
 }
 
-void MemoryScreen::set_icon(SurfaceId surface, PixelView argb)
+void MemoryScreen::set_icons(SurfaceId surface, std::span<const PixelView> sizes)
 {
     const std::lock_guard lock(mutex_);
-    if (Surface* s = find(surface)) {
-        s->look.icon = { argb.width, argb.height, {} };
-        for (int y = 0; y < argb.height; y++) {
-            const std::uint32_t* row = argb.pixels + static_cast<std::ptrdiff_t>(y) * argb.stride;
-            s->look.icon.pixels.insert(s->look.icon.pixels.end(), row, row + argb.width);
+    Surface* s = find(surface);
+    if (!s)
+        return;
+    s->look.icons.clear();
+    for (const PixelView& size : sizes) {
+        Picture& icon = s->look.icons.emplace_back(Picture{ size.width, size.height, {} });
+        for (int y = 0; y < size.height; y++) {
+            const std::uint32_t* row = size.pixels + static_cast<std::ptrdiff_t>(y) * size.stride;
+            icon.pixels.insert(icon.pixels.end(), row, row + size.width);
         }
     }
 }

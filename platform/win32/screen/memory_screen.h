@@ -36,7 +36,7 @@ public:
     void lower(SurfaceId surface) override;
     void activate(SurfaceId surface) override;
     void set_shape(SurfaceId surface, std::optional<std::span<const RECT>> rectangles) override;
-    void set_icon(SurfaceId surface, PixelView argb) override;
+    void set_icons(SurfaceId surface, std::span<const PixelView> sizes) override;
     PixelView pixels(SurfaceId surface) override;
     void present(SurfaceId surface, const RECT& damage) override;
     void set_cursor(SurfaceId surface, CursorShape shape) override;
@@ -96,7 +96,7 @@ public:
         SurfaceState state = SurfaceState::normal;
         CursorShape cursor = CursorShape::arrow;
         SurfaceTraits traits;
-        Picture icon;
+        std::vector<Picture> icons;
     };
     std::optional<Look> look(SurfaceId surface) const; // none: no such surface
     std::vector<SurfaceId> stack() const;              // all surfaces, lowest first

@@ -111,7 +111,8 @@ public:
     virtual void activate(SurfaceId surface) = 0;
     // The outline, as rectangles in surface coordinates, also for input; none: the whole rectangle.
     virtual void set_shape(SurfaceId surface, std::optional<std::span<const RECT>> rectangles) = 0;
-    virtual void set_icon(SurfaceId surface, PixelView argb) = 0; // pixels 0xAARRGGBB, copied
+    // One picture in several sizes, of pixels 0xAARRGGBB, copied; one of more than 256 a side is left out.
+    virtual void set_icons(SurfaceId surface, std::span<const PixelView> sizes) = 0;
 
     // The surface's own pixels, valid until it is placed, destroyed, or next_event says that it was placed from
     // outside. Drawing shows on the display by `present`. Smaller than the surface when the system refused memory for a

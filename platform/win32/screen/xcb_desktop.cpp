@@ -26,7 +26,7 @@ constexpr std::uint32_t kFromApplication = 1;
 
 constexpr std::uint32_t kMostDesktops = 64; // of which we look for the current one
 
-constexpr std::size_t kLargestIcon = 256; // pixels a side; a larger one might not fit in a request
+constexpr int kLargestIcon = 256; // pixels a side; a larger one might not fit in a request
 
 struct SizeHints {
     std::uint32_t flags = 0;
@@ -177,19 +177,23 @@ void XcbScreen::ask_state(SurfaceId id, bool on, Atom first, Atom second)
         { on ? kAddState : kRemoveState, x.atom(first), first == second ? 0 : x.atom(second), kFromApplication, 0 });
 }
 
-void XcbScreen::set_icon(SurfaceId surface, PixelView argb)
+void XcbScreen::set_icons(SurfaceId surface, std::span<const PixelView> sizes)
 {
     const Turn turn(*this);
-    const auto width = static_cast<std::size_t>(std::max(argb.width, 0));
-    const auto height = static_cast<std::size_t>(std::max(argb.height, 0));
-    if (!find(surface) || width > kLargestIcon || height > kLargestIcon)
+    if (!find(surface))
         return;
-    std::vector<std::uint32_t> icon{ static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height) };
-    for (std::size_t y = 0; y < height; y++) {
-        const std::uint32_t* row = argb.pixels + static_cast<std::ptrdiff_t>(y) * argb.stride;
-        icon.insert(icon.end(), row, row + width);
+    std::vector<std::uint32_t> icons; // each with its extents before it
+    for (const PixelView& icon : sizes) {
+        if (icon.width <= 0 || icon.height <= 0 || icon.width > kLargestIcon || icon.height > kLargestIcon)
+            continue;
+        icons.push_back(static_cast<std::uint32_t>(icon.width));
+        icons.push_back(static_cast<std::uint32_t>(icon.height));
+        for (int y = 0; y < icon.height; y++) {
+            const std::uint32_t* row = icon.pixels + static_cast<std::ptrdiff_t>(y) * icon.stride;
+            icons.insert(icons.end(), row, row + icon.width);
+        }
     }
-    connection_->set_numbers(surface, connection_->atom(Atom::net_wm_icon), XCB_ATOM_CARDINAL, icon);
+    connection_->set_numbers(surface, connection_->atom(Atom::net_wm_icon), XCB_ATOM_CARDINAL, icons);
 }
 
 // Not before the server has mapped the window: it refuses the focus for one that is not seen.

@@ -35,7 +35,7 @@ public:
     void lower(SurfaceId surface) override;
     void activate(SurfaceId surface) override;
     void set_shape(SurfaceId surface, std::optional<std::span<const RECT>> rectangles) override;
-    void set_icon(SurfaceId surface, PixelView argb) override;
+    void set_icons(SurfaceId surface, std::span<const PixelView> sizes) override;
     PixelView pixels(SurfaceId surface) override;
     void present(SurfaceId surface, const RECT& damage) override;
     void set_cursor(SurfaceId surface, CursorShape shape) override;

@@ -168,6 +168,7 @@ bool announce(HWND handle, CREATESTRUCTA& create)
         return false;
     }
     update_traits(handle);
+    update_icons(handle);
     if (!take_client_area(handle))
         return false;
     if (SendMessageA(handle, WM_CREATE, 0, parameter) == -1) {

@@ -212,11 +212,15 @@ void tell_place(HWND window, const WINDOWPOS& place)
 
 LRESULT exchange_icon(const WindowPtr& window, WPARAM which, std::optional<LPARAM> icon)
 {
-    const WindowLock lock = lock_windows();
+    WindowLock lock = lock_windows();
     HICON& kept = which == ICON_SMALL ? window->icon_small : window->icon_big;
     const HICON before = kept;
     if (icon)
         kept = reinterpret_cast<HICON>(*icon);
+    const bool changed = kept != before;
+    lock.unlock();
+    if (changed)
+        update_icons(window->handle);
     return reinterpret_cast<LRESULT>(before);
 }
 

@@ -36,5 +36,7 @@ void send_move(HWND window);
 // What the desktop is told of a window. On the window's thread.
 SurfaceTraits traits_of(HWND window);
 void update_traits(HWND window);
+// Its icons, else those of its class.
+void update_icons(HWND window);
 
 } // namespace win32

@@ -52,6 +52,7 @@ struct Window {
     bool paint_asked = false; // WM_PAINT though nothing is invalid
     bool placed_once = false; // WM_SIZE and WM_MOVE were sent
     bool going = false;       // DestroyWindow has begun
+    bool told_icons = false;  // the desktop has some of it
 };
 using WindowPtr = std::shared_ptr<Window>;
 

@@ -53,11 +53,13 @@ LONG_PTR exchange_extra(Window& window, int offset, std::optional<LONG_PTR> valu
 LONG_PTR set_owner(Window& window, HWND owner)
 {
     const WindowPtr found = find_window(owner);
-    const WindowLock lock = lock_windows();
-    const Window* before = window.owner;
+    WindowLock lock = lock_windows();
+    const HWND before = window.owner ? window.owner->handle : nullptr;
     Window* root = found ? &root_of(*found, lock) : nullptr;
     window.owner = root == &window ? nullptr : root;
-    return reinterpret_cast<LONG_PTR>(before ? before->handle : nullptr);
+    lock.unlock();
+    update_traits(window.handle);
+    return reinterpret_cast<LONG_PTR>(before);
 }
 
 HWND handle_of(const Window* window)

@@ -1,4 +1,5 @@
 // What the desktop is told of a window.
+#include "platform/win32/gdi/icon.h"
 #include "platform/win32/user/placement.h"
 #include "platform/win32/user/window.h"
 #include "winnls.h"
@@ -55,6 +56,29 @@ SurfaceTraits traits_now(const Window& window)
     return traits;
 }
 
+// The icon's pixels with their opacity, as desktops take them.
+std::vector<std::uint32_t> argb_of(const Icon& icon)
+{
+    const int width = icon.width();
+    const int height = icon.height();
+    std::vector<std::uint32_t> argb(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    std::vector<std::uint32_t> mask(static_cast<std::size_t>(width));
+    for (int y = 0; y < height; y++) {
+        std::uint32_t* row = argb.data() + static_cast<std::ptrdiff_t>(y) * width;
+        if (icon.colour)
+            icon.colour->read(0, y, width, row);
+        else
+            icon.mask->read(0, height + y, width, row);
+        if (icon.has_alpha)
+            continue;
+        icon.mask->read(0, y, width, mask.data());
+        std::transform(row, row + width, mask.begin(), row, [](std::uint32_t pixel, std::uint32_t transparent) {
+            return transparent != 0 ? 0 : pixel | 0xFF000000;
+        });
+    }
+    return argb;
+}
+
 } // namespace
 
 SurfaceTraits traits_of(HWND window)
@@ -69,6 +93,32 @@ void update_traits(HWND window)
     const WindowPtr found = find_window(window);
     if (found && found->surface)
         screen().set_traits(found->surface->id(), traits_of(window));
+}
+
+void update_icons(HWND window)
+{
+    const WindowPtr found = find_window(window);
+    if (!found || !found->surface)
+        return;
+    std::vector<HICON> handles;
+    {
+        const WindowLock lock = lock_windows();
+        const WNDCLASSEXA& fallback = found->window_class->info;
+        handles = { found->icon_big ? found->icon_big : fallback.hIcon,
+                    found->icon_small ? found->icon_small : fallback.hIconSm };
+    }
+    std::vector<std::vector<std::uint32_t>> pixels;
+    std::vector<PixelView> sizes;
+    for (const HICON handle : handles) {
+        const std::shared_ptr<const Icon> icon = handle ? find_icon(handle) : nullptr;
+        if (!icon)
+            continue;
+        pixels.push_back(argb_of(*icon));
+        sizes.push_back({ pixels.back().data(), icon->width(), icon->height(), icon->width() });
+    }
+    if (!sizes.empty() || found->told_icons)
+        screen().set_icons(found->surface->id(), sizes);
+    found->told_icons = !sizes.empty();
 }
 
 } // namespace win32
