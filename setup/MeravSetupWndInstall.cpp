@@ -86,8 +86,7 @@ UINT MeravSetupWnd::InstallThreadProc(LPVOID pWindow)
 void MeravSetupWnd::OnInstall()
 {
     ++m_nStage;
-    for (UINT nCommand = 10001; nCommand <= 10006; nCommand++)
-        ShowButton(nCommand, FALSE);
+    ShowButtons({ 10001, 10002, 10003, 10004, 10005, 10006 }, FALSE);
     Invalidate(FALSE);
     ++m_nOwners; // the worker's
     if (AfxBeginThread(InstallThreadProc, this, 0, 0, 0, nullptr))
@@ -95,8 +94,7 @@ void MeravSetupWnd::OnInstall()
     // The system has no thread for us now: back to the page where the user may try again, or leave.
     --m_nOwners;
     --m_nStage;
-    ShowButton(10001, TRUE);
-    ShowButton(10002, TRUE);
+    ShowButtons({ 10001, 10002 }, TRUE);
 }
 
 void MeravSetupWnd::RunInstallJob()
@@ -112,10 +110,8 @@ void MeravSetupWnd::RunInstallJob()
 
     ++m_nStage;
     m_fProgress = 0.0F;
-    for (const UINT nCommand : { 10001U, 10002U })
-        ShowButton(nCommand, FALSE);
-    for (const UINT nCommand : { 10003U, 10004U, 10005U, 10006U })
-        ShowButton(nCommand, TRUE);
+    ShowButtons({ 10001, 10002 }, FALSE);
+    ShowButtons({ 10003, 10004, 10005, 10006 }, TRUE);
     ::InvalidateRect(m_hJobWnd, nullptr, FALSE);
 }
 

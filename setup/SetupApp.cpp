@@ -2,6 +2,9 @@
 
 #include "setup/MeravSetupWnd.h"
 
+#include "look/GuiManager.h"
+#include "skin/GuiSkin.h"
+
 #include <objbase.h>
 
 #include <new>
@@ -13,6 +16,7 @@ namespace {
 
 SetupApp theApp;
 
+constexpr UINT kSkin = 130; // resource "STID"
 constexpr CRect kWindowRect(0, 0, 510, 349);
 
 } // namespace
@@ -26,13 +30,15 @@ BOOL SetupApp::InitInstance()
     (void)CoInitialize(nullptr);
     (void)Enable3dControls();
     AfxEnableControlContainer();
+    PelkGUI::GetGuiManager().InitManager();
+    PelkGUI::GetGuiSkin().Apply(kSkin, "STID");
 
     auto* pWindow = new (std::nothrow) MeravSetupWnd;
     if (!pWindow)
         return FALSE;
     const char* pszClass =
         AfxRegisterWndClass(CS_VREDRAW | CS_HREDRAW | CS_DBLCLKS, nullptr, GetSysColorBrush(COLOR_BTNFACE), nullptr);
-    if (!pWindow->Create(pszClass, "MeravSetupWnd", WS_POPUP | WS_CAPTION, kWindowRect, nullptr, 0))
+    if (pWindow->Create(pszClass, "MeravSetupWnd", WS_POPUP | WS_CAPTION, kWindowRect, nullptr, 0) == -1)
         return FALSE;
     m_pMainWnd = pWindow;
     return pWindow->CenterAndShow() != 0;

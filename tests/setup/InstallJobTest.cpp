@@ -9,7 +9,6 @@
 
 #include <chrono>
 #include <fstream>
-#include <iterator>
 
 namespace {
 
@@ -19,12 +18,7 @@ using test::ClientFolder;
 using test::InstallerOnScreen;
 using test::InstallRoot;
 using test::PayloadCopy;
-
-std::string ReadFile(const fs::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return { std::istreambuf_iterator<char>(file), {} };
-}
+using test::ReadFile;
 
 void WriteFile(const fs::path& path, const std::string& strBytes)
 {
@@ -199,43 +193,6 @@ TEST(InstallJob, LeavesAConfigurationProgramThatHangsAfterFiveSeconds)
     EXPECT_GE(std::chrono::steady_clock::now() - began, std::chrono::seconds(5));
     const int nPid = std::stoi(ReadFile(ClientFolder() / "pid"));
     EXPECT_EQ(kill(nPid, SIGKILL), 0) << "it still runs";
-}
-
-TEST(InstallJob, AddsEachFilesShareOfTheBarAndNamesTheFile)
-{
-    InstallerOnScreen installer;
-    FILE_IN_CABINET_INFO_A info{};
-    struct Step {
-        const char* pszName;
-        DWORD nSize;
-        const char* pszShown;
-    };
-    constexpr Step kSteps[] = {
-        { "Tesk\\Data\\Config.xml", 5000000, "Config.xml" },
-        { "bare", 89947, "bare" },
-        { "Tesk\\Temp\\null", 0, "null" },
-        { "Tesk\\x\\", 15000000, "" },
-    };
-    double fBytes = 0;
-    for (const Step& step : kSteps) {
-        info.NameInCabinet = step.pszName;
-        info.FileSize = step.nSize;
-        EXPECT_EQ(::SendMessageA(installer.Window(), WM_INSTALL_PROGRESS, 0, reinterpret_cast<LPARAM>(&info)), 0);
-        fBytes += step.nSize;
-        EXPECT_NEAR(installer.Progress(), fBytes * 444 / 20089947, 0.001);
-        EXPECT_EQ(installer.CurrentFile(), step.pszShown);
-    }
-    EXPECT_NEAR(installer.Progress(), 444.0, 0.001);
-}
-
-TEST(InstallJob, MakesFoldersAlongAPathButNotItsLastPart)
-{
-    const test::TempDir base;
-    MakeDirectoriesAlongPath(base.path().string(), "file");
-    EXPECT_TRUE(Tree(base.path()).empty());
-    MakeDirectoriesAlongPath(base.path().string(), "a\\b\\c\\file");
-    MakeDirectoriesAlongPath(base.path().string(), "a\\b\\c\\file");
-    EXPECT_EQ(Tree(base.path()), (std::vector<std::string>{ "a", "a/b", "a/b/c" }));
 }
 
 } // namespace

@@ -1,7 +1,12 @@
 #include "tests/setup/InstallerOnScreen.h"
 
+#include "look/GuiManager.h"
+#include "skin/GuiSkin.h"
+
 #include <chrono>
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <thread>
 
 namespace test {
@@ -44,10 +49,12 @@ InstallerOnScreen::InstallerOnScreen()
     : m_pScreen(std::make_shared<win32::MemoryScreen>()), m_pAlive(std::make_shared<std::atomic<int>>(0))
 {
     win32::set_screen(m_pScreen);
+    PelkGUI::GetGuiManager().InitManager();
+    PelkGUI::GetGuiSkin().Apply(130, "STID");
     m_pWindow = new Probe(m_pAlive);
     m_pWindow->m_pOwner = this;
     const char* pszClass = AfxRegisterWndClass(CS_VREDRAW | CS_HREDRAW | CS_DBLCLKS);
-    if (!m_pWindow->Create(pszClass, "MeravSetupWnd", WS_POPUP | WS_CAPTION, CRect(0, 0, 510, 349), nullptr, 0))
+    if (m_pWindow->Create(pszClass, "MeravSetupWnd", WS_POPUP | WS_CAPTION, CRect(0, 0, 510, 349), nullptr, 0) != 1)
         std::abort(); // nothing to test
     // From here on the ticks are the test's: on a busy machine the real ones would come in between.
     if (!m_pWindow->KillTimer(INSTALL_TIMER_ID))
@@ -138,7 +145,8 @@ std::string InstallerOnScreen::CurrentFile() const
 
 bool InstallerOnScreen::Shows(UINT nCommand) const
 {
-    return m_pWindow && m_pWindow->IsButtonShown(nCommand);
+    const PelkGUI::GuiCmdButton* const pButton = m_pWindow ? m_pWindow->GetCmdButton(nCommand) : nullptr;
+    return pButton && pButton->m_bVisible;
 }
 
 bool InstallerOnScreen::IsJobRunning() const
@@ -155,6 +163,60 @@ std::uint32_t InstallerOnScreen::Pixel(POINT ptWindow) const
 {
     ::ClientToScreen(m_pWindow->m_hWnd, &ptWindow);
     return m_pScreen->pixel_at(ptWindow);
+}
+
+void InstallerOnScreen::Point(POINT ptWindow)
+{
+    ::ClientToScreen(m_pWindow->m_hWnd, &ptWindow);
+    m_pScreen->move_pointer(ptWindow);
+    Pump();
+}
+
+void InstallerOnScreen::Press()
+{
+    m_pScreen->press(win32::kLeftButton);
+    Pump();
+}
+
+void InstallerOnScreen::Release()
+{
+    m_pScreen->release(win32::kLeftButton);
+    Pump();
+}
+
+void InstallerOnScreen::ShowStage(int nStage)
+{
+    m_pWindow->m_nStage = nStage;
+    m_pWindow->m_fProgress = 0.0F;
+    m_pWindow->Invalidate(FALSE);
+    Pump();
+}
+
+void InstallerOnScreen::ReportFile(const char* pszName, DWORD nBytes)
+{
+    FILE_IN_CABINET_INFO_A info{};
+    info.NameInCabinet = pszName;
+    info.FileSize = nBytes;
+    EXPECT_EQ(m_pWindow->SendMessage(WM_INSTALL_PROGRESS, 0, reinterpret_cast<LPARAM>(&info)), 0);
+    Pump();
+}
+
+CRect InstallerOnScreen::Difference(CRect rcWindow, CPoint ptSkin) const
+{
+    CRect rcDifference;
+    for (int y = rcWindow.top; y < rcWindow.bottom; y++) {
+        for (int x = rcWindow.left; x < rcWindow.right; x++) {
+            if (Pixel({ x, y }) != SkinPixel(ptSkin.x + x - rcWindow.left, ptSkin.y + y - rcWindow.top))
+                rcDifference |= CRect(x, y, x + 1, y + 1);
+        }
+    }
+    return rcDifference;
+}
+
+std::string ReadFile(const std::filesystem::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return { std::istreambuf_iterator<char>(file), {} };
 }
 
 std::filesystem::path InstallRoot()

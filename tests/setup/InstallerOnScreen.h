@@ -4,6 +4,9 @@
 #include "setup/MeravSetupWnd.h"
 
 #include "platform/win32/screen/memory_screen.h"
+#include "tests/setup/SkinPixel.h"
+
+#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <functional>
@@ -37,6 +40,16 @@ public:
     bool IsOpen() const { return m_pWindow != nullptr; }
     bool IsJobRunning() const;
     HWND Window() const;
+    // Mouse input, one event each.
+    void Point(POINT ptWindow);
+    void Press();
+    void Release();
+    // Turns to a page without what leads there.
+    void ShowStage(int nStage);
+    // What the job says before it copies a file.
+    void ReportFile(const char* pszName, DWORD nBytes);
+    // The part of the rectangle that looks unlike the skin's picture from there on; empty: it is that picture.
+    CRect Difference(CRect rcWindow, CPoint ptSkin) const;
     // The window's pixel on the screen, 0x00RRGGBB.
     std::uint32_t Pixel(POINT ptWindow) const;
     bool HasQuit() const { return m_bQuit; } // the message loop would have ended, with exit code 0
@@ -52,6 +65,8 @@ private:
     std::shared_ptr<std::atomic<int>> m_pAlive; // 1 while the window object lives
     bool m_bQuit = false;
 };
+
+std::string ReadFile(const std::filesystem::path& path);
 
 // The folders of the home that HOME names now.
 std::filesystem::path InstallRoot();

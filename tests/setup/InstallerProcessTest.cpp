@@ -10,7 +10,6 @@
 
 #include <chrono>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <random>
 #include <thread>
@@ -21,12 +20,7 @@ namespace fs = std::filesystem;
 using test::ClientFolder;
 using test::InstallerProcess;
 using test::InstallRoot;
-
-std::string ReadFile(const fs::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return { std::istreambuf_iterator<char>(file), {} };
-}
+using test::ReadFile;
 
 std::map<std::string, std::string> FilesBelow(const fs::path& folder)
 {

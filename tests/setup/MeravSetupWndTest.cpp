@@ -17,6 +17,7 @@ namespace fs = std::filesystem;
 using test::InstallerOnScreen;
 
 const std::string kRunKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Run";
+constexpr CRect kPage(0, 0, 510, 349);
 const std::string kMarkerClient = "#!/bin/sh\n: > started\n"; // leaves a file in its folder
 
 // The bytes of the auto-start value; empty when there is none.
@@ -67,12 +68,15 @@ TEST(MeravSetupWnd, ShowsCentredOnThePrimaryScreenAboveOtherWindows)
 
 TEST(MeravSetupWnd, ChecksForThirteenTicksThenIsReady)
 {
+    constexpr std::uint32_t kSquare = 0x339FFE; // the page's white without the pen's colour
     InstallerOnScreen installer;
+    EXPECT_TRUE(installer.Difference(kPage, { 0, 0 }).IsRectEmpty());
     for (int nTick = 1; nTick <= 12; nTick++) {
-        const std::uint32_t nBefore = installer.Pixel({ 133 + 20 * (nTick - 1), 180 });
         installer.Tick(1);
         EXPECT_EQ(installer.Stage(), kStageChecking);
-        EXPECT_NE(installer.Pixel({ 133 + 20 * (nTick - 1), 180 }), nBefore) << "square " << nTick;
+        EXPECT_EQ(installer.Difference(kPage, { 0, 0 }), CRect(128, 175, 118 + 20 * nTick, 185));
+        EXPECT_EQ(installer.Pixel({ 108 + 20 * nTick, 175 }), kSquare);
+        EXPECT_EQ(installer.Pixel({ 117 + 20 * nTick, 184 }), kSquare);
     }
     EXPECT_FALSE(installer.Shows(10001) || installer.Shows(10002));
     installer.Tick(1);
@@ -80,6 +84,103 @@ TEST(MeravSetupWnd, ChecksForThirteenTicksThenIsReady)
     EXPECT_EQ(installer.Progress(), 0.0F);
     EXPECT_TRUE(installer.Shows(10001) && installer.Shows(10002));
     EXPECT_FALSE(installer.Shows(10003) || installer.Shows(10005));
+}
+
+// A step of the mouse and what a button looks like after it, as a place in the skin's image.
+struct LookStep {
+    const char* why;
+    void (InstallerOnScreen::*pMouse)(); // null: only moves
+    POINT ptMouse;
+    CRect rcButton;
+    CPoint ptSkin;
+};
+
+constexpr CRect kLeftButton(302, 288, 380, 318);
+constexpr CRect kRightButton(392, 288, 470, 318);
+constexpr CRect kFirstBox(31, 146, 44, 159);
+constexpr CRect kSecondBox(31, 174, 44, 187);
+constexpr POINT kElsewhere{ 20, 100 };
+constexpr POINT kNoDoubleClick{ 42, 157 }; // in the first box, too, but too far from its middle
+
+constexpr LookStep kReadySteps[] = {
+    { "install, hovered", nullptr, test::kInstallButton, kLeftButton, { 20, 1396 } },
+    { "exit beside it is its page", nullptr, test::kInstallButton, kRightButton, { 392, 637 } },
+    { "install, pressed", &InstallerOnScreen::Press, test::kInstallButton, kLeftButton, { 302, 637 } },
+    { "left while pressed", nullptr, kElsewhere, kLeftButton, { 20, 1396 } },
+    { "released elsewhere", &InstallerOnScreen::Release, kElsewhere, kLeftButton, { 302, 637 } },
+    { "exit, hovered", nullptr, test::kExitButton, kRightButton, { 100, 1396 } },
+};
+
+constexpr LookStep kFinishedSteps[] = {
+    { "finish, hovered", nullptr, test::kFinishButton, kLeftButton, { 180, 1396 } },
+    { "exit, hovered", nullptr, test::kExitButton, kRightButton, { 260, 1396 } },
+    { "a box, hovered", nullptr, test::kLaunchBox, kFirstBox, { 350, 1396 } },
+    { "a box, pressed", &InstallerOnScreen::Press, test::kLaunchBox, kFirstBox, { 31, 1193 } },
+    { "switched off", &InstallerOnScreen::Release, test::kLaunchBox, kFirstBox, { 370, 1396 } },
+    { "the other box, hovered", nullptr, test::kAutoStartBox, kSecondBox, { 350, 1396 } },
+    { "the first one stays off", nullptr, test::kAutoStartBox, kFirstBox, { 370, 1396 } },
+    { "pressed again", &InstallerOnScreen::Press, kNoDoubleClick, kFirstBox, { 370, 1396 } },
+    { "switched on again", &InstallerOnScreen::Release, kNoDoubleClick, kFirstBox, { 350, 1396 } },
+    { "as on the page", nullptr, kElsewhere, kFirstBox, { 31, 1193 } },
+};
+
+template <std::size_t nSteps>
+void FollowLooks(InstallerOnScreen& installer, const LookStep (&steps)[nSteps])
+{
+    for (const LookStep& step : steps) {
+        SCOPED_TRACE(step.why);
+        installer.Point(step.ptMouse);
+        if (step.pMouse)
+            (installer.*step.pMouse)();
+        EXPECT_TRUE(installer.Difference(step.rcButton, step.ptSkin).IsRectEmpty());
+    }
+}
+
+TEST(MeravSetupWnd, LooksAsTheSkinSaysUnderTheMouse)
+{
+    InstallerOnScreen installer;
+    installer.Tick();
+    EXPECT_TRUE(installer.Difference(kPage, { 0, 349 }).IsRectEmpty()) << "at rest it is its page";
+    FollowLooks(installer, kReadySteps);
+    EXPECT_EQ(installer.Stage(), kStageReady); // the install button was released elsewhere
+    Finished finished;
+    finished->Point(kElsewhere);
+    EXPECT_TRUE(finished->Difference(kPage, { 0, 3 * 349 }).IsRectEmpty()) << "at rest it is its page";
+    FollowLooks(*finished.operator->(), kFinishedSteps);
+}
+
+struct ProgressStep {
+    const char* pszName;
+    DWORD nBytes;
+    const char* pszShown;
+    int nColumns; // of the bar
+};
+
+constexpr ProgressStep kProgressSteps[] = {
+    { "Tesk\\Temp\\null", 0, "null", 0 },
+    { "Tesk\\Data\\Config.xml", 5000000, "Config.xml", 111 }, // 110.5 are begun
+    { "bare", 89947, "bare", 113 },
+    { "Tesk\\x\\", 15000000, "", 444 },
+};
+
+TEST(MeravSetupWnd, GrowsItsBarByEachFileAndNamesTheFile)
+{
+    constexpr CRect kFileName(100, 240, 470, 254);
+    InstallerOnScreen installer;
+    installer.ShowStage(kStageInstalling);
+    for (const ProgressStep& step : kProgressSteps) {
+        SCOPED_TRACE(step.pszName);
+        installer.ReportFile(step.pszName, step.nBytes);
+        EXPECT_EQ(installer.CurrentFile(), step.pszShown);
+        const CRect rcText = installer.Difference(CRect(0, 0, 510, 258), { 0, 2 * 349 });
+        EXPECT_EQ(rcText | kFileName, kFileName);
+        EXPECT_EQ(rcText.IsRectEmpty(), *step.pszShown == '\0');
+        const CRect rcBar = installer.Difference(CRect(0, 258, 510, 349), { 0, 2 * 349 + 258 });
+        EXPECT_EQ(rcBar.IsRectEmpty() ? CRect(30, 258, 30, 266) : rcBar, CRect(30, 258, 30 + step.nColumns, 266));
+    }
+    EXPECT_NEAR(installer.Progress(), 444.0, 0.001);
+    for (int y = 0; y < 8; y++)
+        EXPECT_EQ(installer.Pixel({ 473, 258 + y }), test::SkinPixel(0, 1396 + y));
 }
 
 struct ErrorCase {
@@ -114,6 +215,18 @@ const ErrorCase kErrorCases[] = {
       [](test::FailingFileSystem&) { fs::create_directories(test::PayloadCopy() / "folder"); } },
 };
 
+constexpr CRect kErrorText(128, 185, 428, 215);
+
+int CountPixels(const InstallerOnScreen& installer, CRect rc, std::uint32_t nColour)
+{
+    int nCount = 0;
+    for (int y = rc.top; y < rc.bottom; y++) {
+        for (int x = rc.left; x < rc.right; x++)
+            nCount += installer.Pixel({ x, y }) == nColour;
+    }
+    return nCount;
+}
+
 TEST(MeravSetupWnd, OffersOnlyTheExitAfterAFailedCheck)
 {
     for (const ErrorCase& c : kErrorCases) {
@@ -127,6 +240,10 @@ TEST(MeravSetupWnd, OffersOnlyTheExitAfterAFailedCheck)
         EXPECT_FALSE(installer.Shows(10002));
         installer.Tick(1);
         EXPECT_EQ(installer.Stage(), kStageChecking);
+        const CRect rcText = installer.Difference(CRect(0, 0, 510, 280), {});
+        EXPECT_EQ(rcText | kErrorText, kErrorText);
+        EXPECT_GT(rcText.Width(), 200);
+        EXPECT_GT(CountPixels(installer, rcText, 0xFF0000), 100);
         EXPECT_TRUE(installer.Shows(10002));
         EXPECT_FALSE(installer.Shows(10001));
         installer.Click(test::kExitButton);
@@ -141,25 +258,6 @@ TEST(MeravSetupWnd, AcceptsAnInstallationThatIsThere)
     InstallerOnScreen installer;
     EXPECT_EQ(installer.Error(), 0);
     EXPECT_GT(fs::file_size(test::PayloadCopy()), 1000000U);
-}
-
-TEST(MeravSetupWnd, TakesAClickOnlyWhereItWasPressed)
-{
-    InstallerOnScreen installer;
-    installer.Tick();
-    RECT rc{};
-    ::GetWindowRect(installer.Window(), &rc);
-    auto at = [&](POINT pt) { return POINT{ rc.left + pt.x, rc.top + pt.y }; };
-    installer.Screen().move_pointer(at(test::kExitButton));
-    installer.Screen().press(win32::kLeftButton);
-    installer.Screen().move_pointer(at({ 20, 100 }));
-    installer.Screen().release(win32::kLeftButton);
-    installer.Tick(0);
-    EXPECT_TRUE(installer.IsOpen());
-    installer.Click(
-        { test::kExitButton.x + 20, test::kExitButton.y }); // elsewhere: not the second half of a double click
-    EXPECT_FALSE(installer.IsOpen());
-    EXPECT_TRUE(installer.HasQuit());
 }
 
 struct FinishCase {

@@ -5,6 +5,7 @@
 // named page, and "finish" clicks the last page's button. A cabinet takes the place of the payload's copy before the
 // installation starts.
 #include "platform/win32/screen/memory_screen.h"
+#include "tests/setup/SkinPixel.h"
 
 #include <afxwin.h>
 
@@ -26,23 +27,13 @@ namespace {
 
 std::shared_ptr<win32::MemoryScreen> g_pScreen;
 
-// The pages' picture, as the program carries it: 24 bits a pixel, the last row first.
-std::uint32_t PagePixel(int nPage, int x, int y)
-{
-    const auto* pBytes = static_cast<const BYTE*>(
-        LockResource(LoadResource(nullptr, FindResourceA(nullptr, MAKEINTRESOURCEA(131), MAKEINTRESOURCEA(2)))));
-    constexpr int kHeader = 40, kRows = 1426, kRowBytes = (510 * 3 + 3) / 4 * 4;
-    const BYTE* pPixel = pBytes + kHeader + (kRows - 1 - (nPage * 349 + y)) * kRowBytes + x * 3;
-    return (pPixel[2] << 16U) | (pPixel[1] << 8U) | pPixel[0];
-}
-
 bool ShowsPage(HWND hWnd, int nPage)
 {
     constexpr int kTitleRow = 66;
     RECT rc{};
     ::GetWindowRect(hWnd, &rc);
     for (int x = 20; x < 300; x++) {
-        if (g_pScreen->pixel_at({ rc.left + x, rc.top + kTitleRow }) != PagePixel(nPage, x, kTitleRow))
+        if (g_pScreen->pixel_at({ rc.left + x, rc.top + kTitleRow }) != test::SkinPixel(x, nPage * 349 + kTitleRow))
             return false;
     }
     return true;
