@@ -1,0 +1,122 @@
+// The caption buttons: what the mouse does with them, and the commands they post.
+#include "tests/skinwnd/SkinnedWindow.h"
+
+#include <sstream>
+
+#include "look/GuiManager.h"
+
+namespace {
+
+using namespace test;
+
+// Buttons of 10 by 10 pixels in a caption of 22.
+const char* const kCaption = "<parts><part name=\"Top\" rect=\"0,0,9,22\"/></parts><resizeBorder rect=\"0,0,0,0\"/>"
+                             "<anchors><anchor name=\"System\" rect=\"5,5,10,10\"/>"
+                             "<anchor name=\"Minimise\" rect=\"-60,5,10,10\"/>"
+                             "<anchor name=\"Maximise\" rect=\"-40,5,10,10\"/>"
+                             "<anchor name=\"Close\" rect=\"-20,5,10,10\"/></anchors>";
+const std::map<std::string, CPoint> kPlaces = {
+    { "system", { 110, 110 } }, { "min", { 245, 110 } },     { "max", { 265, 110 } },
+    { "close", { 285, 110 } },  { "caption", { 180, 110 } }, { "client", { 180, 160 } },
+};
+
+struct MouseCase {
+    const char* why;
+    const char* pszEvents;
+    const char* pszStates; // after each event: the hovered and the pressed button
+    const char* pszCommands;
+};
+
+const MouseCase kMouseCases[] = {
+    { "hover goes from button to button", "min max close caption", "20 30 40 00", "" },
+    { "a click", "close down up", "40 44 00", "CLOSE" },
+    { "minimise", "min down up", "20 22 00", "MINIMISE" },
+    { "maximise", "max down up", "30 33 00", "MAXIMISE" },
+    { "moved off and back", "close down caption close up", "40 44 04 44 00", "CLOSE" },
+    { "released beside it", "close down caption up", "40 44 04 00", "" },
+    { "released on another button, which never lit up", "close down min up", "40 44 04 00", "" },
+    { "back over the button on the way", "min down max min max up", "20 22 02 22 02 00", "" },
+    { "the client area does not end a hover", "close client", "40 40", "" },
+    { "a release there still counts as on the button", "close down client up", "40 44 44 00", "CLOSE" },
+    { "hovers again after a click", "close down up caption close", "40 44 00 00 40", "CLOSE" },
+    { "a second press so quick that it is a double click", "close down up down up", "40 44 00 00 00", "CLOSE" },
+};
+
+class CaptionButtons : public SkinnedWindowTest {
+protected:
+    CaptionButtons() { OpenSkinned(kCaption); }
+
+    // Two quick presses on one window are a double click.
+    void OpenAnother()
+    {
+        m_pWnd->DestroyWindow();
+        OpenSkinned(kCaption);
+    }
+
+    std::string State() const
+    {
+        const PelkGUI::GuiSkinWindow& skin = *m_pWnd->m_pSkinWindow;
+        return std::to_string(skin.m_nHoverHit) + std::to_string(skin.m_nPressedHit);
+    }
+    std::string StatesAfter(const char* pszEvents)
+    {
+        std::string strStates;
+        std::istringstream events(pszEvents);
+        for (std::string strEvent; events >> strEvent;) {
+            Do(strEvent, kPlaces);
+            strStates += (strStates.empty() ? "" : " ") + State();
+        }
+        return strStates;
+    }
+};
+
+TEST_F(CaptionButtons, FollowTheMouse)
+{
+    for (const MouseCase& c : kMouseCases) {
+        SCOPED_TRACE(c.why);
+        OpenAnother();
+        EXPECT_EQ(StatesAfter(c.pszEvents), c.pszStates);
+        EXPECT_EQ(m_pWnd->TakeJournal(), c.pszCommands);
+    }
+}
+
+TEST_F(CaptionButtons, OfferToRestoreAMaximisedWindow)
+{
+    m_pWnd->ModifyStyle(0, WS_MAXIMIZE);
+    EXPECT_EQ(StatesAfter("max down up"), "30 33 00");
+    EXPECT_EQ(m_pWnd->TakeJournal(), "RESTORE");
+}
+
+TEST_F(CaptionButtons, NoticeAReleaseThatNobodyTold)
+{
+    Do("close", kPlaces);
+    m_pWnd->SendMessage(WM_NCLBUTTONDOWN, HTCLOSE, 0); // the button is up when the next move comes
+    EXPECT_EQ(State(), "44");
+    Do("min", kPlaces);
+    EXPECT_EQ(State(), "00");
+    m_pWnd->SendMessage(WM_NCLBUTTONDOWN, HTCLOSE, 0);
+    m_pWnd->SendMessage(WM_NCMOUSEMOVE, HTCLOSE, 0);
+    EXPECT_EQ(State(), "44") << "still over the button: who knows";
+}
+
+TEST_F(CaptionButtons, AreWhereTheMirrorPutsThem)
+{
+    PelkGUI::GetGuiManager().m_bRightToLeft = TRUE;
+    m_pScreen->move_pointer({ 114, 110 }); // 14 pixels from the left, as the button is from the right
+    Run();
+    EXPECT_EQ(State(), "40");
+}
+
+TEST_F(CaptionButtons, LeaveOtherPressesToTheSystem)
+{
+    for (const WPARAM nHit : { HTCAPTION, HTBORDER, HTNOWHERE, HTMENU, HTCLIENT }) {
+        EXPECT_FALSE(m_pWnd->m_pSkinWindow->OnNcLButtonDown(m_pWnd, nHit, {}));
+        EXPECT_FALSE(m_pWnd->m_pSkinWindow->OnNcLButtonDblClk(m_pWnd, nHit, {}));
+    }
+    m_pWnd->SendMessage(WM_NCLBUTTONDBLCLK, HTSYSMENU, 0);
+    Run();
+    EXPECT_EQ(m_pWnd->TakeJournal(), "CLOSE");
+    EXPECT_EQ(State(), "00");
+}
+
+} // namespace

@@ -1,0 +1,315 @@
+// Command buttons: how they look, and what the mouse and the framework do with them.
+#include "tests/skinwnd/SkinnedWindow.h"
+
+#include <sstream>
+#include <thread>
+
+#include <commctrl.h>
+
+#include "look/GuiInterface.h"
+#include "tests/support/Canvas.h"
+
+namespace {
+
+using namespace test;
+using PelkGUI::GuiCmdButton;
+using PelkGUI::GuiSkinWindow;
+
+const char* const kLooks[] = { "Up", "Hover", "Down", "Checked", "Disabled", "Other" };
+constexpr char kLetters[] = "UHDCXO"; // of them
+
+// A window skin whose part "_7.Up" is one pixel of colour 1, "_7.Hover" of colour 2 and so on.
+class ButtonSkin : public GuiSkinWindow {
+public:
+    explicit ButtonSkin(const std::string& strName, const std::string& strLooks)
+    {
+        Canvas canvas(static_cast<int>(std::size(kLooks)), 1);
+        for (int i = 0; i < static_cast<int>(std::size(kLooks)); i++) {
+            canvas.SetPixel(i, 0, RGB(i + 1, 0, 0));
+            if (strLooks.find(kLetters[i]) != std::string::npos)
+                m_mapParts.SetAt((strName + "." + kLooks[i]).c_str(), new CRect(i, 0, i + 1, 1));
+        }
+        m_bmpImage.Attach(canvas.Finish(""));
+        m_mapAnchors.SetAt(strName.c_str(), new CRect(2, 0, 3, 1));
+    }
+};
+
+enum Whose { kNobody, kThis, kAnother };
+struct LookCase {
+    const char* why;
+    BOOL bVisible, bEnabled, bChecked;
+    Whose hovered, pressed;
+    const char* pszLooks; // that the skin has
+    const char* pszExpected;
+};
+
+const LookCase kLookCases[] = {
+    { "idle", TRUE, TRUE, FALSE, kNobody, kNobody, "UHDCXO", "Up" },
+    { "hovered", TRUE, TRUE, FALSE, kThis, kNobody, "UHDCXO", "Hover" },
+    { "pressed", TRUE, TRUE, FALSE, kThis, kThis, "UHDCXO", "Down" },
+    { "pressed, the mouse elsewhere", TRUE, TRUE, FALSE, kNobody, kThis, "UHDCXO", "Hover" },
+    { "pressed, the mouse on another", TRUE, TRUE, FALSE, kAnother, kThis, "UHDCXO", "Hover" },
+    { "another is hovered", TRUE, TRUE, FALSE, kAnother, kNobody, "UHDCXO", "Other" },
+    { "another is hovered and pressed", TRUE, TRUE, FALSE, kAnother, kAnother, "UHDCXO", "Other" },
+    { "no look for that", TRUE, TRUE, FALSE, kAnother, kNobody, "UHDCX", "Up" },
+    { "hovered while another is pressed", TRUE, TRUE, FALSE, kThis, kAnother, "UHDCXO", "Up" },
+    { "another is pressed, nothing hovered", TRUE, TRUE, FALSE, kNobody, kAnother, "UHDCXO", "Up" },
+    { "checked, whatever the mouse does", TRUE, TRUE, TRUE, kThis, kThis, "UHDCXO", "Checked" },
+    { "no look for that", TRUE, TRUE, TRUE, kNobody, kNobody, "UHDXO", "Down" },
+    { "nor a fallback", TRUE, TRUE, TRUE, kNobody, kNobody, "UHXO", "nothing" },
+    { "checked before disabled", TRUE, FALSE, TRUE, kNobody, kNobody, "UHDCXO", "Checked" },
+    { "disabled", TRUE, FALSE, FALSE, kThis, kNobody, "UHDCXO", "Disabled" },
+    { "it has no fallback", TRUE, FALSE, FALSE, kThis, kNobody, "UHDCO", "nothing" },
+    { "hidden", FALSE, TRUE, TRUE, kThis, kThis, "UHDCXO", "nothing" },
+};
+
+std::string PaintedLook(GuiCmdButton& button, ButtonSkin& skin, const GuiCmdButton* pHovered,
+                        const GuiCmdButton* pPressed)
+{
+    Canvas canvas(4, 1);
+    button.Paint(&canvas, CRect(0, 0, 4, 1), &skin, pHovered, pPressed);
+    canvas.SelectClipRgn(nullptr);
+    const auto nLook = GetRValue(canvas.GetPixel(2, 0));
+    return nLook <= std::size(kLooks) ? kLooks[nLook - 1] : "nothing";
+}
+
+TEST(GuiCmdButton, LooksAsItsStateSays)
+{
+    const std::string strLong = "_7" + std::string(1000, 'n'); // names have no bound
+    for (const std::string& strName : { std::string("_7"), strLong }) {
+        for (const LookCase& c : kLookCases) {
+            SCOPED_TRACE(c.why);
+            ButtonSkin skin(strName, c.pszLooks);
+            GuiCmdButton button(strName.c_str());
+            GuiCmdButton another("_8");
+            const GuiCmdButton* const apWhose[] = { nullptr, &button, &another };
+            button.Show(c.bVisible);
+            button.Enable(c.bEnabled);
+            button.SetCheck(c.bChecked);
+            EXPECT_EQ(PaintedLook(button, skin, apWhose[c.hovered], apWhose[c.pressed]), c.pszExpected);
+            EXPECT_EQ(button.m_rcButton, CRect(2, 0, 3, 1)) << "hidden or not";
+        }
+    }
+    ButtonSkin skin("_7", "UD");
+    GuiCmdButton button("_7");
+    button.Enable(FALSE);
+    button.m_rcButton = CRect();
+    EXPECT_EQ(PaintedLook(button, skin, nullptr, nullptr), "nothing");
+    ButtonSkin bare("_9", "U");
+    button.Enable(TRUE);
+    EXPECT_EQ(PaintedLook(button, bare, nullptr, nullptr), "nothing");
+    EXPECT_EQ(button.m_rcButton, CRect(2, 0, 3, 1)) << "without an anchor it stays where it was";
+}
+
+TEST(GuiCmdButton, IsNamedByItsCommand)
+{
+    PelkGUI::GetGuiInterface().NameCommand(4711, "save");
+    const struct {
+        const char* pszName;
+        UINT nID;
+    } kCases[] = { { "_10001", 10001 }, { "_save", 4711 }, { "?12x", 12 }, { "_other", 1 }, { "_", 1 }, { "", 1 } };
+    for (const auto& c : kCases) {
+        const GuiCmdButton button(c.pszName);
+        EXPECT_EQ(button.m_nID, c.nID) << c.pszName;
+        EXPECT_EQ(std::string(button.m_strName), c.pszName);
+    }
+    PelkGUI::GetGuiInterface().Clear();
+}
+
+TEST(GuiCmdButton, TellsChangesAndIsCopied)
+{
+    GuiCmdButton button("_7");
+    button.m_rcButton = CRect(10, 10, 20, 20);
+    const auto changedBy = [&](auto change) {
+        button.m_bChanged = button.m_bEnableChanged = FALSE;
+        change();
+        return static_cast<BOOL>(button.m_bChanged);
+    };
+    EXPECT_FALSE(changedBy([&] { button.Enable(TRUE); }));
+    EXPECT_TRUE(button.m_bEnableChanged) << "what the framework asks for";
+    EXPECT_TRUE(changedBy([&] { button.Enable(FALSE); }));
+    EXPECT_FALSE(changedBy([&] { button.Show(TRUE); }));
+    EXPECT_TRUE(changedBy([&] { button.Show(3); }));
+    EXPECT_TRUE(changedBy([&] { button.SetCheck(7); }));
+    EXPECT_EQ(button.m_bChecked, 1);
+    EXPECT_FALSE(changedBy([&] { button.SetRadio(TRUE); })) << "a check like any";
+
+    const GuiCmdButton copy = button;
+    EXPECT_EQ(copy.HitTest({ 10, 19 }, TRUE), 3) << "as it was shown";
+    EXPECT_EQ(copy.HitTest({ 10, 19 }, FALSE), 0) << "disabled";
+    EXPECT_EQ(copy.HitTest({ 20, 19 }, TRUE), 0);
+    EXPECT_EQ(copy.m_nID, 7U);
+}
+
+const char* const kButtons =
+    "<parts><part name=\"Top\" rect=\"0,0,9,22\"/><part name=\"_7.Up\" rect=\"1,0,9,9\"/></parts>"
+    "<resizeBorder rect=\"0,0,0,0\"/><anchors><anchor name=\"_7\" rect=\"10,10,20,20\"/>"
+    "<anchor name=\"_8\" rect=\"25,10,20,20\"/><anchor name=\"_200\" rect=\"60,10,20,20\"/></anchors>";
+const std::map<std::string, CPoint> kPlaces = {
+    { "seven", { 115, 140 } },  { "both", { 127, 140 } },    { "eight", { 140, 140 } },   { "unhandled", { 170, 140 } },
+    { "beside", { 220, 170 } }, { "caption", { 180, 105 } }, { "outside", { 500, 500 } },
+};
+
+struct ClickCase {
+    const char* why;
+    const char* pszEvents;
+    const char* pszJournal;
+    UINT nHovered, nPressed; // commands, at the end
+};
+
+// MOVE is the press that the window posts to its caption, with every press; the captured mouse moves nothing.
+const ClickCase kClickCases[] = {
+    { "a click", "seven down up", "hover 1 7 MOVE command 7", 7, 0 },
+    { "the first button of two in one place", "both down up", "hover 1 7 MOVE command 7", 7, 0 },
+    { "hover goes from one to the other", "seven eight beside", "hover 1 7 hover 1 8 hover 0 0", 0, 0 },
+    { "pressed", "eight down", "hover 1 8 MOVE", 8, 8 },
+    { "released elsewhere", "seven down beside up", "hover 1 7 MOVE hover 0 0", 0, 0 },
+    { "released on another", "seven down eight up", "hover 1 7 MOVE hover 1 8", 8, 0 },
+    { "back before the release", "seven down outside seven up", "hover 1 7 MOVE hover 0 0 hover 1 7 command 7", 7, 0 },
+    { "released outside the window: the mouse is captured", "seven down outside up", "hover 1 7 MOVE hover 0 0", 0, 0 },
+    { "a disabled button is none: both presses are the caption's", "unhandled down up", "MOVE MOVE", 0, 0 },
+};
+
+class CmdButtons : public SkinnedWindowTest {
+protected:
+    CmdButtons() { OpenWithButtons(); }
+
+    void OpenWithButtons()
+    {
+        OpenSkinned(kButtons, { "_7", "_8", "_200" });
+        m_pWnd->SendMessage(WM_IDLEUPDATECMDUI, TRUE, 0); // 200 has no handler
+        Run();
+    }
+    void DoAll(const char* pszEvents)
+    {
+        std::istringstream events(pszEvents);
+        for (std::string strEvent; events >> strEvent;)
+            Do(strEvent, kPlaces);
+    }
+    static UINT IDOf(const GuiCmdButton* pButton) { return pButton ? pButton->m_nID : 0; }
+};
+
+TEST_F(CmdButtons, SendTheirCommands)
+{
+    for (const ClickCase& c : kClickCases) {
+        SCOPED_TRACE(c.why);
+        DoAll(c.pszEvents);
+        EXPECT_EQ(m_pWnd->TakeJournal(), c.pszJournal);
+        EXPECT_EQ(IDOf(m_pWnd->m_pHovered), c.nHovered);
+        EXPECT_EQ(IDOf(m_pWnd->m_pPressed), c.nPressed);
+        EXPECT_EQ(m_pWnd->m_bHoverTimer, c.nHovered != 0);
+        EXPECT_EQ(::GetCapture() == m_hWnd, c.nPressed != 0);
+        m_pWnd->DestroyWindow();
+        DoAll("up outside");
+        OpenWithButtons();
+    }
+}
+
+TEST_F(CmdButtons, LoseTheHoverWhenThePointerLeaves)
+{
+    DoAll("seven outside");
+    m_pWnd->SendMessage(WM_TIMER, 2, 0);
+    EXPECT_EQ(IDOf(m_pWnd->m_pHovered), 7U) << "not our timer";
+    m_pWnd->SendMessage(WM_TIMER, PelkGUI::GuiSkinCmdInterface::kHoverTimer, 0);
+    EXPECT_EQ(IDOf(m_pWnd->m_pHovered), 0U);
+    EXPECT_FALSE(m_pWnd->m_bHoverTimer);
+    EXPECT_FALSE(m_pWnd->KillTimer(PelkGUI::GuiSkinCmdInterface::kHoverTimer)) << "it does not run on";
+    EXPECT_EQ(m_pWnd->TakeJournal(), "hover 1 7");
+    DoAll("seven");
+    m_pWnd->SendMessage(WM_TIMER, PelkGUI::GuiSkinCmdInterface::kHoverTimer, 0);
+    EXPECT_EQ(IDOf(m_pWnd->m_pHovered), 7U) << "it is still there";
+}
+
+TEST_F(CmdButtons, ForgetAPressWhoseCaptureIsLost)
+{
+    for (const bool bCancelled : { false, true }) {
+        DoAll("seven down");
+        bCancelled ? (void)m_pWnd->SendMessage(WM_CANCELMODE) : (void)::ReleaseCapture();
+        EXPECT_EQ(m_pWnd->m_pPressed, nullptr);
+        DoAll("up outside");
+    }
+    EXPECT_EQ(m_pWnd->TakeJournal().find("command"), std::string::npos);
+}
+
+TEST_F(CmdButtons, PassPressesBesideThemToTheCaption)
+{
+    m_pScreen->move_pointer(kPlaces.at("beside"));
+    m_pScreen->press(win32::kLeftButton);
+    m_pScreen->release(win32::kLeftButton);
+    Run();
+    EXPECT_EQ(m_pWnd->TakeJournal(), "MOVE MOVE") << "sent for the screen's point, posted for the client's";
+    EXPECT_EQ(m_pWnd->m_nLastParameter, MAKELPARAM(120, 48));
+}
+
+TEST_F(CmdButtons, AreEnabledByTheirHandlers)
+{
+    const auto enabled = [&] { return static_cast<BOOL>(m_pWnd->GetCmdButton(7)->m_bEnabled); };
+    EXPECT_TRUE(enabled());
+    EXPECT_FALSE(m_pWnd->GetCmdButton(200)->m_bEnabled);
+    m_pWnd->EnableButton(7, FALSE);
+    m_pWnd->EnableButton(12345, TRUE); // nobody's
+    m_pWnd->UpdateWindow();
+    m_pWnd->UpdateCmdButtons();
+    EXPECT_TRUE(enabled());
+    EXPECT_TRUE(m_pWnd->GetUpdateRect(nullptr)) << "drawn anew";
+    m_pWnd->UpdateWindow();
+    m_pWnd->UpdateCmdButtons();
+    EXPECT_FALSE(m_pWnd->GetUpdateRect(nullptr)) << "nothing has changed";
+}
+
+TEST_F(CmdButtons, HaveTips)
+{
+    m_pWnd->m_listButtons.AddTail(new GuiCmdButton("_9")); // without a string, and never painted
+    static_cast<GuiCmdButton*>(m_pWnd->m_listButtons.GetTail())->m_rcButton = CRect(90, 10, 110, 30);
+    const struct {
+        const char* why;
+        CPoint point;
+        int nID;
+        const char* pszTip;
+    } kCases[] = {
+        { "what is behind the line feed", { 12, 12 }, 7, "Tip. Of" },
+        { "else the first sentence", { 40, 12 }, 8, "First" },
+        { "without a string no tip, but a tool", { 95, 12 }, 9, nullptr },
+        { "no button", { 0, 0 }, -1, nullptr },
+        { "a disabled one is none", { 65, 12 }, -1, nullptr },
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.why);
+        TOOLINFOA info = {};
+        info.uFlags = TTF_IDISHWND | 0x100U; // one of theirs and one of the caller's
+        EXPECT_EQ(m_pWnd->OnToolHitTest(c.point, &info), c.nID);
+        EXPECT_STREQ(info.lpszText, c.pszTip);
+        EXPECT_EQ(info.uFlags, c.nID > 0 ? 0x100U : 0x100U | TTF_IDISHWND);
+        EXPECT_EQ(info.hwnd, c.nID > 0 ? m_hWnd : nullptr);
+        EXPECT_EQ(CRect(info.rect).PtInRect(c.point), c.nID > 0);
+        ::free(info.lpszText);
+    }
+    const PelkGUI::GuiSkinCmdInterface& buttons = *m_pWnd;
+    EXPECT_EQ(buttons.OnToolHitTest({ 0, 0 }, nullptr), 0);
+    EXPECT_EQ(buttons.OnToolHitTest({ 12, 12 }, nullptr), 7);
+}
+
+TEST_F(CmdButtons, MayBeShownFromAnyThread)
+{
+    std::thread worker([&] {
+        for (int i = 1; i <= 20000; i++) {
+            m_pWnd->ShowButton(7, i % 2);
+            m_pWnd->CheckButton(8, i % 2);
+        }
+    });
+    for (int i = 0; i < 200; i++) {
+        DoAll("seven eight");
+        m_pWnd->SendMessage(WM_IDLEUPDATECMDUI, TRUE, 0);
+        m_pWnd->Invalidate(FALSE);
+        Run();
+    }
+    worker.join();
+    EXPECT_FALSE(m_pWnd->GetCmdButton(7)->m_bVisible);
+    EXPECT_FALSE(m_pWnd->GetCmdButton(8)->m_bChecked);
+    m_pWnd->ShowButton(7, TRUE);
+    m_pWnd->Invalidate(FALSE);
+    Run();
+    EXPECT_EQ(m_pScreen->pixel_at({ 110, 132 }), 0x010064U) << "the part of the skin";
+}
+
+} // namespace

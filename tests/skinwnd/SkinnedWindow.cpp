@@ -1,0 +1,198 @@
+#include "tests/skinwnd/SkinnedWindow.h"
+
+#include <fstream>
+
+#include "look/GuiInterface.h"
+#include "look/GuiManager.h"
+#include "skin/GuiSkin.h"
+#include "tests/support/TestHome.h"
+
+namespace test {
+
+namespace {
+
+// The framework wants an application object.
+CWinApp theTestApp;
+
+// 64 by 64 pixels, the one at (x, y) RGB(x, y, 100). The folder's name with a separator at its end.
+std::string FolderWithPicture()
+{
+    constexpr int kSize = 64;
+    BITMAPFILEHEADER file = {};
+    BITMAPINFOHEADER info = {};
+    file.bfType = 0x4D42;
+    file.bfOffBits = sizeof(file) + sizeof(info);
+    file.bfSize = file.bfOffBits + kSize * kSize * 3;
+    info.biSize = sizeof(info);
+    info.biWidth = kSize;
+    info.biHeight = -kSize; // from the top down
+    info.biPlanes = 1;
+    info.biBitCount = 24;
+    std::string strBytes(reinterpret_cast<const char*>(&file), sizeof(file));
+    strBytes.append(reinterpret_cast<const char*>(&info), sizeof(info));
+    for (int y = 0; y < kSize; y++) {
+        for (int x = 0; x < kSize; x++)
+            strBytes += { static_cast<char>(100), static_cast<char>(y), static_cast<char>(x) };
+    }
+    std::ofstream(home() / "picture.bmp", std::ios::binary) << strBytes;
+    return home().path().string() + "/";
+}
+
+} // namespace
+
+void SetPart(PelkGUI::GuiSkinWindow& skin, int nPart, const CRect& rc)
+{
+    skin.m_pPartPresent[nPart] = 1;
+    skin.m_pPartRect[nPart] = rc;
+}
+
+void SetAnchor(PelkGUI::GuiSkinWindow& skin, int nAnchor, const CRect& rc)
+{
+    skin.m_pAnchorPresent[nAnchor] = 1;
+    skin.m_pAnchorRect[nAnchor] = rc;
+}
+
+std::string SystemCommandName(WPARAM nCommand)
+{
+    static const std::map<WPARAM, std::string> kNames = {
+        { SC_CLOSE, "CLOSE" },     { SC_MINIMIZE, "MINIMISE" },     { SC_MAXIMIZE, "MAXIMISE" },
+        { SC_RESTORE, "RESTORE" }, { SC_MOVE | HTCAPTION, "MOVE" }, { SC_SIZE, "SIZE" },
+    };
+    const auto found = kNames.find(nCommand);
+    return found == kNames.end() ? std::to_string(nCommand) : found->second;
+}
+
+void SkinnedWnd::Write(const std::string& strWord)
+{
+    m_strJournal += (m_strJournal.empty() ? "" : " ") + strWord;
+}
+
+std::string SkinnedWnd::TakeJournal()
+{
+    return std::exchange(m_strJournal, {});
+}
+
+void SkinnedWnd::Happen(const char* pszWhat)
+{
+    if (const auto found = m_mapHappens.find(pszWhat); found != m_mapHappens.end()) {
+        const std::function<void()> happens = found->second; // it may be this object's end
+        happens();
+    }
+}
+
+void SkinnedWnd::SkinChanging()
+{
+    DeleteButtons();
+    for (const char* pszName : m_aButtons)
+        m_listButtons.AddTail(new PelkGUI::GuiCmdButton(pszName));
+    Happen("changing");
+}
+
+void SkinnedWnd::Paint(CDC* pDC, CRect rcClient)
+{
+    PaintButtons(pDC, rcClient);
+    Happen("paint");
+}
+
+void SkinnedWnd::MouseMoveStype(UINT nState, UINT nCommand)
+{
+    Write("hover " + std::to_string(nState) + " " + std::to_string(nCommand));
+    Happen("hover");
+}
+
+BOOL SkinnedWnd::OnCmdMsg(UINT nID, int nCode, void* pExtra, AFX_CMDHANDLERINFO* pHandlerInfo)
+{
+    if (nCode == CN_UPDATE_COMMAND_UI) {
+        Happen("update");
+        return FALSE;
+    }
+    if (nCode == CN_COMMAND && nID < 100) { // the commands that this window handles
+        if (!pHandlerInfo) {
+            Write("command " + std::to_string(nID));
+            Happen("command");
+        }
+        return TRUE;
+    }
+    return GuiMiniFrameWnd::OnCmdMsg(nID, nCode, pExtra, pHandlerInfo);
+}
+
+LRESULT SkinnedWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_SYSCOMMAND) {
+        Write(SystemCommandName(wParam));
+        m_nLastParameter = lParam;
+        return 0;
+    }
+    return GuiMiniFrameWnd::WindowProc(message, wParam, lParam);
+}
+
+SkinnedWindowTest::SkinnedWindowTest(std::vector<win32::Monitor> monitors)
+    : m_pScreen(std::make_shared<win32::MemoryScreen>(std::move(monitors)))
+{
+    win32::set_screen(m_pScreen);
+    PelkGUI::GetGuiManager().InitManager();
+}
+
+SkinnedWindowTest::~SkinnedWindowTest()
+{
+    if (IsOpen())
+        ::DestroyWindow(m_hWnd);
+    Run();
+    PelkGUI::GetGuiSkin().Clear();
+    PelkGUI::GetGuiInterface().Clear();
+    PelkGUI::GetGuiManager().m_bRightToLeft = FALSE;
+    win32::set_screen(nullptr);
+}
+
+void SkinnedWindowTest::ApplySkin(const std::string& strChildren)
+{
+    PelkGUI::GetGuiSkin().Clear();
+    const std::string strSkin = "<?xml version=\"1.0\"?><skin><strings>"
+                                "<tip id=\"7\" message=\"Says. More\" tip=\"Tip. Of\"/>"
+                                "<string id=\"8\" value=\"First. Second\"/></strings><windowSkins><windowSkin>"
+                                "<target window=\"Main\"/><image path=\"picture.bmp\"/>" +
+                                strChildren + "</windowSkin></windowSkins></skin>";
+    ASSERT_TRUE(PelkGUI::GetGuiSkin().LoadFromString(strSkin.c_str(), FolderWithPicture().c_str()));
+}
+
+SkinnedWnd* SkinnedWindowTest::Open(DWORD dwStyle, const CRect& rc, CWnd* pParent)
+{
+    m_pWnd = new SkinnedWnd;
+    EXPECT_EQ(m_pWnd->Create(AfxRegisterWndClass(CS_DBLCLKS), "Main", dwStyle, rc, pParent, 0), 1);
+    m_hWnd = m_pWnd->GetSafeHwnd();
+    m_pWnd->ShowWindow(SW_SHOW);
+    Run();
+    return m_pWnd;
+}
+
+void SkinnedWindowTest::OpenSkinned(const std::string& strChildren, std::vector<const char*> aButtons)
+{
+    ApplySkin(strChildren);
+    Open();
+    m_pWnd->m_aButtons = std::move(aButtons);
+    m_pWnd->OnSkinChange();
+    Run();
+    m_pWnd->TakeJournal();
+}
+
+void SkinnedWindowTest::Run()
+{
+    MSG msg;
+    while (::PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
+        ::TranslateMessage(&msg);
+        ::DispatchMessageA(&msg);
+    }
+}
+
+void SkinnedWindowTest::Do(const std::string& strWord, const std::map<std::string, CPoint>& places)
+{
+    if (strWord == "down")
+        m_pScreen->press(win32::kLeftButton);
+    else if (strWord == "up")
+        m_pScreen->release(win32::kLeftButton);
+    else
+        m_pScreen->move_pointer(places.at(strWord));
+    Run();
+}
+
+} // namespace test

@@ -1,0 +1,73 @@
+// A skinned window on a screen in memory, driven as a person drives it, which writes down what it is told.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "platform/win32/screen/memory_screen.h"
+#include "skin/GuiSkinWindow.h"
+#include "skinwnd/GuiMiniFrameWnd.h"
+
+namespace test {
+
+// The tests' own side of a window skin: makes it what a skin text would.
+void SetPart(PelkGUI::GuiSkinWindow& skin, int nPart, const CRect& rc);
+void SetAnchor(PelkGUI::GuiSkinWindow& skin, int nAnchor, const CRect& rc);
+
+// "CLOSE" for SC_CLOSE and so on.
+std::string SystemCommandName(WPARAM nCommand);
+
+// The window's journal holds words: "CLOSE" for a system command, which is not carried out, "command 7", "hover 1 7".
+class SkinnedWnd : public PelkGUI::GuiMiniFrameWnd {
+public:
+    void SkinChanging() override;
+    void Paint(CDC* pDC, CRect rcClient) override;
+    void MouseMoveStype(UINT nState, UINT nCommand) override;
+    BOOL OnCmdMsg(UINT nID, int nCode, void* pExtra, AFX_CMDHANDLERINFO* pHandlerInfo) override;
+
+    std::string TakeJournal(); // its words, and empties it
+    void Write(const std::string& strWord);
+
+    std::vector<const char*> m_aButtons;                       // the names to make buttons of
+    std::map<std::string, std::function<void()>> m_mapHappens; // at "paint", "hover", "command", "update", "changing"
+    LPARAM m_nLastParameter = 0;                               // of the last system command
+
+protected:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+private:
+    void Happen(const char* pszWhat);
+
+    std::string m_strJournal;
+};
+
+class SkinnedWindowTest : public testing::Test {
+protected:
+    explicit SkinnedWindowTest(std::vector<win32::Monitor> monitors = {
+                                   { { 0, 0, 1024, 768 }, { 0, 0, 1024, 768 }, true } });
+    ~SkinnedWindowTest() override;
+
+    // Makes the process's skin of these "windowSkin" contents, whose target is "Main".
+    void ApplySkin(const std::string& strChildren);
+    // A window "Main" at 100,100, 200 by 120 pixels, shown. It belongs to the test, or is gone.
+    SkinnedWnd* Open(DWORD dwStyle = WS_POPUP | WS_SYSMENU, const CRect& rc = CRect(100, 100, 300, 220),
+                     CWnd* pParent = nullptr);
+    void OpenSkinned(const std::string& strChildren, std::vector<const char*> aButtons = {});
+    // Handles what is in the queue.
+    void Run();
+    // What a person does, a word each: a place moves the pointer there, "down" and "up" are the left button. Each is
+    // handled before the next.
+    void Do(const std::string& strWord, const std::map<std::string, CPoint>& places);
+    bool IsOpen() const { return ::IsWindow(m_hWnd); }
+
+    std::shared_ptr<win32::MemoryScreen> m_pScreen;
+    SkinnedWnd* m_pWnd = nullptr;
+    HWND m_hWnd = nullptr;
+};
+
+} // namespace test
