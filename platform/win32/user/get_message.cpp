@@ -37,7 +37,7 @@ std::optional<MSG> look(MessageQueue& queue, const MessageFilter& filter, UINT r
             return paint.message;
         if (paint.progress)
             continue;
-        return queue.take_timer(filter);
+        return queue.take_timer(filter, remove);
     }
 }
 

@@ -246,7 +246,7 @@ std::optional<MessageQueue::WindowEvent> MessageQueue::take_event()
 }
 
 // A timer that is late fires once and then keeps its rhythm: the beats it missed are not made up for.
-std::optional<MSG> MessageQueue::take_timer(const MessageFilter& filter)
+std::optional<MSG> MessageQueue::take_timer(const MessageFilter& filter, UINT remove)
 {
     const Clock::time_point now = Clock::now();
     Timer* earliest = nullptr;
@@ -256,7 +256,8 @@ std::optional<MSG> MessageQueue::take_timer(const MessageFilter& filter)
     }
     if (!earliest)
         return std::nullopt;
-    earliest->due += ((now - earliest->due) / earliest->period + 1) * earliest->period;
+    if (remove & PM_REMOVE)
+        earliest->due += ((now - earliest->due) / earliest->period + 1) * earliest->period;
     return message_of(earliest->window, WM_TIMER, earliest->id, reinterpret_cast<LPARAM>(earliest->procedure));
 }
 

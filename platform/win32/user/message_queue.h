@@ -114,7 +114,7 @@ public:
     // Whether to look for an invalid window; the next look is due after the next want_paint.
     bool take_paint_wish() { return paint_wanted_.exchange(false); }
     void keep_paint_wish() { paint_wanted_ = true; }
-    std::optional<MSG> take_timer(const MessageFilter& filter);
+    std::optional<MSG> take_timer(const MessageFilter& filter, UINT remove);
 
     UINT_PTR set_timer(HWND window, UINT_PTR id, std::chrono::milliseconds period, TIMERPROC procedure);
     bool kill_timer(HWND window, UINT_PTR id);

@@ -99,6 +99,8 @@ TEST_F(Messages, OfTimersAreCoalesced)
     EXPECT_EQ(SetTimer(window.get(), 9, 1, nullptr), 9U); // the same timer, whose period is at least 10
     const auto missed = std::chrono::steady_clock::now() + std::chrono::milliseconds(55);
     ASSERT_TRUE(wait_until([&] { return std::chrono::steady_clock::now() > missed; }));
+    MSG looked_at;
+    EXPECT_TRUE(PeekMessageA(&looked_at, window.get(), WM_TIMER, WM_TIMER, PM_NOREMOVE)) << "a look takes nothing";
     run_queue();
     EXPECT_EQ(journal_.take(), (Entries{ "w TIMER" }));
     run_until([&] { return !journal_.take().empty(); });
