@@ -1,6 +1,7 @@
 #include "afxwin/cmd_target.h"
 
 #include "afxwin/wnd.h"
+#include "target_life.h"
 
 #include <utility>
 
@@ -38,7 +39,13 @@ BOOL CCmdTarget::OnCmdMsg(UINT nID, int nCode, void* pExtra, AFX_CMDHANDLERINFO*
         pHandlerInfo->pTarget = this;
         return TRUE;
     }
-    return entry->pfnCommand(this, nID, pExtra); // this object may be gone now
+    if (nCode != CN_UPDATE_COMMAND_UI || !pExtra)
+        return entry->pfnCommand(this, nID, pExtra); // this object may be gone now
+    auto* const pCmdUI = static_cast<CCmdUI*>(pExtra);
+    pCmdUI->m_bContinueRouting = FALSE;
+    const mfc::TargetLife life(*this);
+    entry->pfnCommand(this, nID, pExtra);
+    return life.is_over() || !pCmdUI->m_bContinueRouting;
 }
 
 void CCmdUI::Enable(BOOL bOn)
@@ -66,7 +73,10 @@ BOOL CCmdUI::DoUpdate(CCmdTarget* pTarget, BOOL bDisableIfNoHndler)
     if (m_nID == 0 || LOWORD(m_nID) == 0xFFFF)
         return TRUE; // a separator, or a control that names no command
     m_bEnableChanged = FALSE;
+    const mfc::TargetLife life(*pTarget);
     const BOOL bAnswered = pTarget->OnCmdMsg(m_nID, CN_UPDATE_COMMAND_UI, this, nullptr);
+    if (life.is_over())
+        return bAnswered; // this object may have been the target's, and gone with it
     if (bDisableIfNoHndler && !m_bEnableChanged) {
         AFX_CMDHANDLERINFO info = {};
         Enable(pTarget->OnCmdMsg(m_nID, CN_COMMAND, this, &info));

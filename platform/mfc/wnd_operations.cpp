@@ -108,8 +108,3 @@ BOOL CWnd::RedrawWindow(LPCRECT lpRectUpdate, CRgn* prgnUpdate, UINT flags)
 {
     return ::RedrawWindow(m_hWnd, lpRectUpdate, prgnUpdate ? static_cast<HRGN>(*prgnUpdate) : nullptr, flags);
 }
-
-int CWnd::OnToolHitTest(CPoint /*point*/, TOOLINFOA* /*pTI*/) const
-{
-    return -1;
-}

@@ -137,6 +137,9 @@ END_MESSAGE_MAP()
 
 // Answers for some of its controls itself; one of them takes the whole window away.
 class AnsweringFrame : public CFrameWnd {
+public:
+    CCmdUI m_cmdUI; // goes with the frame
+
 protected:
     void OnUpdate(CCmdUI* pCmdUI) { pCmdUI->Enable(TRUE); }
     void OnUpdateLast(CCmdUI*) { DestroyWindow(); }
@@ -188,6 +191,11 @@ TEST(CWnd, StopsAskingWhenAnAnswerWasItsEnd)
     const HWND hFrame = pFrame->m_hWnd;
     pFrame->UpdateDialogControls(&owner, TRUE);
     EXPECT_FALSE(IsWindow(hFrame));
+
+    auto* const pOther = new AnsweringFrame;
+    ASSERT_TRUE(pOther->Create(nullptr, "frame", WS_POPUP, CRect(0, 0, 100, 100)));
+    pOther->m_cmdUI.m_nID = 25;
+    EXPECT_TRUE(pOther->m_cmdUI.DoUpdate(pOther, TRUE));
 }
 
 struct CentreCase {

@@ -84,7 +84,8 @@ public:
     virtual ~CCmdUI() = default;
 
     // Asks the target for the state. When it has no answer and bDisableIfNoHndler is TRUE, the command is enabled
-    // exactly if the target would handle it. TRUE: the target answered.
+    // exactly if the target would handle it. TRUE: the target answered. A handler may destroy a target that is a
+    // window, and this object with it.
     BOOL DoUpdate(CCmdTarget* pTarget, BOOL bDisableIfNoHndler);
     // Called by a handler that has nothing to say: the next one is asked.
     void ContinueRouting() { m_bContinueRouting = TRUE; }
@@ -162,6 +163,4 @@ protected:                                                                      
 // void handler(CCmdUI* pCmdUI)
 #define ON_UPDATE_COMMAND_UI(id, memberFxn) ON_UPDATE_COMMAND_UI_RANGE(id, id, memberFxn)
 #define ON_UPDATE_COMMAND_UI_RANGE(id, idLast, memberFxn)                                                              \
-    AFX_COMMAND_ENTRY(CN_UPDATE_COMMAND_UI, id, idLast, auto* const pCmdUI = static_cast<CCmdUI*>(pExtra);             \
-                      pCmdUI->m_bContinueRouting = FALSE; (self->*(memberFxn))(pCmdUI);                                \
-                      return !pCmdUI->m_bContinueRouting)
+    AFX_COMMAND_ENTRY(CN_UPDATE_COMMAND_UI, id, idLast, (self->*(memberFxn))(static_cast<CCmdUI*>(pExtra)); return TRUE)

@@ -17,7 +17,9 @@
 
 struct TOOLINFOA;
 
-// m_nFlags of a window. A frame whose flag WF_STAYACTIVE is set is drawn active whatever is active.
+// m_nFlags of a window. WF_TOOLTIPS: EnableToolTips was called. A frame whose flag WF_STAYACTIVE is set is drawn active
+// whatever is active.
+inline constexpr UINT WF_TOOLTIPS = 0x0001;
 inline constexpr UINT WF_TEMPHIDE = 0x0004;
 inline constexpr UINT WF_STAYDISABLED = 0x0008;
 inline constexpr UINT WF_MODALLOOP = 0x0010;
@@ -166,8 +168,15 @@ class CWnd : public CCmdTarget {
 
     BOOL OnCmdMsg(UINT nID, int nCode, void* pExtra, AFX_CMDHANDLERINFO* pHandlerInfo) override;
 
-    // Which tool lies at a point of the client area: its number, -1 for none.
+    // From now on a tip shows the text of what OnToolHitTest finds under the resting pointer, in this window and in
+    // those within it that have none of their own, while the top-level window is active; a press or key hides it.
+    BOOL EnableToolTips(BOOL bEnable = TRUE);
+    // Which tool lies at a point of the client area: its number, -1 for none. Fills in *pTI: window, number and area of
+    // the tool and its text, which the framework frees (free). Here the child windows are tools, whose texts come by
+    // TTN_NEEDTEXTA.
     virtual int OnToolHitTest(CPoint point, TOOLINFOA* pTI) const;
+    // Called by PreTranslateMessage with every message.
+    void FilterToolTipMessage(MSG* pMsg);
 
     HWND m_hWnd = nullptr; // owned
     UINT m_nFlags = 0;     // WF_
@@ -240,6 +249,7 @@ protected:
 private:
     friend LRESULT CALLBACK AfxWndProc(HWND hWnd, UINT nMsg, WPARAM wParam, LPARAM lParam);
     void attach_as(HWND window);
+    void follow_pointer(const MSG& message);
     BOOL modify_style(int index, DWORD remove, DWORD add, UINT flags);
 
     WNDPROC super_ = nullptr;  // the procedure before SubclassWindow; null: the system's default
