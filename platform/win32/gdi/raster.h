@@ -35,6 +35,9 @@ constexpr std::uint32_t mix_pixels(std::uint32_t over, std::uint32_t under, std:
     return red_blue | green << 8;
 }
 
+// The same for `count` pixels that one colour is laid on, each with a weight of its own.
+void mix_row(std::uint32_t over, std::uint32_t* under, const std::uint8_t* coverage, int count);
+
 // A 1-bit picture shows a colour as white or black, whichever is nearer.
 constexpr bool is_light(std::uint32_t pixel)
 {

@@ -66,20 +66,7 @@ void blend_row(const Raster& raster, int x, int y, int count, const std::uint8_t
         }
         return;
     }
-    std::uint32_t* pixels = raster.colour_row(y) + x;
-    constexpr int kStep = 8; // most of a line is empty: looked at by so many pixels
-    int i = 0;
-    for (; i + kStep <= count; i += kStep) {
-        std::uint64_t any;
-        static_assert(sizeof any == kStep);
-        std::memcpy(&any, coverage + i, sizeof any);
-        if (any == 0)
-            continue;
-        for (int k = i; k < i + kStep; k++)
-            pixels[k] = mix_pixels(colour, pixels[k], coverage[k]);
-    }
-    for (; i < count; i++)
-        pixels[i] = mix_pixels(colour, pixels[i], coverage[i]);
+    mix_row(colour, raster.colour_row(y) + x, coverage, count);
 }
 
 // Lays the mask, whose corner stands at (left, top), over the canvas.

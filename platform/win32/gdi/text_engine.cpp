@@ -8,6 +8,8 @@
 #include <cmath>
 #include <cstdlib>
 #include <mutex>
+#include <span>
+#include <unordered_map>
 
 namespace win32 {
 
@@ -157,7 +159,57 @@ void TextMask::reset(int new_width, int new_height)
     pixels.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 0);
 }
 
-// A request matched to faces, with the layouts that lines are made in. All of it happens under the lock.
+namespace {
+
+// A line as glyphs, from left to right.
+class ShapedLine {
+public:
+    // A stretch of one face and direction.
+    struct Run {
+        PangoItem* item = nullptr;
+        PangoGlyphString* glyphs = nullptr;
+        int width = 0; // pixels
+    };
+
+    explicit ShapedLine(const TextLibrary& library) : library_(library) {}
+    ShapedLine(const ShapedLine&) = delete;
+    ShapedLine& operator=(const ShapedLine&) = delete;
+    ~ShapedLine();
+
+    // Takes the item over.
+    void add(PangoItem* item, std::string_view utf8);
+    std::span<const Run> runs() const { return runs_; }
+    int width() const { return width_; }
+
+private:
+    const TextLibrary& library_;
+    std::vector<Run> runs_;
+    int width_ = 0;
+};
+
+ShapedLine::~ShapedLine()
+{
+    for (const Run& run : runs_) {
+        library_.pango_glyph_string_free(run.glyphs);
+        library_.pango_item_free(run.item);
+    }
+}
+
+void ShapedLine::add(PangoItem* item, std::string_view utf8)
+{
+    Run run{ item, library_.pango_glyph_string_new(), 0 };
+    library_.pango_shape_with_flags(utf8.data() + item->offset, item->length, utf8.data(),
+                                    static_cast<int>(utf8.size()), &item->analysis, run.glyphs,
+                                    PANGO_SHAPE_ROUND_POSITIONS);
+    run.width = PANGO_PIXELS(library_.pango_glyph_string_get_width(run.glyphs));
+    runs_.push_back(run);
+    width_ += run.width;
+}
+
+} // namespace
+
+// A request matched to faces, with the lines that were made last: what is measured is mostly drawn next, and what was
+// drawn is drawn again. All of it happens under the lock.
 class TextFont::Match {
 public:
     Match(Engine& engine, const FontRequest& request, std::uint64_t version);
@@ -167,21 +219,21 @@ public:
 
     std::uint64_t version() const { return version_; }
     const FontMetrics& metrics() const { return metrics_; }
-    int width(std::string_view utf8, Reading reading);
+    int width(std::string_view utf8, Reading reading) { return line(utf8, reading).width(); }
     void render(std::string_view utf8, Reading reading, FT_Bitmap& bitmap, int x, int y);
 
 private:
-    // Remembers its text: what is measured is mostly drawn next.
-    struct Line {
-        PangoLayout* layout = nullptr;
-        std::string text;
+    struct Hash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
     };
+    using Lines = std::unordered_map<std::string, ShapedLine, Hash, std::equal_to<>>;
 
     void set_em(int em);
     void find_metrics(int height);
     bool is_too_light(PangoFont* font) const;
-    template <class Visit>
-    void each_run(std::string_view utf8, Reading reading, Visit visit);
+    const ShapedLine& line(std::string_view utf8, Reading reading);
+    void shape(std::string_view utf8, Reading reading, ShapedLine& line) const;
 
     Engine& engine_;
     const TextLibrary& library_;
@@ -189,7 +241,8 @@ private:
     const std::uint64_t version_;
     PangoFontDescription* description_;
     FontMetrics metrics_;
-    Line lines_[2]; // by reading
+    Lines lines_[2];             // by reading
+    std::size_t remembered_ = 0; // bytes of their texts
 };
 
 TextFont::Match::Match(Engine& engine, const FontRequest& request, std::uint64_t version)
@@ -200,18 +253,10 @@ TextFont::Match::Match(Engine& engine, const FontRequest& request, std::uint64_t
     library_.pango_font_description_set_weight(description_, static_cast<PangoWeight>(request.weight));
     library_.pango_font_description_set_style(description_, request.italic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
     find_metrics(request.height);
-    for (const Reading reading : { Reading::left_to_right, Reading::right_to_left }) {
-        PangoLayout* layout = library_.pango_layout_new(engine.context(reading));
-        library_.pango_layout_set_auto_dir(layout, FALSE);
-        library_.pango_layout_set_font_description(layout, description_);
-        lines_[static_cast<std::size_t>(reading)].layout = layout;
-    }
 }
 
 TextFont::Match::~Match()
 {
-    for (const Line& line : lines_)
-        library_.g_object_unref(line.layout);
     library_.pango_font_description_free(description_);
 }
 
@@ -248,27 +293,35 @@ void TextFont::Match::find_metrics(int height)
     }
 }
 
-// Visits the runs of one face and direction, from left to right.
-template <class Visit>
-void TextFont::Match::each_run(std::string_view utf8, Reading reading, Visit visit)
+const ShapedLine& TextFont::Match::line(std::string_view utf8, Reading reading)
 {
-    Line& line = lines_[static_cast<std::size_t>(reading)];
-    if (line.text != utf8) {
-        line.text = utf8;
-        library_.pango_layout_set_text(line.layout, line.text.data(), static_cast<int>(line.text.size()));
+    constexpr std::size_t kMostRemembered = 16 << 10;
+    Lines& lines = lines_[static_cast<std::size_t>(reading)];
+    if (const auto found = lines.find(utf8); found != lines.end())
+        return found->second;
+    if (remembered_ >= kMostRemembered) {
+        for (Lines& old : lines_)
+            old.clear();
+        remembered_ = 0;
     }
-    const PangoLayoutLine* runs = library_.pango_layout_get_line_readonly(line.layout, 0);
-    for (const GSList* node = runs ? runs->runs : nullptr; node; node = node->next) {
-        const auto& run = *static_cast<const PangoLayoutRun*>(node->data);
-        visit(run, PANGO_PIXELS(library_.pango_glyph_string_get_width(run.glyphs)));
-    }
+    remembered_ += utf8.size();
+    ShapedLine& line = lines.try_emplace(std::string(utf8), library_).first->second;
+    shape(utf8, reading, line);
+    return line;
 }
 
-int TextFont::Match::width(std::string_view utf8, Reading reading)
+void TextFont::Match::shape(std::string_view utf8, Reading reading, ShapedLine& line) const
 {
-    int width = 0;
-    each_run(utf8, reading, [&width](const PangoLayoutRun&, int run_width) { width += run_width; });
-    return width;
+    if (utf8.empty())
+        return;
+    PangoContext* context = engine_.context(reading);
+    library_.pango_context_set_font_description(context, description_);
+    GList* in_order = library_.pango_itemize(context, utf8.data(), 0, static_cast<int>(utf8.size()), nullptr, nullptr);
+    GList* items = library_.pango_reorder_items(in_order);
+    library_.g_list_free(in_order);
+    for (const GList* node = items; node; node = node->next)
+        line.add(static_cast<PangoItem*>(node->data), utf8);
+    library_.g_list_free(items);
 }
 
 // Whether bold was asked for and the face that answered is none: Pango draws it as it is.
@@ -285,13 +338,13 @@ bool TextFont::Match::is_too_light(PangoFont* font) const
 
 void TextFont::Match::render(std::string_view utf8, Reading reading, FT_Bitmap& bitmap, int x, int y)
 {
-    each_run(utf8, reading, [&](const PangoLayoutRun& run, int width) {
+    for (const ShapedLine::Run& run : line(utf8, reading).runs()) {
         PangoFont* font = run.item->analysis.font;
         library_.pango_ft2_render(&bitmap, font, run.glyphs, x, y);
         if (is_too_light(font)) // drawn once more, a pixel further: thicker, and as wide as measured
             library_.pango_ft2_render(&bitmap, font, run.glyphs, x + 1, y);
-        x += width;
-    });
+        x += run.width;
+    }
 }
 
 TextFont::TextFont(FontRequest request) : request_(std::move(request)) {}

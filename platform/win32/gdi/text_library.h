@@ -21,11 +21,13 @@
     EACH(FcConfigSetCurrent)                                                                                           \
     EACH(FcFreeTypeQuery)                                                                                              \
     EACH(FcPatternDestroy)                                                                                             \
+    EACH(g_list_free)                                                                                                  \
     EACH(g_object_unref)                                                                                               \
     EACH(hb_font_get_h_extents)                                                                                        \
     EACH(hb_font_get_scale)                                                                                            \
     EACH(pango_context_load_font)                                                                                      \
     EACH(pango_context_set_base_dir)                                                                                   \
+    EACH(pango_context_set_font_description)                                                                           \
     EACH(pango_context_set_language)                                                                                   \
     EACH(pango_fc_font_map_config_changed)                                                                             \
     EACH(pango_font_describe)                                                                                          \
@@ -40,13 +42,14 @@
     EACH(pango_font_map_create_context)                                                                                \
     EACH(pango_ft2_font_map_new)                                                                                       \
     EACH(pango_ft2_render)                                                                                             \
+    EACH(pango_glyph_string_free)                                                                                      \
     EACH(pango_glyph_string_get_width)                                                                                 \
+    EACH(pango_glyph_string_new)                                                                                       \
+    EACH(pango_item_free)                                                                                              \
+    EACH(pango_itemize)                                                                                                \
     EACH(pango_language_from_string)                                                                                   \
-    EACH(pango_layout_get_line_readonly)                                                                               \
-    EACH(pango_layout_new)                                                                                             \
-    EACH(pango_layout_set_auto_dir)                                                                                    \
-    EACH(pango_layout_set_font_description)                                                                            \
-    EACH(pango_layout_set_text)
+    EACH(pango_reorder_items)                                                                                          \
+    EACH(pango_shape_with_flags)
 
 namespace win32 {
 
