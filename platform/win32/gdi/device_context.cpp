@@ -60,11 +60,8 @@ Raster DeviceContext::target_raster()
 
 Canvas DeviceContext::canvas()
 {
-    Canvas canvas;
-    canvas.raster = target_raster();
-    canvas.clip = &effective_clip();
-    canvas.target = target_;
-    return canvas;
+    // In place: copying a raster that was just written, wider than it was written, waits for all writes before it.
+    return { target_raster(), &effective_clip(), target_ };
 }
 
 const Region& DeviceContext::effective_clip()

@@ -17,26 +17,14 @@ constexpr int kDefaultIconSize = 32;
 class IconPainter {
 public:
     IconPainter(DeviceContext& context, const Icon& icon, int x, int y, int width, int height)
-        : context_(context), icon_(icon),
-          canvas_(context.canvas()), placement_{ Run::of(x, width), Run::of(y, height), Run::of(0, icon.width()),
-                                                 Run::of(0, icon.height()) }
-    {
-        placement_.map(context);
-    }
+        : context_(context), icon_(icon), place_{ x, y, width, height, 0, 0, icon.width(), icon.height() }
+    {}
 
     void draw(const Bitmap& bitmap, int first_row, RasterOp operation, Blend blend) const
     {
-        CopySource source;
-        source.bitmap = &bitmap;
-        source.is_mono = bitmap.depth() == 1;
-        copy_pixels({ { canvas_, kBlack, kWhite },
-                      source,
-                      AxisMap(placement_.to_x, placement_.from_x),
-                      AxisMap(placement_.to_y, placement_.from_y.moved(first_row)),
-                      Paint(context_, COLORREF{ 0 }),
-                      operation,
-                      blend,
-                      false });
+        CopyPlace place = place_;
+        place.source_y = first_row;
+        copy_pixels(Copy(context_, bitmap, place, operation, blend));
     }
 
     void normal() const
@@ -60,8 +48,7 @@ public:
 private:
     DeviceContext& context_;
     const Icon& icon_;
-    Canvas canvas_;
-    Placement placement_;
+    CopyPlace place_;
 };
 
 } // namespace

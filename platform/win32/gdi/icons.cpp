@@ -83,8 +83,8 @@ std::shared_ptr<Bitmap> stretched(const Bitmap& bitmap, int width, int height)
     if (!result)
         return nullptr;
     const Raster to = result->raster();
-    const AxisMap columns({ 0, 1, width }, { 0, 1, bitmap.width() });
-    const AxisMap rows({ 0, 1, height }, { 0, 1, bitmap.height() });
+    const AxisMap columns{ { 0, 1, width }, { 0, 1, bitmap.width() } };
+    const AxisMap rows{ { 0, 1, height }, { 0, 1, bitmap.height() } };
     for (int y = 0; y < height; y++) {
         for (int x = 0; x < width; x++) {
             std::uint32_t pixel;

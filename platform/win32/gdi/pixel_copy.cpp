@@ -9,10 +9,10 @@ namespace win32 {
 
 std::pair<int, int> AxisMap::reachable(std::int64_t low, std::int64_t high, std::int64_t limit) const
 {
-    if (from_.count == 0)
+    if (from.count == 0)
         return { 0, 0 };
-    low = std::max(low, to_.low());
-    high = std::min(high, to_.high());
+    low = std::max(low, to.low());
+    high = std::min(high, to.high());
     if (is_shift()) {
         low = std::max(low, -shift());
         high = std::min(high, limit - shift());
@@ -40,21 +40,57 @@ void move_to_target(Run& x, Run& y, const DeviceContext& context)
     x = x.moved(context.origin().x);
 }
 
-} // namespace
-
-void Placement::map(const DeviceContext& target, const DeviceContext& source)
+Raster raster_of(DeviceContext& context)
 {
-    move_to_target(to_x, to_y, target);
-    move_to_target(from_x, from_y, source);
-    if (target.is_mirrored() != source.is_mirrored() && (target.keeps_orientation() || source.keeps_orientation()))
-        to_x = to_x.reversed();
+    const Bitmap* bitmap = context.source_bitmap();
+    if (!bitmap)
+        return context.target_raster();
+    return bitmap->is_plain() ? bitmap->plain_pixels() : Raster{};
 }
 
-void Placement::map(const DeviceContext& target)
+AxisMap columns_of(const CopyPlace& place)
 {
-    move_to_target(to_x, to_y, target);
-    if (target.is_mirrored() && target.keeps_orientation())
-        to_x = to_x.reversed();
+    return { Run::of(place.x, place.width), Run::of(place.source_x, place.source_width) };
+}
+
+AxisMap rows_of(const CopyPlace& place)
+{
+    return { Run::of(place.y, place.height), Run::of(place.source_y, place.source_height) };
+}
+
+} // namespace
+
+CopySource::CopySource(DeviceContext& context)
+    : raster(raster_of(context)), is_mono(context.depth() == 1), background(pixel_of(context.state.background))
+{
+    if (const Bitmap* shown = context.source_bitmap(); shown && !shown->is_plain())
+        bitmap = shown;
+}
+
+CopySource::CopySource(const Bitmap& picture) : bitmap(&picture), is_mono(picture.depth() == 1) {}
+
+// One mirrored context flips what is copied, unless one of the two wants pictures to keep their orientation.
+Copy::Copy(DeviceContext& to, DeviceContext& from, const CopyPlace& place, RasterOp code)
+    : target{ to.canvas(), pixel_of(to.state.text_colour), pixel_of(to.state.background) }, source(from),
+      columns(columns_of(place)), rows(rows_of(place)),
+      paint(code.uses_pattern() ? Paint(to, *to.state.brush.get()) : Paint(to, COLORREF{ 0 })), operation(code),
+      blend(Blend::none)
+{
+    move_to_target(columns.to, rows.to, to);
+    move_to_target(columns.from, rows.from, from);
+    if (to.is_mirrored() != from.is_mirrored() && (to.keeps_orientation() || from.keeps_orientation()))
+        columns.to = columns.to.reversed();
+    const std::uint32_t* const pixels = source.raster.colour;
+    same_pixels = &to == &from || (pixels && pixels == target.canvas.raster.colour);
+}
+
+Copy::Copy(DeviceContext& to, const Bitmap& picture, const CopyPlace& place, RasterOp code, Blend how)
+    : target{ to.canvas() }, source(picture), columns(columns_of(place)), rows(rows_of(place)),
+      paint(to, COLORREF{ 0 }), operation(code), blend(how), same_pixels(false)
+{
+    move_to_target(columns.to, rows.to, to);
+    if (to.is_mirrored() && to.keeps_orientation())
+        columns.to = columns.to.reversed();
 }
 
 void CopySource::read(int x, int y, int count, std::uint32_t* out) const
@@ -77,20 +113,37 @@ constexpr std::size_t bytes(int pixels)
     return static_cast<std::size_t>(pixels) * sizeof(std::uint32_t);
 }
 
-// Rows of `width` pixels; `step` and `from_step` lead from one to the next. Narrow rows, as of tiles, are not worth a
-// call each.
-void copy_plain_rows(std::uint32_t* to, std::ptrdiff_t step, const std::uint32_t* from, std::ptrdiff_t from_step,
-                     int width, int rows, bool may_overlap)
+struct Rows {
+    std::uint32_t* to;
+    std::ptrdiff_t step; // pixels from one row to the next
+    const std::uint32_t* from;
+    std::ptrdiff_t from_step;
+    int width;
+    int count;
+};
+
+// Rows of one to two blocks: the first block, and the last one where that is not all.
+template <int kBlock>
+void copy_short_rows(Rows rows)
 {
-    constexpr int kNarrow = 16;
-    if (width > kNarrow || may_overlap) {
-        for (int i = 0; i < rows; i++, to += step, from += from_step)
-            std::memmove(to, from, bytes(width));
-        return;
+    const int rest = rows.width - kBlock;
+    for (int i = 0; i < rows.count; i++, rows.to += rows.step, rows.from += rows.from_step) {
+        std::memcpy(rows.to, rows.from, bytes(kBlock));
+        if (rest != 0)
+            std::memcpy(rows.to + rest, rows.from + rest, bytes(kBlock));
     }
-    for (int i = 0; i < rows; i++, to += step, from += from_step) {
-        for (int x = 0; x < width; x++)
-            to[x] = from[x];
+}
+
+// Short rows, as of tiles, are not worth a call each.
+void copy_plain_rows(Rows rows, bool may_overlap)
+{
+    if (rows.width > 16 || rows.width < 4 || may_overlap) {
+        for (int i = 0; i < rows.count; i++, rows.to += rows.step, rows.from += rows.from_step)
+            std::memmove(rows.to, rows.from, bytes(rows.width));
+    } else if (rows.width >= 8) {
+        copy_short_rows<8>(rows);
+    } else {
+        copy_short_rows<4>(rows);
     }
 }
 
@@ -111,8 +164,9 @@ void copy_rows(const Copy& copy, const RECT& part)
     const int first = upward ? part.bottom - 1 : part.top;
     const std::uint32_t* from = copy.source.row(first + dy) + x;
     const std::ptrdiff_t from_stride = copy.source.raster.stride;
-    copy_plain_rows(raster.colour_row(first) + part.left, upward ? -raster.stride : raster.stride, from,
-                    upward ? -from_stride : from_stride, width, rows, copy.same_pixels);
+    copy_plain_rows({ raster.colour_row(first) + part.left, upward ? -raster.stride : raster.stride, from,
+                      upward ? -from_stride : from_stride, width, rows },
+                    copy.same_pixels);
 }
 
 // Mirrored or stretched copies of 32-bit rows. Neighbours that show the same source row are made once.

@@ -26,43 +26,29 @@ struct Run {
 };
 
 // Which source pixel each destination pixel of an axis shows: the i-th of n the ((2i+1)*m/(2n))-th of m.
-class AxisMap {
-public:
-    AxisMap(const Run& to, const Run& from) : to_(to), from_(from) {}
+struct AxisMap {
+    Run to;
+    Run from;
 
     // No filtering, no scaling, same direction.
-    bool is_shift() const { return to_.count == from_.count && to_.step == from_.step; }
-    std::int64_t shift() const { return from_.low() - to_.low(); }
+    bool is_shift() const { return to.count == from.count && to.step == from.step; }
+    std::int64_t shift() const { return from.low() - to.low(); }
 
     std::int64_t source_of(std::int64_t position) const
     {
-        const std::int64_t i = (position - to_.start) * to_.step;
-        const std::int64_t j = to_.count == from_.count ? i : (2 * i + 1) * from_.count / (2 * to_.count);
-        return from_.start + j * from_.step;
+        const std::int64_t i = (position - to.start) * to.step;
+        const std::int64_t j = to.count == from.count ? i : (2 * i + 1) * from.count / (2 * to.count);
+        return from.start + j * from.step;
     }
     // The positions within [low, high) that are of the run and whose source lies within [0, limit).
     std::pair<int, int> reachable(std::int64_t low, std::int64_t high, std::int64_t limit) const;
-
-private:
-    Run to_;
-    Run from_;
-};
-
-// Where the extents of a copy lie, per axis: logical coordinates to begin with, target ones once mapped.
-struct Placement {
-    Run to_x;
-    Run to_y;
-    Run from_x;
-    Run from_y;
-
-    // Between two contexts, or from a picture of its own into one. One mirrored context flips what is copied, unless
-    // one of the two wants pictures to keep their orientation.
-    void map(const DeviceContext& target, const DeviceContext& source);
-    void map(const DeviceContext& target);
 };
 
 // What a copy reads: a bitmap over packed rows, or ordinary pixels.
 struct CopySource {
+    explicit CopySource(DeviceContext& context);
+    explicit CopySource(const Bitmap& picture);
+
     const Bitmap* bitmap = nullptr;
     Raster raster;  // without a bitmap
     POINT corner{}; // where the raster's first pixel stands
@@ -85,15 +71,33 @@ struct CopyTarget {
 // Whether a source is laid over by its alpha, whatever the operation.
 enum class Blend { none, by_alpha };
 
+// From where to where, as callers write it: in logical coordinates of each side.
+struct CopyPlace {
+    int x;
+    int y;
+    int width;
+    int height;
+    int source_x;
+    int source_y;
+    int source_width;
+    int source_height;
+};
+
+// Made where it stays, and passed by reference: copying rasters that were just written, wider than they were written,
+// waits for all writes before them.
 struct Copy {
+    // From one context to another by the target's brush, or a picture as it is.
+    Copy(DeviceContext& to, DeviceContext& from, const CopyPlace& place, RasterOp code);
+    Copy(DeviceContext& to, const Bitmap& picture, const CopyPlace& place, RasterOp code, Blend how);
+
     CopyTarget target;
     CopySource source;
     AxisMap columns;
     AxisMap rows;
     Paint paint;
     RasterOp operation;
-    Blend blend = Blend::none;
-    bool same_pixels = false; // source and target are the same picture and may overlap
+    Blend blend;
+    bool same_pixels; // source and target are the same picture and may overlap
 };
 
 // Copies within the target's clip and reports the damage. Takes nothing from the heap, except where a copy within one
