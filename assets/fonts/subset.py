@@ -8,6 +8,7 @@ fonts-noto-cjk. The characters are those of all texts in setup/, client/ and ass
 program shows) and all of ASCII; so a sentence that is changed mostly finds its characters there already.
 """
 import pathlib
+import re
 import sys
 
 from fontTools import subset
@@ -34,7 +35,10 @@ def characters():
     for folder in ("setup", "client", "assets"):
         for path in sorted((ROOT / folder).rglob("*")):
             if path.suffix in (".cpp", ".h", ".rc", ".xml", ".svg", ".txt") and path.name != "words.txt":
-                found.update(c for c in text_of(path) if c.isprintable())
+                text = text_of(path)
+                for run in re.findall(r"(?:\\x[0-9A-Fa-f]{2})+", text):  # bytes of code page 936
+                    text += bytes.fromhex(run.replace("\\x", "")).decode("gbk")
+                found.update(c for c in text if c.isprintable())
     return found
 
 

@@ -1,9 +1,11 @@
 // glyphs FONT FILE...
 // Proves that the font has a glyph for every character of the files' texts and for all of ASCII. A file is UTF-8, or
-// else in code page 936. Exit code 1, with what is missing on standard error: not.
+// else in code page 936; bytes that it writes as "\xB0\xB2" are of code page 936 as well. Exit code 1, with what is
+// missing on standard error: not.
 #include <cstdio>
 #include <fstream>
 #include <iterator>
+#include <regex>
 #include <set>
 #include <string>
 
@@ -15,19 +17,42 @@ namespace {
 constexpr gunichar kFirstPrintable = 0x20;
 constexpr gunichar kLastAscii = 0x7E;
 
-// The file's text in UTF-8; false: it is neither that nor code page 936.
-bool ReadText(const char* pszPath, std::string* pText)
+// From code page 936 to UTF-8; false: it is not that.
+bool Convert(std::string* pText)
 {
-    std::ifstream stream(pszPath, std::ios::binary);
-    pText->assign(std::istreambuf_iterator<char>(stream), {});
-    if (!stream || g_utf8_validate(pText->data(), static_cast<gssize>(pText->size()), nullptr))
-        return static_cast<bool>(stream);
     char* pszConverted =
         g_convert(pText->data(), static_cast<gssize>(pText->size()), "UTF-8", "GBK", nullptr, nullptr, nullptr);
     if (pszConverted)
         *pText = pszConverted;
     g_free(pszConverted);
     return pszConverted != nullptr;
+}
+
+// Appends what the text writes as hexadecimal escapes, byte after byte; false: a run of them is no text.
+bool AppendEscaped(std::string* pText)
+{
+    static const std::regex kRun(R"((\\x[0-9A-Fa-f]{2})+)");
+    std::string strEscaped;
+    for (std::sregex_iterator run(pText->begin(), pText->end(), kRun), end; run != end; ++run) {
+        std::string strBytes;
+        for (int i = 2; i < run->length(); i += 4)
+            strBytes.push_back(
+                static_cast<char>(std::stoi(run->str().substr(static_cast<std::size_t>(i), 2), nullptr, 16)));
+        if (!Convert(&strBytes))
+            return false;
+        strEscaped += strBytes;
+    }
+    *pText += strEscaped;
+    return true;
+}
+
+// All of the file's text in UTF-8; false: it cannot be had.
+bool ReadText(const char* pszPath, std::string* pText)
+{
+    std::ifstream stream(pszPath, std::ios::binary);
+    pText->assign(std::istreambuf_iterator<char>(stream), {});
+    return stream && (g_utf8_validate(pText->data(), static_cast<gssize>(pText->size()), nullptr) || Convert(pText)) &&
+           AppendEscaped(pText);
 }
 
 void CollectCharacters(const std::string& strText, std::set<gunichar>* pCharacters)
