@@ -42,8 +42,11 @@ GuiSkinCmdInterface::~GuiSkinCmdInterface()
 void GuiSkinCmdInterface::DeleteButtons()
 {
     m_pHovered = m_pPressed = nullptr;
-    for (POSITION pos = m_listButtons.GetHeadPosition(); pos;)
-        delete NextButton(m_listButtons, pos);
+    for (POSITION pos = m_listButtons.GetHeadPosition(); pos;) {
+        std::unique_ptr<GuiCmdButton> pButton(NextButton(m_listButtons, pos));
+        if (m_pDeleted)
+            m_pDeleted->push_back(std::move(pButton));
+    }
     m_listButtons.RemoveAll();
 }
 
@@ -52,8 +55,14 @@ void GuiSkinCmdInterface::UpdateCmdButtons()
     if (!m_pOwner)
         return;
     const std::weak_ptr<const void> life = Life();
+    ButtonsDeleted deleted;
+    const bool bOutermost = !m_pDeleted;
+    if (bOutermost)
+        m_pDeleted = &deleted;
+    const ButtonsDeleted& gone = *m_pDeleted;
+    const size_t nGone = gone.size();
     BOOL bChanged = FALSE;
-    for (POSITION pos = m_listButtons.GetHeadPosition(); pos;) {
+    for (POSITION pos = m_listButtons.GetHeadPosition(); pos && gone.size() == nGone;) {
         GuiCmdButton* const pButton = NextButton(m_listButtons, pos);
         pButton->m_bChanged = FALSE;
         pButton->DoUpdate(m_pOwner, TRUE);
@@ -61,6 +70,8 @@ void GuiSkinCmdInterface::UpdateCmdButtons()
             return;
         bChanged |= pButton->m_bChanged;
     }
+    if (bOutermost)
+        m_pDeleted = nullptr;
     if (bChanged)
         m_pOwner->Invalidate(FALSE);
 }

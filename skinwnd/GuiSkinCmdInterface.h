@@ -16,6 +16,9 @@
 // may be called from any thread while the list of buttons stays as it is. The picture follows with the next paint.
 #pragma once
 
+#include <memory>
+#include <vector>
+
 #include <afxtempl.h>
 #include <afxwin.h>
 
@@ -33,7 +36,8 @@ public:
     GuiSkinCmdInterface() = default;
     ~GuiSkinCmdInterface() override;
 
-    // Asks the window for the state of each button's command, and draws the window anew if any changed.
+    // Asks the window for the state of each button's command, and draws the window anew if any changed. An answer may
+    // delete the buttons, with the window or without.
     virtual void UpdateCmdButtons();
 
     // By command. A command without a button is ignored, and without a window skin there are no buttons.
@@ -68,6 +72,10 @@ public:
     CPtrList m_listButtons{ 10 };       // of GuiCmdButton, owned
     GuiCmdButton* m_pHovered = nullptr; // of the list, like the next
     GuiCmdButton* m_pPressed = nullptr;
+
+private:
+    using ButtonsDeleted = std::vector<std::unique_ptr<GuiCmdButton>>;
+    ButtonsDeleted* m_pDeleted = nullptr; // while UpdateCmdButtons asks: keeps what goes meanwhile, as it may be asking
 };
 
 } // namespace PelkGUI

@@ -106,7 +106,7 @@ BOOL SkinnedWnd::OnCmdMsg(UINT nID, int nCode, void* pExtra, AFX_CMDHANDLERINFO*
         Happen("update");
         return FALSE;
     }
-    if (nCode == CN_COMMAND && nID < 100) { // the commands that this window handles
+    if (nCode == CN_COMMAND && nID >= m_nHandledFrom && nID < 100) {
         if (!pHandlerInfo) {
             Write("command " + std::to_string(nID));
             Happen("command");

@@ -35,6 +35,7 @@ public:
 
     std::vector<const char*> m_aButtons;                       // the names to make buttons of
     std::map<std::string, std::function<void()>> m_mapHappens; // at "paint", "hover", "command", "update", "changing"
+    UINT m_nHandledFrom = 1;                                   // the commands up to 99 that this window handles
     LPARAM m_nLastParameter = 0;                               // of the last system command
 
 protected:

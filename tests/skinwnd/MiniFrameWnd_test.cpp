@@ -1,0 +1,220 @@
+// The frame window: how it is made, who gets its messages, its hooks, and what may end in the middle of them.
+#include "tests/skinwnd/SkinnedWindow.h"
+
+#include "look/GuiManager.h"
+#include "skin/GuiSkin.h"
+
+namespace {
+
+using namespace test;
+using PelkGUI::GuiMiniFrameWnd;
+
+const char* const kSkin =
+    "<parts><part name=\"Left\" rect=\"0,0,3,9\"/><part name=\"Top\" rect=\"0,0,9,22\"/>"
+    "<part name=\"Background\" rect=\"1,2,3,4\"/><part name=\"_7.Up\" rect=\"1,0,9,9\"/>"
+    "<part name=\"_7.Hover\" rect=\"20,0,9,9\"/></parts><resizeBorder rect=\"0,0,0,0\"/>"
+    "<anchors><anchor name=\"_7\" rect=\"10,10,20,20\"/><anchor name=\"System\" rect=\"5,5,10,10\"/>"
+    "<anchor name=\"Close\" rect=\"-20,5,10,10\"/></anchors>";
+
+class GuiMiniFrame : public SkinnedWindowTest {};
+
+struct CreationCase {
+    const char* why;
+    bool bExtended;
+    DWORD dwStyle;
+    const char* pszClass;
+    int nResult;
+    BOOL bChild;
+};
+
+TEST_F(GuiMiniFrame, IsMadeOrNot)
+{
+    Open();
+    const char* const pszClass = AfxRegisterWndClass(CS_DBLCLKS);
+    const CreationCase kCases[] = {
+        { "a window", false, WS_POPUP, pszClass, 1, FALSE },
+        { "a child", false, WS_CHILD, pszClass, 1, TRUE },
+        { "a window, the other way", true, WS_POPUP, pszClass, 1, FALSE },
+        { "a child, the other way", true, WS_CHILD, pszClass, 1, TRUE },
+        { "none", false, WS_POPUP, "no such class", -1, FALSE },
+        { "none, the other way", true, WS_CHILD, "no such class", -1, TRUE },
+    };
+    const CRect rc(5, 6, 7, 0x28006); // a height of 0x28000
+    for (const CreationCase& c : kCases) {
+        SCOPED_TRACE(c.why);
+        auto* const pWnd = static_cast<GuiMiniFrameWnd*>(RUNTIME_CLASS(GuiMiniFrameWnd)->CreateObject());
+        EXPECT_TRUE(pWnd->IsKindOf(RUNTIME_CLASS(CMiniFrameWnd)));
+        EXPECT_EQ(c.bExtended ? pWnd->CreateEx(0, c.pszClass, "Name", c.dwStyle, rc, m_pWnd, 3)
+                              : pWnd->Create(c.pszClass, "Name", c.dwStyle, rc, m_pWnd, 3),
+                  c.nResult);
+        EXPECT_EQ(pWnd->m_pOwner, c.nResult > 0 ? pWnd : nullptr);
+        EXPECT_EQ(pWnd->m_bChild, c.bChild);
+        EXPECT_EQ(pWnd->m_strName, CString("Name"));
+        EXPECT_EQ(pWnd->m_rcWindowPos, rc);
+        EXPECT_EQ(pWnd->m_rcBackground, rc);
+        EXPECT_EQ(pWnd->m_sizeKept, CSize(-0x8000, 2));
+        c.nResult > 0 ? (void)pWnd->DestroyWindow() : delete static_cast<CObject*>(pWnd);
+    }
+}
+
+TEST_F(GuiMiniFrame, FindsItsSkinByNameAndClass)
+{
+    ApplySkin(kSkin);
+    Open();
+    const auto foundBy = [&](const char* pszName) {
+        m_pWnd->m_strName = pszName;
+        m_pWnd->OnSkinChange();
+        return static_cast<PelkGUI::GuiSkinWindow*>(m_pWnd->m_pSkinWindow);
+    };
+    PelkGUI::GuiSkinWindow* const pMain = foundBy("Main");
+    ASSERT_NE(pMain, nullptr);
+    EXPECT_EQ(m_pWnd->m_rcBackground, CRect(1, 2, 4, 6)) << "the part, for want of an anchor";
+    EXPECT_EQ(m_pWnd->m_rcWindowPos, CRect(100, 100, 300, 220)) << "the skin has none";
+    EXPECT_EQ(foundBy(""), pMain) << "without a name it keeps what it has";
+    EXPECT_EQ(foundBy("main"), nullptr) << "names have case, and a lost name drops the skin";
+    EXPECT_EQ(foundBy(""), nullptr);
+    pMain->m_strTargets = "|Main||GuiMiniFrameWnd|";
+    EXPECT_EQ(foundBy("Main"), pMain);
+}
+
+// Who handles a message: the window skin or the system.
+struct RouteCase {
+    const char* why;
+    bool bSkinned;
+    BOOL bChild;
+    CRect rcClient;
+    UINT nCaptionHit;
+    const char* pszJournal; // after presses on the caption and its close button
+};
+
+TEST_F(GuiMiniFrame, GivesItsFrameToTheSkinUnlessItIsAChild)
+{
+    const int nCaption = ::GetSystemMetrics(SM_CYCAPTION) + ::GetSystemMetrics(SM_CYFIXEDFRAME);
+    const int nBorder = ::GetSystemMetrics(SM_CXFIXEDFRAME);
+    const RouteCase kCases[] = {
+        { "skinned", true, FALSE, { 103, 122, 300, 220 }, HTCLOSE, "MOVE CLOSE CLOSE CLOSE" },
+        { "plain", false, FALSE, { 100 + nBorder, 100 + nCaption, 300 - nBorder, 220 - nBorder }, HTCAPTION, "MOVE MOVE" },
+        { "a child has no frame", true, TRUE, { 100, 100, 300, 220 }, HTCLIENT, "" },
+    };
+    for (const RouteCase& c : kCases) {
+        SCOPED_TRACE(c.why);
+        ApplySkin(kSkin);
+        Open(WS_POPUP | WS_CAPTION);
+        m_pWnd->m_bChild = c.bChild;
+        m_pWnd->m_strName = c.bSkinned ? "Main" : "";
+        m_pWnd->OnSkinChange();
+        NCCALCSIZE_PARAMS params = {};
+        params.rgrc[0] = CRect(100, 100, 300, 220);
+        m_pWnd->SendMessage(WM_NCCALCSIZE, TRUE, reinterpret_cast<LPARAM>(&params));
+        EXPECT_EQ(CRect(params.rgrc[0]), c.rcClient);
+        m_pScreen->click({ 284, 108 });
+        EXPECT_EQ(m_pWnd->SendMessage(WM_NCHITTEST, 0, MAKELPARAM(280, 109)), static_cast<LRESULT>(c.nCaptionHit));
+        m_pWnd->SendMessage(WM_NCLBUTTONDOWN, HTCAPTION, 0);
+        m_pWnd->SendMessage(WM_NCLBUTTONDOWN, HTCLOSE, 0);
+        m_pWnd->SendMessage(WM_NCLBUTTONUP, HTCLOSE, 0);
+        m_pWnd->SendMessage(WM_NCLBUTTONDBLCLK, HTSYSMENU, 0);
+        Run();
+        EXPECT_EQ(m_pWnd->TakeJournal(), c.pszJournal);
+        m_pWnd->DestroyWindow();
+    }
+}
+
+TEST_F(GuiMiniFrame, PassesItsCommandsToItsOwner)
+{
+    SkinnedWnd* const pOwner = Open();
+    Open(WS_POPUP, { 0, 0, 9, 9 }, pOwner);
+    m_pWnd->SendMessage(WM_COMMAND, 7, 0);
+    EXPECT_EQ(m_pWnd->TakeJournal(), "command 7");
+    m_pWnd->m_nHandledFrom = 50;
+    m_pWnd->SendMessage(WM_COMMAND, 7, 0);
+    EXPECT_EQ(m_pWnd->TakeJournal(), "");
+    EXPECT_EQ(pOwner->TakeJournal(), "command 7");
+}
+
+TEST_F(GuiMiniFrame, DrawsOnTheSkinsBackground)
+{
+    OpenSkinned(kSkin, { "_7" });
+    EXPECT_EQ(m_pScreen->pixel_at({ 113, 132 }), 0x010064U) << "the button";
+    EXPECT_EQ(m_pScreen->pixel_at({ 101, 150 }), 0x010564U) << "the frame";
+    m_pScreen->move_pointer({ 115, 135 });
+    Run();
+    EXPECT_EQ(m_pScreen->pixel_at({ 113, 132 }), 0x140064U) << "hovered";
+    PelkGUI::GetGuiSkin().Clear();
+    EXPECT_EQ(m_pWnd->m_pSkinWindow, nullptr);
+    m_pWnd->m_mapHappens["paint"] = [&] { m_pWnd->Write("painted"); };
+    m_pWnd->Invalidate();
+    Run();
+    EXPECT_EQ(m_pWnd->TakeJournal(), "hover 1 7 painted") << "drawn straight to the window";
+}
+
+TEST_F(GuiMiniFrame, SurvivesEndsInTheMiddle)
+{
+    const std::map<std::string, std::function<void()>> kEnds = {
+        { "the window goes", [&] { m_pWnd->DestroyWindow(); } },
+        { "the skin goes", [] { PelkGUI::GetGuiSkin().Clear(); } },
+        { "the skin is replaced", [&] { ApplySkin(kSkin); } },
+        { "the buttons go", [&] { m_pWnd->DeleteButtons(); } },
+    };
+    for (const auto& [why, end] : kEnds) {
+        for (const char* pszWhen : { "paint", "hover", "command", "update", "changing" }) {
+            SCOPED_TRACE(why + " at " + pszWhen);
+            OpenSkinned(kSkin, { "_7", "_8" });
+            m_pWnd->m_mapHappens[pszWhen] = [&] {
+                m_pWnd->m_mapHappens.clear(); // once
+                end();
+            };
+            for (const POINT pt : { POINT{ 284, 108 }, POINT{ 115, 135 }, POINT{ 250, 200 } }) {
+                m_pScreen->click(pt);
+                Run();
+                ::SendMessageA(m_hWnd, WM_IDLEUPDATECMDUI, TRUE, 0);
+                ::InvalidateRect(m_hWnd, nullptr, TRUE);
+                Run();
+            }
+            IsOpen() ? m_pWnd->OnSkinChange() : (void)0;
+            EXPECT_EQ(IsOpen(), why != "the window goes");
+            IsOpen() ? (void)m_pWnd->DestroyWindow() : (void)0;
+        }
+    }
+}
+
+struct SnapCase {
+    const char* why;
+    bool bMonitors; // the system knows several
+    CRect rcMoved;
+    CPoint ptSnapped;
+};
+
+class SnappingWnd : public SkinnedWindowTest {
+protected:
+    SnappingWnd() : SkinnedWindowTest({ { { 0, 0, 1024, 768 }, { 20, 30, 1000, 700 }, true } }) {}
+};
+
+TEST_F(SnappingWnd, IsDrawnToTheEdges)
+{
+    constexpr int kMost = 0x7FFFFFFF;
+    const SnapCase kCases[] = {
+        { "near the low edges", true, { 25, 25, 125, 125 }, { 20, 30 } },
+        { "not near enough", true, { 26, 24, 126, 124 }, { 26, 24 } },
+        { "near the high edges", true, { 905, 595, 1005, 695 }, { 900, 600 } },
+        { "near both: the high one has the last word", true, { 22, 32, 1004, 702 }, { 18, 30 } },
+        { "far beyond all bounds", true, { -kMost - 1, kMost, -kMost, kMost }, { -kMost - 1, kMost } },
+        { "with bounds included", false, { 26, -36, 126, 64 }, { 20, 30 } },
+        { "the middle is free", false, { 27, 37, 127, 137 }, { 27, 37 } },
+        { "near the high edges, bounds included", false, { 906, 594, 1006, 694 }, { 900, 600 } },
+        { "the low edge first", false, { 26, 36, 1000, 700 }, { 20, 30 } },
+    };
+    Open();
+    for (const SnapCase& c : kCases) {
+        SCOPED_TRACE(c.why);
+        PelkGUI::GetGuiManager().m_pfnGetMonitorInfo = c.bMonitors ? &::GetMonitorInfoA : nullptr;
+        WINDOWPOS pos = {};
+        pos.x = c.rcMoved.left;
+        pos.y = c.rcMoved.top;
+        pos.cx = c.rcMoved.Width();
+        pos.cy = c.rcMoved.Height();
+        m_pWnd->WindowPosChanging(&pos);
+        EXPECT_EQ(CPoint(pos.x, pos.y), c.ptSnapped);
+    }
+}
+
+} // namespace
