@@ -177,6 +177,7 @@ private:
     // Painting, a chapter each.
     void CreateSkinContext(CDC* pDC);
     void PrepareOnce(CDC* pDC);
+    CDC* TileContext();
     void TakeCaption(const CWnd& wnd, CString& strCaption) const;
     int ButtonPart(int nButton) const;
     void PaintCaptionButtons(CDC& dcStrip, const CRect& rcWindow);
@@ -187,8 +188,10 @@ private:
     CRect ShapeRect(OvXMLElement* pShape, const CSize& sizeWindow) const;
 
     CString m_strPaintedCaption; // the last one
-    CString m_strBasePath;       // of the Parse that is running
-    CRect m_rcScratch; // one for all parts and anchors of a Parse, so that short entries lean on the one before
+    CBitmap m_bmpTiles;          // selected into m_dcTiles, which goes first
+    CDC m_dcTiles;
+    CString m_strBasePath; // of the Parse that is running
+    CRect m_rcScratch;     // one for all parts and anchors of a Parse, so that short entries lean on the one before
 };
 
 } // namespace PelkGUI

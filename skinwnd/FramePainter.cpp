@@ -22,9 +22,10 @@ int Centred(int nStart, int nRoom, int nExtent)
 
 } // namespace
 
-FramePainter::FramePainter(GuiSkinWindow& skin, Frame frame, CDC& dcTop, CDC& dcRest, const CRect& rcFrame)
-    : m_skin(skin), m_frame(frame), m_dcTop(dcTop), m_dcRest(dcRest), m_rcFrame(rcFrame), m_rcLeft(rcFrame),
-      m_rcTop(rcFrame), m_rcRight(rcFrame), m_rcBottom(rcFrame)
+FramePainter::FramePainter(GuiSkinWindow& skin, Frame frame, CDC& dcTop, CDC& dcRest, const CRect& rcFrame,
+                           CDC* pTileDC)
+    : m_skin(skin), m_frame(frame), m_dcTop(dcTop), m_dcRest(dcRest), m_rcFrame(rcFrame), m_pTileDC(pTileDC),
+      m_rcLeft(rcFrame), m_rcTop(rcFrame), m_rcRight(rcFrame), m_rcBottom(rcFrame)
 {}
 
 namespace {
@@ -174,9 +175,12 @@ void FramePainter::FillRow(CDC& dc, int y, int nLeft, int nRight, const CRect& r
     CRect rcClip;
     dc.GetClipBox(&rcClip);
     const Tiles tiles(nLeft, nRight, rcPart.Width(), rcClip.left, rcClip.right);
-    for (std::int64_t x = tiles.First(); x < tiles.End(); x += tiles.Extent())
-        dc.BitBlt(static_cast<int>(x), y, tiles.CutExtent(x), rcPart.Height(), &m_skin.m_dcSkin, rcPart.left,
-                  rcPart.top, SRCCOPY);
+    const Patch patch = PatchOf(rcPart, CSize(rcPart.Width(), 0), tiles.Count());
+    int cx = 0;
+    for (std::int64_t x = tiles.First(); x < tiles.End(); x += cx) {
+        cx = tiles.Reach(x, patch.nTiles);
+        dc.BitBlt(static_cast<int>(x), y, cx, rcPart.Height(), patch.pDC, patch.pt.x, patch.pt.y, SRCCOPY);
+    }
 }
 
 // The same for [nTop, nBottom) of the column at x.
@@ -191,9 +195,37 @@ void FramePainter::FillColumn(CDC& dc, int x, int nTop, int nBottom, const CRect
     CRect rcClip;
     dc.GetClipBox(&rcClip);
     const Tiles tiles(nTop, nBottom, rcPart.Height(), rcClip.top, rcClip.bottom);
-    for (std::int64_t y = tiles.First(); y < tiles.End(); y += tiles.Extent())
-        dc.BitBlt(x, static_cast<int>(y), rcPart.Width(), tiles.CutExtent(y), &m_skin.m_dcSkin, rcPart.left, rcPart.top,
-                  SRCCOPY);
+    const Patch patch = PatchOf(rcPart, CSize(0, rcPart.Height()), tiles.Count());
+    int cy = 0;
+    for (std::int64_t y = tiles.First(); y < tiles.End(); y += cy) {
+        cy = tiles.Reach(y, patch.nTiles);
+        dc.BitBlt(x, static_cast<int>(y), rcPart.Width(), cy, patch.pDC, patch.pt.x, patch.pt.y, SRCCOPY);
+    }
+}
+
+FramePainter::Patch FramePainter::PatchOf(const CRect& rcPart, const CSize& sizeStep, std::int64_t nWanted)
+{
+    constexpr int kWorthwhile = 4; // tiles in a patch, and copies of it in a run
+    const Patch single{ &m_skin.m_dcSkin, rcPart.TopLeft(), 1 };
+    const int cx = rcPart.Width();
+    const int cy = rcPart.Height();
+    if (!m_pTileDC || cx <= 0 || cy <= 0 || std::max(cx, cy) > kPatchExtent)
+        return single;
+    const int nTiles =
+        static_cast<int>(std::min<std::int64_t>(nWanted / kWorthwhile, kPatchExtent / (sizeStep.cx + sizeStep.cy)));
+    // What lies outside the image is not drawn, and a patch cannot say that of its pixels.
+    BITMAP image{};
+    m_skin.m_bmpImage.GetBitmap(&image);
+    const CRect rcImage(0, 0, image.bmWidth, image.bmHeight);
+    if (nTiles < kWorthwhile || (rcImage & rcPart) != rcPart)
+        return single;
+    Copy(*m_pTileDC, 0, 0, rcPart);
+    for (int nDone = 1; nDone < nTiles; nDone *= 2) {
+        const int nMore = std::min(nDone, nTiles - nDone) - 1;
+        m_pTileDC->BitBlt(nDone * sizeStep.cx, nDone * sizeStep.cy, cx + nMore * sizeStep.cx, cy + nMore * sizeStep.cy,
+                          m_pTileDC, 0, 0, SRCCOPY);
+    }
+    return { m_pTileDC, CPoint(0, 0), nTiles };
 }
 
 void FramePainter::Stretch(CDC& dc, const CRect& rcRun, const CRect& rcPart)

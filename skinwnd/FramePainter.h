@@ -6,6 +6,8 @@
 // is not drawn.
 #pragma once
 
+#include <cstdint>
+
 #include "skinwnd/FramePart.h"
 
 namespace PelkGUI {
@@ -15,7 +17,9 @@ public:
     enum class Frame { Outer, Inner };
 
     // The top corners and the top edge go to dcTop, the rest to dcRest. The window skin's painting context is prepared.
-    FramePainter(GuiSkinWindow& skin, Frame frame, CDC& dcTop, CDC& dcRest, const CRect& rcFrame);
+    // pTileDC holds kPatchExtent pixels each way that may be drawn over, and has the layout of that context; or null.
+    FramePainter(GuiSkinWindow& skin, Frame frame, CDC& dcTop, CDC& dcRest, const CRect& rcFrame, CDC* pTileDC);
+    static constexpr int kPatchExtent = 256;
 
     // Parts are those of the outer frame; the inner one draws its own of that name.
     void DrawTopLeft(int nPart);
@@ -37,6 +41,13 @@ private:
     void Copy(CDC& dc, int x, int y, const CRect& rcPart);
     void FillRow(CDC& dc, int y, int nLeft, int nRight, const CRect& rcPart, int nMode);
     void FillColumn(CDC& dc, int x, int nTop, int nBottom, const CRect& rcPart, int nMode);
+    // Tiles side by side, to be copied together: many small copies take longer than the pixels in them.
+    struct Patch {
+        CDC* pDC;
+        CPoint pt;
+        int nTiles;
+    };
+    Patch PatchOf(const CRect& rcPart, const CSize& sizeStep, std::int64_t nWanted);
     void Stretch(CDC& dc, const CRect& rcRun, const CRect& rcPart);
     void DrawMiddleAcross(CDC& dc, const CRect& rcPart, int y);
     void DrawMiddleDown(const CRect& rcPart, int x);
@@ -46,6 +57,7 @@ private:
     CDC& m_dcTop;
     CDC& m_dcRest;
     const CRect m_rcFrame;
+    CDC* const m_pTileDC;
 
     CRect m_rcLeft; // what is left of each side
     CRect m_rcTop;

@@ -12,50 +12,25 @@ namespace PelkGUI {
 
 // FramePart::TopLeft and so on. "IA" is the look of a window that is not active.
 namespace FramePart {
+// clang-format off
 enum : int {
-    TopLeft,
-    Top,
-    TopMiddle,
-    TopRight,
-    TopLeftIA,
-    TopIA,
-    TopIAMiddle,
-    TopRightIA,
-    LeftTop,
-    Left,
-    LeftMiddle,
-    LeftBottom,
-    RightTop,
-    Right,
-    RightMiddle,
-    RightBottom,
-    BottomLeft,
-    Bottom,
-    BottomMiddle,
-    BottomRight,
-    CTopLeft,
-    CTop,
-    CTopMiddle,
-    CTopRight,
-    CLeftTop,
-    CLeft,
-    CLeftMiddle,
-    CLeftBottom,
-    CRightTop,
-    CRight,
-    CRightMiddle,
-    CRightBottom,
-    CBottomLeft,
-    CBottom,
-    CBottomMiddle,
-    CBottomRight,
-    System, // the caption buttons, each at rest, under the mouse ("Hover") and pressed ("Down")
-    Minimise = System + 3,
-    Maximise = Minimise + 3,
-    Close = Maximise + 3,
+    TopLeft, Top, TopMiddle, TopRight,
+    TopLeftIA, TopIA, TopIAMiddle, TopRightIA,
+    LeftTop, Left, LeftMiddle, LeftBottom,
+    RightTop, Right, RightMiddle, RightBottom,
+    BottomLeft, Bottom, BottomMiddle, BottomRight,
+    CTopLeft, CTop, CTopMiddle, CTopRight,
+    CLeftTop, CLeft, CLeftMiddle, CLeftBottom,
+    CRightTop, CRight, CRightMiddle, CRightBottom,
+    CBottomLeft, CBottom, CBottomMiddle, CBottomRight,
+    System, SystemHover, SystemDown,
+    Minimise, MinimiseHover, MinimiseDown,
+    Maximise, MaximiseHover, MaximiseDown,
+    Close, CloseHover, CloseDown,
 };
+// clang-format on
 } // namespace FramePart
-static_assert(FramePart::Close + 3 == kFramePartCount);
+static_assert(FramePart::CloseDown + 1 == kFramePartCount);
 
 // Caption buttons are numbered by their anchors; the icon is none.
 namespace CaptionAnchor {

@@ -27,6 +27,21 @@ void GuiSkinWindow::CreateSkinContext(CDC* pDC)
         m_dcSkin.Attach(::CreateCompatibleDC(pDC ? pDC->GetSafeHdc() : nullptr));
 }
 
+// What FramePainter puts tiles together in; null: there is no memory.
+CDC* GuiSkinWindow::TileContext()
+{
+    constexpr int kExtent = FramePainter::kPatchExtent;
+    if (!m_bmpTiles.GetSafeHandle()) {
+        if (!m_dcTiles.GetSafeHdc())
+            m_dcTiles.CreateCompatibleDC(&m_dcSkin);
+        if (!m_bmpTiles.CreateBitmap(kExtent, kExtent, 1, 32, nullptr))
+            return nullptr;
+        ::SelectObject(m_dcTiles.GetSafeHdc(), m_bmpTiles.GetSafeHandle());
+    }
+    m_dcTiles.SetLayout(m_dcSkin.GetLayout());
+    return &m_dcTiles;
+}
+
 namespace {
 
 // Paint's nActive; 0 asks the system.
@@ -35,6 +50,10 @@ constexpr int kActive = 2;
 
 bool IsActiveWindow(const CWnd& wnd)
 {
+    if (wnd.IsKindOf(RUNTIME_CLASS(CMDIChildWnd))) {
+        const CMDIFrameWnd* const pFrame = static_cast<const CMDIChildWnd&>(wnd).GetMDIFrame();
+        return pFrame && pFrame->MDIGetActive() == &wnd;
+    }
     return wnd.GetSafeHwnd() && wnd.GetSafeHwnd() == ::GetForegroundWindow();
 }
 
@@ -70,7 +89,7 @@ void GuiSkinWindow::Paint(CWnd* pWnd, CDC& dc, int bCaptionOnly, int nActive)
     const auto inLook = [&](int nPart, int nInactivePart) {
         return nActive == kInactive && FindPart(*this, nInactivePart) ? nInactivePart : nPart;
     };
-    FramePainter painter(*this, FramePainter::Frame::Outer, dcStrip, dc, rcWindow);
+    FramePainter painter(*this, FramePainter::Frame::Outer, dcStrip, dc, rcWindow, TileContext());
     const int nTopLeft = inLook(TopLeft, TopLeftIA);
     painter.DrawTopLeft(nTopLeft);
     PaintMirrorStrips(dcStrip, nTopLeft);
@@ -99,7 +118,7 @@ void GuiSkinWindow::Paint(CWnd* pWnd, CDC& dc, int bCaptionOnly, int nActive)
 void GuiSkinWindow::PaintClient(CDC* pDC, const CRect& rcClient)
 {
     PrepareOnce(pDC);
-    FramePainter painter(*this, FramePainter::Frame::Inner, *pDC, *pDC, rcClient);
+    FramePainter painter(*this, FramePainter::Frame::Inner, *pDC, *pDC, rcClient, TileContext());
     painter.DrawTopLeft(FramePart::TopLeft);
     painter.DrawTopRight(FramePart::TopRight);
     painter.DrawOtherCorners();
@@ -124,8 +143,8 @@ BOOL GuiSkinWindow::OnEraseBkgnd(CWnd* pWnd, CDC* pDC)
     pDC->GetClipBox(&rcClip);
     const Tiles across(rcClient.left, rcClient.right, info.bmWidth, rcClip.left, rcClip.right);
     const Tiles down(rcClient.top, rcClient.bottom, info.bmHeight, rcClip.top, rcClip.bottom);
-    for (std::int64_t y = down.First(); y < down.End(); y += down.Extent()) {
-        for (std::int64_t x = across.First(); x < across.End(); x += across.Extent())
+    for (std::int64_t y = down.First(); y < down.End(); y += info.bmHeight) {
+        for (std::int64_t x = across.First(); x < across.End(); x += info.bmWidth)
             pDC->BitBlt(static_cast<int>(x), static_cast<int>(y), info.bmWidth, info.bmHeight, &m_dcSkin, 0, 0,
                         SRCCOPY);
     }

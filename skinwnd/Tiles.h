@@ -1,7 +1,5 @@
 // Tiles finds where the copies of a picture lie that fill a run of pixels along one axis: one after the other from the
 // run's start. Only those that show are walked, so that a run far longer than the window costs no time.
-//
-//     for (std::int64_t x = tiles.First(); x < tiles.End(); x += tiles.Extent())
 #pragma once
 
 #include <algorithm>
@@ -24,9 +22,13 @@ public:
 
     std::int64_t First() const { return m_nFirst; }
     std::int64_t End() const { return m_nEnd; }
-    std::int64_t Extent() const { return m_nExtent; }
-    // The extent of the copy there: the last one is cut to what is left of the run.
-    int CutExtent(std::int64_t nPosition) const { return static_cast<int>(std::min(m_nExtent, m_nStop - nPosition)); }
+    std::int64_t Count() const { return First() < End() ? (End() - First() - 1) / m_nExtent + 1 : 0; }
+    // How far up to nMost whole copies reach from there; where none fits any more, what is left of the run.
+    int Reach(std::int64_t nPosition, std::int64_t nMost) const
+    {
+        const std::int64_t nLeft = m_nStop - nPosition;
+        return static_cast<int>(nLeft < m_nExtent ? nLeft : std::min(nMost, nLeft / m_nExtent) * m_nExtent);
+    }
 
 private:
     std::int64_t m_nFirst;
