@@ -15,9 +15,9 @@ namespace test {
 struct Pixels {
     Pixels(int width, int height) : cx(width), cy(height), all(static_cast<size_t>(width) * static_cast<size_t>(height))
     {}
-    std::uint32_t* At(int x, int y)
+    std::uint32_t* At(std::int64_t x, std::int64_t y) // null outside
     {
-        return x < 0 || x >= cx || y < 0 || y >= cy ? nullptr : &all[static_cast<size_t>(y) * cx + x];
+        return x < 0 || x >= cx || y < 0 || y >= cy ? nullptr : &all[static_cast<size_t>(y * cx + x)];
     }
     void FillRandomly(std::mt19937& random);
     HBITMAP NewBitmap() const { return ::CreateBitmap(cx, cy, 1, 32, all.data()); }

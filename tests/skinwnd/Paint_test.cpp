@@ -69,4 +69,34 @@ TEST_F(GuiSkinWindowPaint, DrawsTheInnerFrameThatTheModelDraws)
     }
 }
 
+TEST_F(GuiSkinWindowPaint, AsksTheSystemWhichWindowIsActive)
+{
+    std::mt19937 random(1);
+    RandomSkin skin(random, 4);
+    skin.m_pPartPresent[0] = 1;
+    skin.m_pPartPresent[4] = 1;
+    skin.m_pPartRect[0] = CRect(0, 0, 1, 1);
+    skin.m_pPartRect[4] = CRect(1, 0, 2, 1);
+    std::fill_n(skin.m_pAnchorPresent, 5, 0);
+    skin.m_bCaption = FALSE;
+    const auto isPaintedActive = [&](CWnd& wnd) {
+        Pixels painted(9, 9);
+        painted.Draw(0, [&](CDC& dc) { skin.Paint(&wnd, dc, 1, 0); });
+        return painted.all[0] == skin.m_image.all[0];
+    };
+    EXPECT_FALSE(isPaintedActive(m_wnd));
+    m_wnd.ShowWindow(SW_SHOW);
+    EXPECT_TRUE(isPaintedActive(m_wnd));
+
+    auto* const pFrame = new CMDIFrameWnd; // the framework deletes windows of frames
+    ASSERT_TRUE(pFrame->Create(nullptr, "frame"));
+    auto* const pFirst = new CMDIChildWnd;
+    auto* const pSecond = new CMDIChildWnd;
+    ASSERT_TRUE(pFirst->Create(nullptr, "first", WS_CHILD | WS_VISIBLE, CRect(0, 0, 9, 9), pFrame));
+    ASSERT_TRUE(pSecond->Create(nullptr, "second", WS_CHILD | WS_VISIBLE, CRect(0, 0, 9, 9), pFrame));
+    EXPECT_FALSE(isPaintedActive(*pFirst));
+    EXPECT_TRUE(isPaintedActive(*pSecond)); // of its frame, whatever is in front
+    pFrame->DestroyWindow();
+}
+
 } // namespace
