@@ -135,3 +135,7 @@ constexpr LPARAM MAKELPARAM(WORD low, WORD high)
 {
     return static_cast<DWORD>(MAKELONG(low, high));
 }
+constexpr WPARAM MAKEWPARAM(WORD low, WORD high)
+{
+    return static_cast<DWORD>(MAKELONG(low, high));
+}

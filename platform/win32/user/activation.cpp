@@ -1,6 +1,7 @@
 #include "platform/win32/user/activation.h"
 
 #include "platform/win32/kernel/last_error.h"
+#include "platform/win32/user/menu_tracker.h"
 #include "platform/win32/user/window.h"
 #include "winbase.h"
 
@@ -92,6 +93,7 @@ void deactivate(HWND next)
     const HWND old = input.active;
     if (!old)
         return;
+    cancel_menu_of(old);
     SendMessageA(old, WM_NCACTIVATE, FALSE, as_lparam(next));
     SendMessageA(old, WM_ACTIVATE, WA_INACTIVE, as_lparam(next));
     if (my_input().active == old)
@@ -152,6 +154,7 @@ void lose_activation(HWND window)
 
 void withdraw_input(HWND window)
 {
+    cancel_menu_of(window);
     if (is_within(window, my_input().capture))
         ReleaseCapture();
     if (my_input().active == window) {

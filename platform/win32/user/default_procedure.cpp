@@ -1,8 +1,10 @@
 // DefWindowProcA: what a window does with the messages its own procedure leaves to us.
 #include "platform/win32/user/default_frame.h"
+#include "platform/win32/user/menu_tracker.h"
 #include "platform/win32/user/move_loop.h"
 #include "platform/win32/user/paint.h"
 #include "platform/win32/user/placement.h"
+#include "platform/win32/user/system_menu.h"
 #include "platform/win32/user/window.h"
 #include "winbase.h"
 #include "wingdi.h"
@@ -161,7 +163,7 @@ void double_click_frame(HWND window, int hit, LPARAM lparam)
         SendMessageA(window, WM_SYSCOMMAND, (style & WS_MAXIMIZE) ? SC_RESTORE : SC_MAXIMIZE, lparam);
 }
 
-void system_command(HWND window, WPARAM command)
+void system_command(HWND window, WPARAM command, LPARAM lparam)
 {
     switch (command & kCommandMask) {
     case SC_MOVE:
@@ -184,9 +186,47 @@ void system_command(HWND window, WPARAM command)
     case SC_CLOSE:
         SendMessageA(window, WM_CLOSE, 0, 0);
         break;
+    case SC_KEYMENU:
+        if (lparam == VK_SPACE)
+            open_system_menu(window);
+        break;
+    case SC_MOUSEMENU:
+        open_system_menu_at(window, point_of(lparam));
+        break;
     default:
         break;
     }
+}
+
+// Alt+F4 and Alt+Space, of the window that the key's window lies in.
+void press_system_key(HWND window, WPARAM key)
+{
+    const HWND top = GetAncestor(window, GA_ROOT);
+    if (!(GetKeyState(VK_MENU) & 0x8000))
+        return;
+    if (key == VK_F4)
+        PostMessageA(top, WM_SYSCOMMAND, SC_CLOSE, 0);
+    else if (key == VK_SPACE)
+        PostMessageA(top, WM_SYSCOMMAND, SC_KEYMENU, VK_SPACE);
+}
+
+LPARAM on_screen(HWND window, LPARAM lparam)
+{
+    POINT point = point_of(lparam);
+    ClientToScreen(window, &point);
+    return MAKELPARAM(static_cast<WORD>(point.x), static_cast<WORD>(point.y));
+}
+
+// A child leaves it to its parent; a top-level window has a menu for its caption only.
+void open_context_menu(const WindowPtr& window, WPARAM wparam, LPARAM lparam)
+{
+    if (const HWND parent = parent_of_child(window)) {
+        SendMessageA(parent, WM_CONTEXTMENU, wparam, lparam);
+        return;
+    }
+    const LRESULT hit = SendMessageA(window->handle, WM_NCHITTEST, 0, lparam);
+    if (hit == HTCAPTION || hit == HTSYSMENU)
+        SendMessageA(window->handle, WM_SYSCOMMAND, SC_MOUSEMENU, lparam);
 }
 
 // ---- Place.
@@ -262,11 +302,20 @@ LRESULT DefWindowProcA(HWND handle, UINT message, WPARAM wparam, LPARAM lparam)
         double_click_frame(handle, static_cast<int>(wparam), lparam);
         return 0;
     case WM_SYSCOMMAND:
-        system_command(handle, wparam);
+        system_command(handle, wparam, lparam);
         return 0;
     case WM_SYSKEYDOWN:
-        if (wparam == VK_F4 && (GetKeyState(VK_MENU) & 0x8000))
-            PostMessageA(GetAncestor(handle, GA_ROOT), WM_SYSCOMMAND, SC_CLOSE, 0);
+        press_system_key(handle, wparam);
+        return 0;
+    case WM_NCRBUTTONUP:
+        if (wparam == HTCAPTION || wparam == HTSYSMENU)
+            SendMessageA(handle, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(handle), lparam);
+        return 0;
+    case WM_RBUTTONUP:
+        SendMessageA(handle, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(handle), on_screen(handle, lparam));
+        return 0;
+    case WM_CONTEXTMENU:
+        open_context_menu(window, wparam, lparam);
         return 0;
     case WM_CLOSE:
         DestroyWindow(handle);
@@ -294,6 +343,7 @@ LRESULT DefWindowProcA(HWND handle, UINT message, WPARAM wparam, LPARAM lparam)
             SetFocus(handle);
         return 0;
     case WM_CANCELMODE:
+        cancel_menu_of(handle);
         if (GetCapture() == handle)
             ReleaseCapture();
         return 0;

@@ -3,6 +3,7 @@
 #include "platform/win32/kernel/last_error.h"
 #include "platform/win32/user/activation.h"
 #include "platform/win32/user/hit_test.h"
+#include "platform/win32/user/menu_tracker.h"
 #include "platform/win32/user/placement.h"
 #include "platform/win32/user/window.h"
 #include "winbase.h"
@@ -239,7 +240,9 @@ void handle_key(InputState& input, const ScreenEvent& event)
     const bool was_down = input.keys[key];
     note_held(input, event);
     input.keys[key] = down;
-    const HWND window = input.focus ? input.focus : input.active;
+    HWND window = input.focus ? input.focus : input.active;
+    if (!window && MenuTracker::current())
+        window = input.capture; // a menu takes keys also when its owner is not active
     if (!window)
         return;
     const bool alt = (event.modifiers & kAlt) && !(event.modifiers & kControl);

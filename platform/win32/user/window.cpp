@@ -192,6 +192,8 @@ void remove_window(Window& window)
         window.queue->remove_surface(*window.surface);
         window.surface->close();
     }
+    if (window.system_menu)
+        DestroyMenu(window.system_menu);
     window.queue->forget_window(window.handle);
     forget_foreground(window.handle);
 }

@@ -37,6 +37,7 @@ struct Window {
     HINSTANCE instance = nullptr;
     HICON icon_small = nullptr;
     HICON icon_big = nullptr;
+    HMENU system_menu = nullptr; // owned; made when somebody asks for it
     std::vector<std::byte> extra;
     std::string text;
     Window* parent = nullptr; // the desktop of a top-level window; null: not in the tree (any more)

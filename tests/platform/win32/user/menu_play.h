@@ -1,0 +1,42 @@
+// A person in front of an open menu: what they do next is done whenever the menu has nothing left to do.
+#pragma once
+
+#include "tests/platform/win32/user/user_support.h"
+
+#include <string>
+#include <vector>
+
+namespace test {
+
+// The windows that the open menu is shown in, the first one first.
+std::vector<HWND> open_popups();
+
+class MenuTest : public UserTest {
+protected:
+    MenuTest();
+    ~MenuTest() override;
+
+    // Plays one word at each WM_ENTERIDLE of `owner` and then, if the menu is still open, ends it:
+    //   a key: "down" "up" "left" "right" "home" "end" "enter" "escape" "alt", or a letter;
+    //   the pointer: "over:N" "press:N" "release:N" "click:N" at the item with that id or (of a submenu) position,
+    //   "edge" on the menu's edge, "outside" a press beside it, "lift" a release there; "submenu" waits for one.
+    // True in `left_open`: it was open at the end.
+    void play(TestWindow& owner, const std::string& words);
+    bool left_open() const { return left_open_; }
+    std::size_t words_left() const { return words_.size(); }
+
+    HMENU make_menu();
+
+    HMENU menu_ = nullptr;
+    HMENU more_ = nullptr; // its submenu
+
+private:
+    LRESULT go_on();
+    void do_word(const std::string& word);
+    void point_at(const std::string& item);
+
+    std::vector<std::string> words_; // the next one last
+    bool left_open_ = false;
+};
+
+} // namespace test
