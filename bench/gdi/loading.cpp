@@ -3,6 +3,7 @@
 
 #include "platform/win32/gdi/bitmap.h"
 #include "platform/win32/gdi/dib.h"
+#include "skin/GuiSkinWindow.h"
 
 #include <benchmark/benchmark.h>
 
@@ -92,29 +93,17 @@ BENCHMARK(BM_LoadQt)->Name("load/qt5");
 constexpr int kBlendWidth = 300;
 constexpr int kBlendHeight = 200;
 
-// Lays a picture over another by a mask, as a skin does: bits out, a blend in 24 bits, bits back.
+// Lays a picture over another by a mask, as a skin does.
 void BM_BlendOurs(benchmark::State& state)
 {
-    const bench::Ours target(kBlendWidth, kBlendHeight);
-    const bench::Ours source(kBlendWidth, kBlendHeight);
-    const bench::Ours mask(kBlendWidth, kBlendHeight);
-    BITMAPINFO info{};
-    info.bmiHeader = { 40, kBlendWidth, -kBlendHeight, 1, 24, BI_RGB, 0, 0, 0, 0, 0 };
-    const std::size_t size = static_cast<std::size_t>(kBlendWidth) * 3 * kBlendHeight;
-    std::vector<std::uint8_t> over(size);
-    std::vector<std::uint8_t> under(size);
-    std::vector<std::uint8_t> alpha(size);
-    for (auto _ : state) {
-        GetDIBits(target.dc(), source.bitmap(), 0, kBlendHeight, over.data(), &info, DIB_RGB_COLORS);
-        GetDIBits(target.dc(), target.bitmap(), 0, kBlendHeight, under.data(), &info, DIB_RGB_COLORS);
-        GetDIBits(target.dc(), mask.bitmap(), 0, kBlendHeight, alpha.data(), &info, DIB_RGB_COLORS);
-        for (std::size_t i = 0; i < size; i += 3) {
-            const unsigned a = alpha[i];
-            for (std::size_t c = i; c < i + 3; c++)
-                under[c] = static_cast<std::uint8_t>((over[c] * a + under[c] * (255 - a)) / 255);
-        }
-        SetDIBits(target.dc(), target.bitmap(), 0, kBlendHeight, under.data(), &info, DIB_RGB_COLORS);
-    }
+    const std::vector<std::uint32_t> pixels = bench::Noise(kBlendWidth, kBlendHeight);
+    PelkGUI::GuiSkinWindow skin;
+    CBitmap below;
+    for (CBitmap* bitmap : { &skin.m_bmpImage, &skin.m_bmpAlpha, &below })
+        bitmap->CreateBitmap(kBlendWidth, kBlendHeight, 1, 32, pixels.data());
+    const CRect all(0, 0, kBlendWidth, kBlendHeight);
+    for (auto _ : state)
+        skin.PreBlend(&below, all, all);
 }
 BENCHMARK(BM_BlendOurs)->Name("mask_blend/ours");
 

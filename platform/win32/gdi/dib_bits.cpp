@@ -55,10 +55,16 @@ void pack_pixels(const std::uint32_t* pixels, int x, int count, int bits, std::u
 
 void read_row(const Bitmap& bitmap, int y, int width, int bits, std::uint8_t* row)
 {
+    const int shown = std::min(width, bitmap.width());
+    const std::size_t whole = static_cast<std::size_t>(shown) * static_cast<std::size_t>(bits) / 8;
+    std::fill_n(row + whole, row_bytes(width, bits) - whole, std::uint8_t{ 0 });
+    if (const std::uint32_t* pixels = bitmap.row(y)) {
+        pack_pixels(pixels, 0, shown, bits, row);
+        return;
+    }
     std::uint32_t pixels[kChunk];
-    std::fill_n(row, row_bytes(width, bits), std::uint8_t{ 0 });
-    for (int x = 0; x < std::min(width, bitmap.width()); x += kChunk) {
-        const int count = std::min(kChunk, std::min(width, bitmap.width()) - x);
+    for (int x = 0; x < shown; x += kChunk) {
+        const int count = std::min(kChunk, shown - x);
         bitmap.read(x, y, count, pixels);
         pack_pixels(pixels, x, count, bits, row);
     }
@@ -160,20 +166,24 @@ int SetDIBits(HDC dc, HBITMAP handle, UINT start, UINT lines, LPCVOID bits, cons
         return 0;
     const std::size_t length =
         is_run_length ? info->bmiHeader.biSizeImage : format->stride() * static_cast<std::size_t>(format->height);
+    const Bytes pixels{ static_cast<const std::byte*>(bits), length };
+    // Where the rows' picture begins in the bitmap.
+    const std::int64_t top = format->is_top_down ? start : std::int64_t{ dib_height } - start - format->height;
+    const Raster to = bitmap->raster();
+    if (!to.is_mono() && format->width <= to.width && top + format->height <= to.height && !is_run_length) {
+        decode_dib(*format, pixels,
+                   { to.colour_row(static_cast<int>(top)), nullptr, format->width, format->height, to.stride },
+                   Alpha::keep);
+        return format->height;
+    }
     const std::shared_ptr<Bitmap> rows = Bitmap::create(format->width, format->height, 32);
     if (!rows)
         return 0;
     const Raster from = rows->raster();
-    decode_dib(*format, { static_cast<const std::byte*>(bits), length }, from, Alpha::keep);
-
-    const Raster to = bitmap->raster();
+    decode_dib(*format, pixels, from, Alpha::keep);
     const int width = std::min(from.width, to.width);
-    for (int i = 0; i < format->height; i++) {
-        const std::int64_t index = std::int64_t{ start } + i;
-        const std::int64_t y = format->is_top_down ? index : dib_height - 1 - index;
-        if (y < to.height)
-            to.write(0, static_cast<int>(y), width, from.colour_row(format->is_top_down ? i : format->height - 1 - i));
-    }
+    for (int i = 0; i < format->height && top + i < to.height; i++)
+        to.write(0, static_cast<int>(top + i), width, from.colour_row(i));
     return format->height;
 }
 

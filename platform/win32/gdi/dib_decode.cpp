@@ -41,12 +41,19 @@ private:
     std::uint64_t largest_;
 };
 
+// Where 32-bit pixels have red, green, blue and alpha here.
+constexpr std::array<DWORD, 3> kPlainMasks = { 0xFF0000, 0x00FF00, 0x0000FF };
+constexpr DWORD kPlainAlpha = 0xFF000000;
+
 // Rows of pixels at known places.
 class RowDecoder {
 public:
     RowDecoder(const DibFormat& format, Alpha alpha)
         : format_(format), colours_(colours_of(format)), red_(format.masks[0]), green_(format.masks[1]),
-          blue_(format.masks[2]), alpha_(alpha == Alpha::keep ? format.masks[3] : 0)
+          blue_(format.masks[2]), alpha_(alpha == Alpha::keep ? format.masks[3] : 0),
+          is_plain_(std::equal(kPlainMasks.begin(), kPlainMasks.end(), format.masks.begin()) &&
+                    (format.masks[3] == 0 || format.masks[3] == kPlainAlpha)),
+          kept_(kWhite | (alpha == Alpha::keep ? format.masks[3] : 0))
     {}
 
     // As many whole pixels as `row` holds, at most a row's.
@@ -62,7 +69,10 @@ public:
             widen_pixels(row.data(), count, out);
             break;
         case 32:
-            fields<std::uint32_t>(row, count, out);
+            if (is_plain_)
+                plain(row, count, out);
+            else
+                fields<std::uint32_t>(row, count, out);
             break;
         default:
             indices(row, count, out);
@@ -81,6 +91,14 @@ private:
         }
     }
 
+    // Pixels as they are here, with the alpha that is kept.
+    void plain(Bytes row, int count, std::uint32_t* out) const
+    {
+        std::memcpy(out, row.data(), static_cast<std::size_t>(count) * sizeof *out);
+        for (int x = 0; kept_ != ~0U && x < count; x++)
+            out[x] &= kept_;
+    }
+
     template <class Pixel>
     void fields(Bytes row, int count, std::uint32_t* out) const
     {
@@ -97,6 +115,8 @@ private:
     Channel green_;
     Channel blue_;
     Channel alpha_;
+    bool is_plain_;
+    std::uint32_t kept_;
 };
 
 // Run-lengths of 4 or 8 bits: pairs of a count and an index (or two), and after a count of 0 an escape.
