@@ -51,11 +51,17 @@ BOOL CCmdTarget::OnCmdMsg(UINT nID, int nCode, void* pExtra, AFX_CMDHANDLERINFO*
 void CCmdUI::Enable(BOOL bOn)
 {
     m_bEnableChanged = TRUE;
-    if (m_pOther)
+    if (m_pMenu && !m_pSubMenu)
+        m_pMenu->EnableMenuItem(m_nIndex, MF_BYPOSITION | (bOn ? MF_ENABLED : MF_DISABLED | MF_GRAYED));
+    else if (m_pOther)
         m_pOther->EnableWindow(bOn);
 }
 
-void CCmdUI::SetCheck(int /*nCheck*/) {}
+void CCmdUI::SetCheck(int nCheck)
+{
+    if (m_pMenu && !m_pSubMenu)
+        m_pMenu->CheckMenuItem(m_nIndex, MF_BYPOSITION | (nCheck ? MF_CHECKED : MF_UNCHECKED));
+}
 
 void CCmdUI::SetRadio(BOOL bOn)
 {
@@ -64,8 +70,13 @@ void CCmdUI::SetRadio(BOOL bOn)
 
 void CCmdUI::SetText(LPCSTR lpszText)
 {
-    if (m_pOther)
+    if (m_pMenu && !m_pSubMenu) {
+        constexpr UINT kKept = MF_GRAYED | MF_DISABLED | MF_CHECKED | MF_DEFAULT;
+        const UINT state = m_pMenu->GetMenuState(m_nIndex, MF_BYPOSITION) & kKept;
+        m_pMenu->ModifyMenu(m_nIndex, MF_BYPOSITION | MF_STRING | state, m_nID, lpszText);
+    } else if (m_pOther) {
         m_pOther->SetWindowText(lpszText);
+    }
 }
 
 BOOL CCmdUI::DoUpdate(CCmdTarget* pTarget, BOOL bDisableIfNoHndler)

@@ -1,6 +1,7 @@
 #include "afxwin/frame.h"
 
 #include "afxwin/app.h"
+#include "target_life.h"
 
 IMPLEMENT_DYNCREATE(CFrameWnd, CWnd)
 IMPLEMENT_DYNCREATE(CMiniFrameWnd, CFrameWnd)
@@ -11,6 +12,7 @@ ON_WM_CLOSE()
 ON_WM_ENDSESSION()
 ON_WM_SIZE()
 ON_WM_NCACTIVATE()
+ON_WM_INITMENUPOPUP()
 END_MESSAGE_MAP()
 
 BEGIN_MESSAGE_MAP(CMiniFrameWnd, CFrameWnd)
@@ -76,6 +78,30 @@ BOOL CFrameWnd::OnNcActivate(BOOL bActive)
 {
     const BOOL bDrawnActive = IsWindowEnabled() && (bActive || (m_nFlags & WF_STAYACTIVE));
     return static_cast<BOOL>(DefWindowProc(WM_NCACTIVATE, static_cast<WPARAM>(bDrawnActive), 0));
+}
+
+void CFrameWnd::OnInitMenuPopup(CMenu* pPopupMenu, UINT /*nIndex*/, BOOL bSysMenu)
+{
+    constexpr UINT kSubMenu = 0xFFFFFFFF;
+    constexpr UINT kFirstSystemCommand = 0xF000;
+    if (bSysMenu || !pPopupMenu)
+        return;
+    const mfc::TargetLife life(*this);
+    CCmdUI state;
+    state.m_pMenu = pPopupMenu;
+    // A handler may add and take away items.
+    for (state.m_nIndex = 0; state.m_nIndex < (state.m_nIndexMax = pPopupMenu->GetMenuItemCount()); state.m_nIndex++) {
+        state.m_nID = pPopupMenu->GetMenuItemID(static_cast<int>(state.m_nIndex));
+        state.m_pSubMenu = nullptr;
+        if (state.m_nID == kSubMenu) {
+            state.m_pSubMenu = pPopupMenu->GetSubMenu(static_cast<int>(state.m_nIndex));
+            state.m_nID = state.m_pSubMenu ? state.m_pSubMenu->GetMenuItemID(0) : 0;
+        }
+        const BOOL bDisable = m_bAutoMenuEnable && !state.m_pSubMenu && state.m_nID < kFirstSystemCommand;
+        state.DoUpdate(this, bDisable);
+        if (life.is_over() || !::IsMenu(*pPopupMenu))
+            return;
+    }
 }
 
 BOOL CMiniFrameWnd::Create(LPCSTR lpClassName, LPCSTR lpWindowName, DWORD dwStyle, const RECT& rect, CWnd* pParentWnd,

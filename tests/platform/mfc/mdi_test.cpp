@@ -87,8 +87,12 @@ TEST_F(MdiTest, HasOneActiveChildWhileItHasAny)
     EXPECT_EQ(m_pFrame->MDIGetActive(), nullptr);
     Child* const pA = NewChild('a', CRect(0, 0, 150, 150));
     EXPECT_EQ(Log(), "aon alit ");
-    Child* const pB = NewChild('b', CRect(150, 0, 300, 150));
+    Child* const pB = NewChild('b', CFrameWnd::rectDefault);
     EXPECT_EQ(Log(), "adim aoff bon blit ");
+    CRect rcB;
+    pB->GetClientRect(&rcB);
+    EXPECT_FALSE(rcB.IsRectEmpty()) << "a place is found for it";
+    pB->SetWindowPos(nullptr, 150, 0, 150, 150, SWP_NOZORDER);
     EXPECT_EQ(m_pFrame->MDIGetActive(), pB);
     EXPECT_EQ(pA->GetMDIFrame(), m_pFrame);
 
@@ -100,6 +104,9 @@ TEST_F(MdiTest, HasOneActiveChildWhileItHasAny)
     EXPECT_EQ(CWnd::GetFocus(), pA);
     Click(rcA.CenterPoint());
     EXPECT_EQ(Log(), "") << "it was active already";
+    for (const WPARAM nCommand : { 1, 2, 3, 4 })
+        m_pFrame->SendMessage(WM_COMMAND, nCommand);
+    EXPECT_EQ(Log(), "a1 a2 frame3 ") << "it is asked before its frame";
 
     m_pFrame->SendMessage(WM_NCACTIVATE, FALSE);
     EXPECT_EQ(Log(), "adim ") << "with its frame";
@@ -126,40 +133,6 @@ TEST_F(MdiTest, SurvivesChildrenThatEndWhenTheyAreActivated)
     EXPECT_EQ(m_pFrame->MDIGetActive(), pB);
     m_pFrame->DestroyWindow();
     EXPECT_EQ(Log(), "bdim bgone ") << "nobody is activated while the frame goes";
-}
-
-TEST_F(MdiTest, AsksTheActiveChildForCommandsFirst)
-{
-    struct {
-        const char* why;
-        UINT nID;
-        const char* pszLog;
-    } const cases[] = {
-        { "the child's alone", 1, "a1 " },
-        { "both have it", 2, "a2 " },
-        { "the frame's alone", 3, "frame3 " },
-        { "nobody's", 4, "" },
-    };
-    NewChild('a', CRect(0, 0, 150, 150));
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.why);
-        Log();
-        m_pFrame->SendMessage(WM_COMMAND, c.nID);
-        EXPECT_EQ(Log(), c.pszLog);
-    }
-}
-
-TEST_F(MdiTest, PutsChildrenWithoutAPlaceInACascade)
-{
-    CRect rcFirst, rcSecond, rcClient;
-    NewChild('a', CFrameWnd::rectDefault)->GetWindowRect(&rcFirst);
-    NewChild('b', CFrameWnd::rectDefault)->GetWindowRect(&rcSecond);
-    ::GetWindowRect(m_pFrame->m_hWndMDIClient, &rcClient);
-    EXPECT_FALSE(rcFirst.IsRectEmpty());
-    EXPECT_EQ(rcFirst.Size().cx, rcSecond.Size().cx);
-    EXPECT_GT(rcSecond.left, rcFirst.left);
-    EXPECT_GT(rcSecond.top, rcFirst.top);
-    EXPECT_EQ(rcClient & rcFirst, rcFirst);
 }
 
 TEST_F(MdiTest, DrawsTheActiveChildAsActiveAlsoWhenItIsExposed)

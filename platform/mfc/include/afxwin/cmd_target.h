@@ -23,6 +23,7 @@
 
 class CCmdTarget;
 class CCmdUI;
+class CMenu;
 class CWnd;
 
 struct AFX_MSGMAP_ENTRY {
@@ -68,8 +69,8 @@ protected:
     virtual const AFX_MSGMAP* GetMessageMap() const;
 };
 
-// A command whose state is asked for. This class shows the state on a control (m_pOther), if one stands for the
-// command; classes derived from it show it as they like.
+// A command whose state is asked for. This class shows the state on a menu's item or on a control, whichever stands for
+// the command; classes derived from it show it as they like.
 class CCmdUI {
 public:
     CCmdUI() = default;
@@ -78,7 +79,7 @@ public:
 
     // In the order of their slots. One that is overridden sets m_bEnableChanged in Enable, as this one does.
     virtual void Enable(BOOL bOn = TRUE);
-    virtual void SetCheck(int nCheck = 1);  // 0 off, 1 on, 2 undecided; nothing for controls
+    virtual void SetCheck(int nCheck = 1);  // 0 off, 1 on, 2 undecided, on a menu like 1; nothing for controls
     virtual void SetRadio(BOOL bOn = TRUE); // as SetCheck
     virtual void SetText(LPCSTR lpszText);
     virtual ~CCmdUI() = default;
@@ -91,11 +92,13 @@ public:
     void ContinueRouting() { m_bContinueRouting = TRUE; }
 
     UINT m_nID = 0;
-    UINT m_nIndex = 0;
-    UINT m_nIndexMax = 0;
-    CWnd* m_pOther = nullptr;      // borrowed
+    UINT m_nIndex = 0;             // of the item in the menu, of m_nIndexMax
+    CMenu* m_pMenu = nullptr;      // borrowed, like the two below
+    CMenu* m_pSubMenu = nullptr;   // the item is this one, and m_nID its first command; its state is not changed
+    CWnd* m_pOther = nullptr;      // the control
     BOOL m_bEnableChanged = FALSE; // Enable was called
     BOOL m_bContinueRouting = FALSE;
+    UINT m_nIndexMax = 0;
 };
 
 #define DECLARE_MESSAGE_MAP()                                                                                          \

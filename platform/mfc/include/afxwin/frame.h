@@ -19,6 +19,8 @@ class CFrameWnd : public CWnd {
     // This frame first, then the application.
     BOOL OnCmdMsg(UINT nID, int nCode, void* pExtra, AFX_CMDHANDLERINFO* pHandlerInfo) override;
 
+    BOOL m_bAutoMenuEnable = TRUE; // menu items whose command nobody handles are disabled
+
 protected:
     void PostNcDestroy() override { delete this; }
 
@@ -27,6 +29,8 @@ protected:
     afx_msg void OnEndSession(BOOL bEnding);
     afx_msg void OnSize(UINT nType, int cx, int cy);
     afx_msg BOOL OnNcActivate(BOOL bActive);
+    // Asks for the state of every item; the system menu looks after itself.
+    afx_msg void OnInitMenuPopup(CMenu* pPopupMenu, UINT nIndex, BOOL bSysMenu);
 
     DECLARE_MESSAGE_MAP()
 };
