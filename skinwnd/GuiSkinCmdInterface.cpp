@@ -217,7 +217,7 @@ int GuiSkinCmdInterface::OnToolHitTest(CPoint point, TOOLINFOA* pInfo) const
     if (!pHit)
         return 0;
     const int nID = static_cast<int>(pHit->m_nID);
-    if (!pInfo)
+    if (!pInfo || nID < 0) // such a number is no tool's
         return nID;
     if (CString strText; GetGuiSkin().LoadStringA(strText, pHit->m_nID))
         pInfo->lpszText = ::strdup(TipOf(strText));

@@ -1,11 +1,8 @@
 #include "tests/skinwnd/SkinnedWindow.h"
 
-#include <fstream>
-
 #include "look/GuiInterface.h"
 #include "look/GuiManager.h"
 #include "skin/GuiSkin.h"
-#include "tests/support/TestHome.h"
 
 namespace test {
 
@@ -13,30 +10,6 @@ namespace {
 
 // The framework wants an application object.
 CWinApp theTestApp;
-
-// 64 by 64 pixels, the one at (x, y) RGB(x, y, 100). The folder's name with a separator at its end.
-std::string FolderWithPicture()
-{
-    constexpr int kSize = 64;
-    BITMAPFILEHEADER file = {};
-    BITMAPINFOHEADER info = {};
-    file.bfType = 0x4D42;
-    file.bfOffBits = sizeof(file) + sizeof(info);
-    file.bfSize = file.bfOffBits + kSize * kSize * 3;
-    info.biSize = sizeof(info);
-    info.biWidth = kSize;
-    info.biHeight = -kSize; // from the top down
-    info.biPlanes = 1;
-    info.biBitCount = 24;
-    std::string strBytes(reinterpret_cast<const char*>(&file), sizeof(file));
-    strBytes.append(reinterpret_cast<const char*>(&info), sizeof(info));
-    for (int y = 0; y < kSize; y++) {
-        for (int x = 0; x < kSize; x++)
-            strBytes += { static_cast<char>(100), static_cast<char>(y), static_cast<char>(x) };
-    }
-    std::ofstream(home() / "picture.bmp", std::ios::binary) << strBytes;
-    return home().path().string() + "/";
-}
 
 } // namespace
 
@@ -152,7 +125,7 @@ void SkinnedWindowTest::ApplySkin(const std::string& strChildren)
                                 "<string id=\"8\" value=\"First. Second\"/></strings><windowSkins><windowSkin>"
                                 "<target window=\"Main\"/><image path=\"picture.bmp\"/>" +
                                 strChildren + "</windowSkin></windowSkins></skin>";
-    ASSERT_TRUE(PelkGUI::GetGuiSkin().LoadFromString(strSkin.c_str(), FolderWithPicture().c_str()));
+    ASSERT_TRUE(PelkGUI::GetGuiSkin().LoadFromString(strSkin.c_str(), TEST_SOURCE_DIR "/"));
 }
 
 SkinnedWnd* SkinnedWindowTest::Open(DWORD dwStyle, const CRect& rc, CWnd* pParent)

@@ -53,7 +53,8 @@ protected:
                                    { { 0, 0, 1024, 768 }, { 0, 0, 1024, 768 }, true } });
     ~SkinnedWindowTest() override;
 
-    // Makes the process's skin of these "windowSkin" contents, whose target is "Main".
+    // Makes the process's skin of these "windowSkin" contents, whose target is "Main". Its picture has RGB(x, y, 100)
+    // at x, y and is 32 by 32 pixels large.
     void ApplySkin(const std::string& strChildren);
     // A window "Main" at 100,100, 200 by 120 pixels, shown. It belongs to the test, or is gone.
     SkinnedWnd* Open(DWORD dwStyle = WS_POPUP | WS_SYSMENU, const CRect& rc = CRect(100, 100, 300, 220),
