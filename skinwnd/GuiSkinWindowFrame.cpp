@@ -6,11 +6,15 @@
 
 #include "look/GuiInterface.h"
 #include "look/GuiManager.h"
+#include "skin/WindowSkinPtr.h"
 #include "skinwnd/FramePart.h"
 
 namespace PelkGUI {
 
 namespace {
+
+// A second click on the system button that closes the menu so soon closes the window.
+constexpr DWORD kQuickCloseMilliseconds = 300;
 
 constexpr int kNoButton = 0; // else a CaptionAnchor
 
@@ -92,6 +96,35 @@ void PaintFrame(GuiSkinWindow& skin, CWnd* pWnd, int bCaptionOnly, int nActive)
 void PaintCaption(GuiSkinWindow& skin, CWnd* pWnd)
 {
     PaintFrame(skin, pWnd, 1, 0);
+}
+
+// Shows the system menu under its button and posts what was chosen, or the close command for a quick second click on
+// the button. While the menu is open everything may end, the window skin and the window included.
+void RunSystemMenu(GuiSkinWindow& skin, CWnd* pWnd, const CRect& rcWindow, const CRect& rcButton)
+{
+    const WindowSkinPtr pSkin(&skin);
+    const HWND hWnd = pWnd->GetSafeHwnd();
+    const HMENU hMenu = ::GetSystemMenu(hWnd, FALSE);
+    PaintCaption(skin, pWnd); // the button is down
+    const DWORD dwShown = ::GetTickCount();
+    const int x = GetGuiManager().m_bRightToLeft ? MirroredX(rcWindow, rcButton.left) : rcButton.left;
+    const BOOL nCommand =
+        hMenu ? ::TrackPopupMenu(hMenu, TPM_RETURNCMD, x, rcButton.bottom, 0, hWnd, nullptr) : FALSE; // none
+    if (pSkin)
+        pSkin->m_nPressedHit = pSkin->m_nHoverHit = kNoButton;
+    if (!::IsWindow(hWnd))
+        return;
+
+    const LPARAM nPlace = MAKELPARAM(static_cast<WORD>(rcButton.left), static_cast<WORD>(rcButton.bottom));
+    if (nCommand != 0) {
+        ::PostMessageA(hWnd, WM_SYSCOMMAND, static_cast<WPARAM>(nCommand), nPlace);
+        return;
+    }
+    CPoint ptCursor;
+    ::GetCursorPos(&ptCursor);
+    if (hMenu && pSkin && ::GetTickCount() - dwShown < kQuickCloseMilliseconds &&
+        pSkin->OnNcHitTest(CWnd::FromHandle(hWnd), ptCursor, FALSE) == HTSYSMENU)
+        ::PostMessageA(hWnd, WM_SYSCOMMAND, SC_CLOSE, nPlace);
 }
 
 MONITORINFO InfoOfMonitor(HWND hWnd, DWORD dwOtherwise)
@@ -214,8 +247,18 @@ BOOL GuiSkinWindow::OnNcLButtonDown(CWnd* pWnd, UINT nHitTest, CPoint /*point*/)
     const int nButton = ButtonOfHit(nHitTest);
     if (nButton == kNoButton)
         return FALSE;
+    const WindowSkinPtr pSelf(this);
+    const HWND hWnd = pWnd->GetSafeHwnd();
     m_nPressedHit = m_nHoverHit = nButton;
-    PaintCaption(*this, pWnd);
+    if (nButton == CaptionAnchor::System) {
+        CRect rcWindow;
+        CRect rcButton;
+        pWnd->GetWindowRect(&rcWindow);
+        ResolveAnchor(rcWindow, rcButton, CaptionAnchor::System);
+        RunSystemMenu(*this, pWnd, rcWindow, rcButton);
+    }
+    if (pSelf && ::IsWindow(hWnd))
+        PaintCaption(*this, CWnd::FromHandle(hWnd));
     return TRUE;
 }
 

@@ -4,6 +4,8 @@
 #include <sstream>
 
 #include "look/GuiManager.h"
+#include "skin/GuiSkin.h"
+#include "tests/support/WaitUntil.h"
 
 namespace {
 
@@ -49,7 +51,7 @@ protected:
     // Two quick presses on one window are a double click.
     void OpenAnother()
     {
-        m_pWnd->DestroyWindow();
+        ::DestroyWindow(m_hWnd);
         OpenSkinned(kCaption);
     }
 
@@ -117,6 +119,66 @@ TEST_F(CaptionButtons, LeaveOtherPressesToTheSystem)
     Run();
     EXPECT_EQ(m_pWnd->TakeJournal(), "CLOSE");
     EXPECT_EQ(State(), "00");
+}
+
+struct MenuCase {
+    const char* why;
+    std::function<void()> happens; // while the menu is open
+    const char* pszJournal;
+    bool bRightToLeft = false;
+};
+
+class SystemMenu : public CaptionButtons {
+protected:
+    void Press(int x)
+    {
+        m_pScreen->move_pointer({ x, 110 });
+        m_pScreen->press(win32::kLeftButton);
+        m_pScreen->release(win32::kLeftButton);
+    }
+    std::string JournalAfter(const MenuCase& c)
+    {
+        OpenAnother();
+        PelkGUI::GetGuiManager().m_bRightToLeft = c.bRightToLeft;
+        m_pWnd->m_mapHappens["menu"] = [&] {
+            EXPECT_EQ(State(), "11");
+            CRect rc;
+            ::GetWindowRect(::FindWindowA("#32768", nullptr), &rc);
+            EXPECT_EQ(rc.TopLeft(), CPoint(c.bRightToLeft ? 295 : 105, 115));
+            m_pWnd->m_mapHappens.clear(); // once
+            c.happens();
+        };
+        Press(c.bRightToLeft ? 290 : 110);
+        Run();
+        const std::string strJournal = IsOpen() ? m_pWnd->TakeJournal() : "gone";
+        Do("caption", kPlaces);
+        EXPECT_TRUE(!IsOpen() || !m_pWnd->m_pSkinWindow || State() == "00");
+        return strJournal;
+    }
+};
+
+TEST_F(SystemMenu, OpensUnderItsButton)
+{
+    const auto chooseClose = [&] { m_pScreen->press_key('C', "c"); };
+    const MenuCase kCases[] = {
+        { "a command is chosen", chooseClose, "CLOSE 105,115" },
+        { "mirrored", chooseClose, "CLOSE 105,115", true },
+        { "a quick second click", [&] { Press(110); }, "CLOSE 105,115" },
+        { "a quick second click on the mirrored button", [&] { Press(290); }, "CLOSE 105,115", true },
+        { "a click beside it", [&] { Press(500); }, "" },
+        { "the skin goes", [] { PelkGUI::GetGuiSkin().Clear(), ::EndMenu(); }, "" },
+        { "the window goes", [&] { m_pWnd->DestroyWindow(); }, "gone" },
+    };
+    for (const MenuCase& c : kCases) {
+        SCOPED_TRACE(c.why);
+        EXPECT_TRUE(wait_until([&] { return JournalAfter(c) == c.pszJournal; })) << "quick clicks need a quick machine";
+    }
+    const auto clickLate = [&] {
+        const DWORD dwNow = ::GetTickCount();
+        EXPECT_TRUE(wait_until([&] { return ::GetTickCount() - dwNow >= 300; }));
+        Press(110);
+    };
+    EXPECT_EQ(JournalAfter({ "a second click that is not so quick", clickLate, "" }), "");
 }
 
 } // namespace

@@ -93,7 +93,12 @@ TEST_F(GuiMiniFrame, GivesItsFrameToTheSkinUnlessItIsAChild)
     const int nBorder = ::GetSystemMetrics(SM_CXFIXEDFRAME);
     const RouteCase kCases[] = {
         { "skinned", true, FALSE, { 103, 122, 300, 220 }, HTCLOSE, "MOVE CLOSE CLOSE CLOSE" },
-        { "plain", false, FALSE, { 100 + nBorder, 100 + nCaption, 300 - nBorder, 220 - nBorder }, HTCAPTION, "MOVE MOVE" },
+        { "plain",
+          false,
+          FALSE,
+          { 100 + nBorder, 100 + nCaption, 300 - nBorder, 220 - nBorder },
+          HTCAPTION,
+          "MOVE MOVE 284,108" },
         { "a child has no frame", true, TRUE, { 100, 100, 300, 220 }, HTCLIENT, "" },
     };
     for (const RouteCase& c : kCases) {

@@ -92,8 +92,13 @@ BOOL SkinnedWnd::OnCmdMsg(UINT nID, int nCode, void* pExtra, AFX_CMDHANDLERINFO*
 LRESULT SkinnedWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (message == WM_SYSCOMMAND) {
-        Write(SystemCommandName(wParam));
-        m_nLastParameter = lParam;
+        const CPoint ptPlace(lParam);
+        Write(SystemCommandName(wParam) +
+              (lParam ? " " + std::to_string(ptPlace.x) + "," + std::to_string(ptPlace.y) : ""));
+        return 0;
+    }
+    if (message == WM_ENTERIDLE) { // an open menu has nothing to do
+        Happen("menu");
         return 0;
     }
     return GuiMiniFrameWnd::WindowProc(message, wParam, lParam);

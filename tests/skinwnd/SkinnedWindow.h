@@ -22,7 +22,8 @@ void SetAnchor(PelkGUI::GuiSkinWindow& skin, int nAnchor, const CRect& rc);
 // "CLOSE" for SC_CLOSE and so on.
 std::string SystemCommandName(WPARAM nCommand);
 
-// The window's journal holds words: "CLOSE" for a system command, which is not carried out, "command 7", "hover 1 7".
+// The window's journal holds words: "CLOSE" for a system command, which is not carried out, "CLOSE 1,2" for one with a
+// place, "command 7", "hover 1 7".
 class SkinnedWnd : public PelkGUI::GuiMiniFrameWnd {
 public:
     void SkinChanging() override;
@@ -33,10 +34,10 @@ public:
     std::string TakeJournal(); // its words, and empties it
     void Write(const std::string& strWord);
 
-    std::vector<const char*> m_aButtons;                       // the names to make buttons of
-    std::map<std::string, std::function<void()>> m_mapHappens; // at "paint", "hover", "command", "update", "changing"
-    UINT m_nHandledFrom = 1;                                   // the commands up to 99 that this window handles
-    LPARAM m_nLastParameter = 0;                               // of the last system command
+    std::vector<const char*> m_aButtons; // the names to make buttons of
+    std::map<std::string, std::function<void()>>
+        m_mapHappens;        // at "paint", "hover", "command", "update", "changing", "menu"
+    UINT m_nHandledFrom = 1; // the commands up to 99 that this window handles
 
 protected:
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
