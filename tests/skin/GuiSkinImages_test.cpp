@@ -5,6 +5,7 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -110,18 +111,35 @@ protected:
         }
         return text.str();
     }
-    // The colour at a place of a command's image.
-    static COLORREF Pixel(UINT nID, int x, int y)
+    // The colour at a place of an image.
+    static COLORREF PixelOf(CImageList& list, int nImage, int x, int y)
     {
         CDC dc;
         dc.CreateCompatibleDC(nullptr);
         CBitmap bmp;
         bmp.CreateBitmap(18, 18, 1, 32, nullptr);
         CBitmap* const pBefore = dc.SelectObject(&bmp);
-        GetGuiInterface().m_ilCommands.Draw(&dc, GetGuiInterface().ImageForID(nID), POINT{ 0, 0 }, ILD_NORMAL);
+        list.Draw(&dc, nImage, POINT{ 0, 0 }, ILD_NORMAL);
         const COLORREF crPixel = dc.GetPixel(x, y);
         dc.SelectObject(pBefore);
         return crPixel;
+    }
+    static COLORREF Pixel(UINT nID, int x, int y)
+    {
+        return PixelOf(GetGuiInterface().m_ilCommands, GetGuiInterface().ImageForID(nID), x, y);
+    }
+    // The row of an image in the middle of its height, a letter a pixel; '.' is black or nothing.
+    static string RowOf(CImageList& list, int nImage)
+    {
+        int cx = 0;
+        int cy = 0;
+        ::ImageList_GetIconSize(list.GetSafeHandle(), &cx, &cy);
+        string strRow;
+        for (int x = 0; x < cx; x++) {
+            const COLORREF cr = PixelOf(list, nImage, x, cy / 2);
+            strRow += cr == RGB(255, 0, 0) ? 'R' : cr == RGB(0, 0, 255) ? 'B' : cr == RGB(255, 255, 255) ? 'W' : '.';
+        }
+        return strRow;
     }
 
     const test::TempDir m_dir;
@@ -212,6 +230,42 @@ TEST_F(GuiSkinImages, AddsSystemImages)
     EXPECT_EQ(GetGuiInterface().m_ilArrows.GetImageCount(), 2);
     EXPECT_EQ(GetGuiInterface().m_ilLists.GetImageCount(), 3) << "54 columns hold three of 16";
     EXPECT_FALSE(Load("<systemImages><bitmap path=\"small.bmp\" name=\"list\"/></systemImages>"));
+}
+
+// In a right-to-left layout a strip is mirrored as a whole: its images come in the opposite order, each mirrored.
+TEST_F(GuiSkinImages, MirrorsSystemImagesAndStrips)
+{
+    Write("arrows.bmp", BitmapFile("RRRRBBBWG"
+                                   "BWWWWRRGG",
+                                   6));
+    Write("lists.bmp", BitmapFile(string("RRRRRRRRRRRRBBBW") + "BBBBBBBBBBBBRRRW" + "WW", 16));
+    Write("commands.bmp", BitmapFile(string(14, 'R') + "BBBW" + string(14, 'B') + "RRRW", 18));
+    const string strSections = "<systemImages><bitmap path=\"arrows.bmp\" name=\"arrow\"/><bitmap path=\"lists.bmp\" "
+                               "name=\"list\"/></systemImages><commandImages><bitmap path=\"commands.bmp\"/>"
+                               "</commandImages>";
+    EXPECT_TRUE(Load(strSections));
+    EXPECT_TRUE(Load("<manifest type=\"language\" dir=\"rtl\"/>" + strSections));
+    PelkGUI::GuiInterface& store = GetGuiInterface();
+    const struct {
+        const char* why;
+        CImageList& list;
+        std::vector<string> rows;
+    } kCases[] = {
+        { "arrows", store.m_ilArrows, { "RRRRBBBW.", "BWWWWRR..", "..RRWWWWB", ".WBBBRRRR" } },
+        { "lists, from the other end of a strip with a rest",
+          store.m_ilLists,
+          { "RRRRRRRRRRRRBBBW", "BBBBBBBBBBBBRRRW", "WWWRRRBBBBBBBBBB", "BBWBBBRRRRRRRRRR" } },
+        { "commands",
+          store.m_ilCommands,
+          { string(14, 'R') + "BBBW", string(14, 'B') + "RRRW", "WRRR" + string(14, 'B'), "WBBB" + string(14, 'R') } },
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.why);
+        std::vector<string> rows;
+        for (int i = 0; i < c.list.GetImageCount(); i++)
+            rows.push_back(RowOf(c.list, i));
+        EXPECT_EQ(rows, c.rows);
+    }
 }
 
 } // namespace

@@ -16,7 +16,7 @@ using namespace test;
 using PelkGUI::GuiSkinWindow;
 using std::string;
 
-const string kImage = "<image res=\"131\"/>";
+const string kImage = "<image res=\"200\"/>";
 
 // Every case has an image besides; its line is the first and not repeated in the table.
 void ExpectWindows(const auto& cases)
@@ -182,15 +182,15 @@ TEST(GuiSkinWindowParse, Images)
         { "neither path nor res", "<image/>" + kImage, "refused\n" },
         { "a res that is no number", "<image res=\"x\"/>", "refused\n" },
         { "a res of no bitmap", "<target window=\"A\"/><image res=\"132\"/>" + kImage, "refused\ntargets=|A|" },
-        { "the low 16 bits of a res, white space before", "<image res=\" 65667x\"/>", "image=3x2" },
-        { "the path comes first", "<image res=\"131\" path=\"missing.bmp\"/>", "refused\n" },
-        { "the alpha image is not the main one", "<image type=\"Alpha\" res=\"131\"/>", "refused\nalpha=3x2" },
-        { "either word for the watermark", kImage + "<image type=\"WATER\" res=\"131\"/>", "image=3x2\nwatermark=3x2" },
-        { "any other type", "<image type=\"alphabet\" res=\"131\"/>", "image=3x2" },
-        { "its language in whatever case", "<image res=\"131\" language=\"DE\"/>", "image=3x2\nlanguage=DE" },
+        { "the low 16 bits of a res, white space before", "<image res=\" 65736x\"/>", "image=3x2" },
+        { "the path comes first", "<image res=\"200\" path=\"missing.bmp\"/>", "refused\n" },
+        { "the alpha image is not the main one", "<image type=\"Alpha\" res=\"200\"/>", "refused\nalpha=3x2" },
+        { "either word for the watermark", kImage + "<image type=\"WATER\" res=\"200\"/>", "image=3x2\nwatermark=3x2" },
+        { "any other type", "<image type=\"alphabet\" res=\"200\"/>", "image=3x2" },
+        { "its language in whatever case", "<image res=\"200\" language=\"DE\"/>", "image=3x2\nlanguage=DE" },
         { "another language is passed over, whatever is wrong with it", "<image language=\"fr\"/>" + kImage,
           "image=3x2" },
-        { "a main image of another language is none", "<image res=\"131\" language=\"fr\"/>", "refused\n" },
+        { "a main image of another language is none", "<image res=\"200\" language=\"fr\"/>", "refused\n" },
     };
     for (const WindowSkinCase& c : kCases) {
         SCOPED_TRACE(c.why);

@@ -2,6 +2,9 @@
 
 #include <array>
 #include <fstream>
+#include <numeric>
+#include <span>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -208,7 +211,7 @@ TEST(GuiSkin, Watermarks)
 
 string WindowSkinFor(const string& strTargets)
 {
-    return "<windowSkin><image res=\"131\"/>" + strTargets + "</windowSkin>";
+    return "<windowSkin><image res=\"200\"/>" + strTargets + "</windowSkin>";
 }
 
 TEST(GuiSkin, FindsWindowSkins)
@@ -286,6 +289,14 @@ TEST(GuiSkin, SelectsCaptions)
         CString strCaption = c.pszText;
         EXPECT_EQ(GuiSkin().SelectCaption(strCaption, c.nIndex), c.bFound);
         EXPECT_EQ(Bytes(strCaption), c.pszAfter);
+        // A window takes the piece, and keeps what it has when there is none.
+        auto* const pFrame = new CFrameWnd; // deletes itself
+        ASSERT_TRUE(pFrame->Create(nullptr, c.pszText));
+        EXPECT_EQ(GuiSkin().SelectCaption(pFrame, c.nIndex), c.bFound);
+        CString strText;
+        pFrame->GetWindowText(strText);
+        EXPECT_EQ(Bytes(strText), c.bFound ? c.pszAfter : c.pszText);
+        pFrame->DestroyWindow();
     }
 }
 
@@ -323,17 +334,51 @@ TEST(GuiSkin, Fonts)
 TEST(GuiSkin, ImportsFontFiles)
 {
     const TempDir dir;
-    ASSERT_EQ(::mkfifo((dir / "pipe.ttf").c_str(), 0600), 0);
-    std::filesystem::copy_file("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf", dir / "face.ttf");
+    // Paths of an odd and of an even length: one call reads them in pairs.
+    for (const char* pszFile : { "face.ttf", "other.ttf" })
+        std::filesystem::copy_file("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf", dir / pszFile);
     FreshSkin skin;
     EXPECT_TRUE(skin.Load("<fonts><import path=\"face.ttf\"/><import path=\"missing.ttf\"/><import path=\"\"/>"
-                          "<import path=\"pipe.ttf\"/></fonts>",
+                          "<import path=\"other.ttf\"/></fonts>",
                           (dir.path().string() + "/").c_str()));
-    ASSERT_EQ(skin.m_listFontFiles.GetCount(), 1);
-    const string strFile = dir / "face.ttf";
-    EXPECT_EQ(Bytes(skin.m_listFontFiles.GetHead()), strFile);
+    ASSERT_EQ(skin.m_listFontFiles.GetCount(), 2);
+    EXPECT_EQ(Bytes(skin.m_listFontFiles.GetHead()), dir / "face.ttf");
+    EXPECT_EQ(Bytes(skin.m_listFontFiles.GetTail()), dir / "other.ttf");
     skin.Clear();
-    EXPECT_FALSE(::RemoveFontResourceA(strFile.c_str())) << "the skin has removed it";
+    EXPECT_FALSE(::RemoveFontResourceA((dir / "face.ttf").c_str())) << "the skin has removed it";
+}
+
+// The names that a map with these keys, added in this order, is walked by: 17 buckets, in each the newest first.
+string InHashOrder(const std::vector<string>& names)
+{
+    std::array<string, 17> buckets;
+    for (const string& strName : names) {
+        unsigned nHash = 0;
+        for (const char ch : strName)
+            nHash = nHash * 33 + static_cast<unsigned>(static_cast<signed char>(ch));
+        string& strBucket = buckets[nHash % buckets.size()];
+        strBucket = strName + " " + strBucket;
+    }
+    return std::accumulate(buckets.begin(), buckets.end(), string());
+}
+
+string Names(const CMap<CString, LPCSTR, CRect*, CRect*>& map)
+{
+    string strNames;
+    for (POSITION pos = map.GetStartPosition(); pos;) {
+        CString strName;
+        CRect* pRect = nullptr;
+        map.GetNextAssoc(pos, strName, pRect);
+        strNames += Bytes(strName) + " ";
+    }
+    return strNames;
+}
+
+std::span<const BYTE> Resource(UINT nID, LPCSTR pszType)
+{
+    const HRSRC hFound = ::FindResourceA(nullptr, MAKEINTRESOURCEA(nID), pszType);
+    return { static_cast<const BYTE*>(::LockResource(::LoadResource(nullptr, hFound))),
+             ::SizeofResource(nullptr, hFound) };
 }
 
 // The installer's own skin.
@@ -345,16 +390,38 @@ TEST(GuiSkin, AppliesTheInstallersSkin)
                                           "\xa3\xac\xc7\xeb\xc9\xd4\xba\xf3\xd4\xda\xca\xd4\xa3\xa1");
     const PelkGUI::GuiSkinWindow* const pWindow = skin.GetWindowSkin("MeravSetupWnd", nullptr);
     ASSERT_NE(pWindow, nullptr);
-    EXPECT_EQ(pWindow->m_mapParts.GetCount(), 21);
-    string strAnchors;
-    for (POSITION pos = pWindow->m_mapAnchors.GetStartPosition(); pos;) {
-        CString strName;
-        CRect* pRect = nullptr;
-        pWindow->m_mapAnchors.GetNextAssoc(pos, strName, pRect);
-        strAnchors += Bytes(strName) + "=" + Text(*pRect) + " ";
+    std::vector<string> names = { "Background" };
+    for (const char* pszButton : { "_10001", "_10002", "_10003", "_10004", "_10005", "_10006" }) {
+        for (const char* pszState : { ".Up", ".Hover", ".Checked", ".Down" }) {
+            if (pszState[1] != 'C' || pszButton[5] >= '5')
+                names.push_back(string(pszButton) + pszState);
+        }
     }
-    EXPECT_EQ(strAnchors, "_10001=302,288,380,318 _10002=392,288,470,318 _10003=302,288,380,318 _10004=392,288,470,318 "
-                          "_10005=31,146,44,159 _10006=31,174,44,187 ");
+    EXPECT_EQ(Names(pWindow->m_mapParts), InHashOrder(names));
+    EXPECT_EQ(Names(pWindow->m_mapAnchors),
+              InHashOrder({ "_10001", "_10002", "_10003", "_10004", "_10005", "_10006" }));
+    for (const auto& [pszPart, strRect] : { std::pair{ "Background", "0,0,510,349" },
+                                            { "_10001.Up", "302,637,380,667" },
+                                            { "_10006.Checked", "370,1396,383,1409" } }) {
+        CRect* pRect = nullptr;
+        EXPECT_TRUE(pWindow->m_mapParts.Lookup(pszPart, pRect));
+        EXPECT_EQ(Text(*pRect), strRect);
+    }
+    // Every seventh pixel of the picture, whose rows stand bottom up in three bytes a pixel.
+    EXPECT_EQ(Text(pWindow->m_bmpImage), "510x1426");
+    CDC dc;
+    dc.CreateCompatibleDC(nullptr);
+    const HGDIOBJ hOld = ::SelectObject(dc.m_hDC, pWindow->m_bmpImage.GetSafeHandle());
+    const BYTE* const pBottom = Resource(131, RT_BITMAP).data() + sizeof(BITMAPINFOHEADER);
+    int nDifferent = 0;
+    for (int i = 0; i < 510 * 1426; i += 7) {
+        const int x = i % 510;
+        const int y = i / 510;
+        const BYTE* const pPixel = pBottom + (1425 - y) * 1532 + x * 3;
+        nDifferent += dc.GetPixel(x, y) == RGB(pPixel[2], pPixel[1], pPixel[0]) ? 0 : 1;
+    }
+    EXPECT_EQ(nDifferent, 0);
+    ::SelectObject(dc.m_hDC, hOld);
     EXPECT_TRUE(GetGuiManager().m_strLanguage.IsEmpty());
     EXPECT_NE(skin.m_brDialog.GetSafeHandle(), nullptr);
 
