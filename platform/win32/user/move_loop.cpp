@@ -9,14 +9,10 @@ namespace win32 {
 
 namespace {
 
-bool is_left_button_down()
-{
-    return (screen().pointer().buttons & kLeftButton) != 0;
-}
-
+// As the messages tell it: a quick hand has let go before we see its press, and what it did in between still counts.
 bool may_begin()
 {
-    return is_left_button_down() && !GetCapture();
+    return GetKeyState(VK_LBUTTON) < 0 && !GetCapture();
 }
 
 struct Edges {
