@@ -1,47 +1,67 @@
 #include "platform/win32/user/default_frame.h"
 
+#include "platform/win32/user/paint.h"
 #include "platform/win32/user/placement.h"
 #include "platform/win32/user/window.h"
-#include "wingdi.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace win32 {
 
 namespace {
 
-// Where the parts of a frame are, on the screen; empty ones are not there.
-struct Frame {
-    RECT window;
-    RECT client;
-    RECT caption;
-    RECT close_box;
-    LONG border; // width of the edge that sizes the window; 0: none does
-    bool captioned;
-};
+constexpr LONG kBoxMargin = 2; // between boxes and the caption's edges, in pixels
+constexpr LONG kTitleMargin = 4;
 
-Frame frame_of(HWND handle)
+// The icon that the window shows in its caption, if it shows one.
+HICON caption_icon(const Window& window)
 {
-    Frame frame{};
-    const WindowPtr window = find_window(handle);
-    if (!window)
-        return frame;
-    const WindowLock lock = lock_windows();
-    frame.window = window_on_screen(*window, lock);
-    frame.client = client_on_screen(*window, lock);
-    const DWORD style = window->style;
-    const RECT thick = frame_thickness(style, window->ex_style, false);
-    if ((style & WS_THICKFRAME) && !(style & (WS_MAXIMIZE | WS_MINIMIZE)))
-        frame.border = thick.left;
-    frame.captioned = (style & WS_CAPTION) == WS_CAPTION;
-    if (!frame.captioned)
-        return frame;
-    frame.caption = { frame.window.left + thick.left, frame.window.top + thick.left, frame.window.right - thick.right,
-                      frame.window.top + thick.top };
-    if (style & WS_SYSMENU) {
-        const LONG size = height_of(frame.caption) - 5; // two pixels above, two below and the caption's own line
-        frame.close_box = { frame.caption.right - size - 2, frame.caption.top + 2, frame.caption.right - 2,
-                            frame.caption.top + 2 + size };
+    if (!(window.style & WS_SYSMENU) || (window.ex_style & (WS_EX_TOOLWINDOW | WS_EX_DLGMODALFRAME)))
+        return nullptr;
+    const WNDCLASSEXA& fallback = window.window_class->info;
+    for (const HICON icon : { window.icon_small, fallback.hIconSm, window.icon_big, fallback.hIcon }) {
+        if (icon)
+            return icon;
     }
-    return frame;
+    return nullptr;
+}
+
+// From the right: close, and when the style has one of them, maximise and minimise, apart from it.
+void place_boxes(Frame& frame, const Window& window)
+{
+    if (!(window.style & WS_SYSMENU))
+        return;
+    const LONG height = height_of(frame.caption) - 2 * kBoxMargin - 1; // the caption's own line is below
+    const LONG width = height + 2;
+    RECT place{ frame.caption.right - kBoxMargin - width, frame.caption.top + kBoxMargin,
+                frame.caption.right - kBoxMargin, frame.caption.top + kBoxMargin + height };
+    frame.boxes[0] = { HTCLOSE, place, !(window.window_class->info.style & CS_NOCLOSE) };
+    if ((window.style & (WS_MINIMIZEBOX | WS_MAXIMIZEBOX)) && !frame.small) {
+        place = moved(place, { -width - kBoxMargin, 0 });
+        frame.boxes[1] = { HTMAXBUTTON, place, (window.style & WS_MAXIMIZEBOX) != 0 };
+        place = moved(place, { -width, 0 });
+        frame.boxes[2] = { HTMINBUTTON, place, (window.style & WS_MINIMIZEBOX) != 0 };
+    }
+    frame.title.right = place.left;
+}
+
+void fill_caption(Frame& frame, const Window& window, LONG border, LONG top)
+{
+    frame.caption = { frame.window.left + border, frame.window.top + border, frame.window.right - border,
+                      frame.window.top + top };
+    frame.title = frame.caption;
+    place_boxes(frame, window);
+    frame.text = window.text;
+    frame.picture = caption_icon(window);
+    if (frame.picture) {
+        const LONG size = GetSystemMetrics(SM_CXSMICON);
+        const LONG y = frame.caption.top + (height_of(frame.caption) - size) / 2;
+        frame.icon = { frame.caption.left + kBoxMargin, y, frame.caption.left + kBoxMargin + size, y + size };
+        frame.title.left = frame.icon.right;
+    }
+    frame.title.left += kTitleMargin;
+    frame.title.right = std::max(frame.title.right - kTitleMargin, frame.title.left);
 }
 
 // The edge or corner that a point on the sizing border drags; the corners are as long as a caption is high.
@@ -63,24 +83,29 @@ int sizing_hit(const Frame& frame, POINT point)
     return kHits[y][x];
 }
 
-void fill(HDC dc, const RECT& rect, int colour)
-{
-    FillRect(dc, &rect, GetSysColorBrush(colour));
-}
-
-void paint_close_box(HDC dc, const RECT& box)
-{
-    fill(dc, box, COLOR_3DFACE);
-    const LONG arm = width_of(box) / 4;
-    for (LONG i = arm; i < width_of(box) - arm; i++) {
-        const RECT falling{ box.left + i, box.top + i, box.left + i + 1, box.top + i + 1 };
-        const RECT rising{ box.left + i, box.bottom - 1 - i, box.left + i + 1, box.bottom - i };
-        fill(dc, falling, COLOR_BTNTEXT);
-        fill(dc, rising, COLOR_BTNTEXT);
-    }
-}
-
 } // namespace
+
+Frame frame_of(HWND handle)
+{
+    Frame frame;
+    const WindowPtr window = find_window(handle);
+    if (!window)
+        return frame;
+    const WindowLock lock = lock_windows();
+    frame.window = window_on_screen(*window, lock);
+    frame.client = client_on_screen(*window, lock);
+    const DWORD style = window->style;
+    const RECT thick = frame_thickness(style, window->ex_style, false);
+    if ((style & WS_THICKFRAME) && !(style & (WS_MAXIMIZE | WS_MINIMIZE)))
+        frame.border = thick.left;
+    frame.captioned = (style & WS_CAPTION) == WS_CAPTION;
+    frame.maximised = (style & WS_MAXIMIZE) != 0;
+    frame.small = (window->ex_style & WS_EX_TOOLWINDOW) != 0;
+    frame.pressed_box = window->pressed_box;
+    if (frame.captioned)
+        fill_caption(frame, *window, thick.left, thick.top);
+    return frame;
+}
 
 int frame_hit(HWND window, POINT point)
 {
@@ -93,28 +118,30 @@ int frame_hit(HWND window, POINT point)
     }
     if (PtInRect(&frame.client, point))
         return HTCLIENT;
-    if (PtInRect(&frame.close_box, point))
-        return HTCLOSE;
+    for (const CaptionBox& box : frame.boxes) {
+        if (PtInRect(&box.rect, point))
+            return box.hit;
+    }
+    if (PtInRect(&frame.icon, point))
+        return HTSYSMENU;
     return frame.captioned && point.y < frame.client.top ? HTCAPTION : HTBORDER;
 }
 
-void paint_frame(HWND window, bool active)
+bool is_box_enabled(HWND window, int hit)
 {
     const Frame frame = frame_of(window);
-    if (EqualRect(&frame.window, &frame.client))
+    return std::any_of(std::begin(frame.boxes), std::end(frame.boxes),
+                       [hit](const CaptionBox& box) { return box.hit == hit && box.enabled; });
+}
+
+void press_box(HWND handle, int hit)
+{
+    const WindowPtr window = find_window(handle);
+    if (!window)
         return;
-    const HDC dc = GetWindowDC(window);
-    if (!dc)
-        return;
-    const POINT back{ -frame.window.left, -frame.window.top };
-    const RECT client = moved(frame.client, back);
-    ExcludeClipRect(dc, client.left, client.top, client.right, client.bottom);
-    fill(dc, moved(frame.window, back), COLOR_3DFACE);
-    if (frame.captioned)
-        fill(dc, moved(frame.caption, back), active ? COLOR_ACTIVECAPTION : COLOR_INACTIVECAPTION);
-    if (!IsRectEmpty(&frame.close_box))
-        paint_close_box(dc, moved(frame.close_box, back));
-    ReleaseDC(window, dc);
+    const WindowLock lock = lock_windows();
+    if (std::exchange(window->pressed_box, hit) != hit)
+        invalidate(*window, WindowRegion(), RDW_INVALIDATE | RDW_FRAME | RDW_NOCHILDREN, lock);
 }
 
 } // namespace win32

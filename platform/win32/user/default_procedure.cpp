@@ -146,14 +146,43 @@ LRESULT mouse_activate(const WindowPtr& window, WPARAM wparam, LPARAM lparam)
     return answer ? answer : MA_ACTIVATE;
 }
 
+WPARAM command_of_box(HWND window, int hit)
+{
+    switch (hit) {
+    case HTMINBUTTON:
+        return SC_MINIMIZE;
+    case HTMAXBUTTON:
+        return IsZoomed(window) ? SC_RESTORE : SC_MAXIMIZE;
+    case HTCLOSE:
+        return SC_CLOSE;
+    default:
+        return 0;
+    }
+}
+
+// A second press on the icon, which closes the menu, closes the window when it comes as quickly as a double click.
+void open_menu_of_icon(HWND window, LPARAM lparam)
+{
+    const DWORD begin = GetTickCount();
+    if (open_system_menu(window, OpenedBy::pointer) || GetTickCount() - begin > GetDoubleClickTime())
+        return;
+    POINT point;
+    GetCursorPos(&point);
+    const LPARAM place = MAKELPARAM(static_cast<WORD>(point.x), static_cast<WORD>(point.y));
+    if (SendMessageA(window, WM_NCHITTEST, 0, place) == HTSYSMENU)
+        PostMessageA(window, WM_SYSCOMMAND, SC_CLOSE, lparam);
+}
+
 void press_frame(HWND window, int hit, LPARAM lparam)
 {
     if (hit == HTCAPTION)
         SendMessageA(window, WM_SYSCOMMAND, SC_MOVE | HTCAPTION, lparam);
     else if (hit >= HTLEFT && hit <= HTBOTTOMRIGHT)
         SendMessageA(window, WM_SYSCOMMAND, SC_SIZE | static_cast<WPARAM>(hit - HTLEFT + 1), lparam);
-    else if (hit == HTCLOSE && track_close_box(window))
-        SendMessageA(window, WM_SYSCOMMAND, SC_CLOSE, lparam);
+    else if (hit == HTSYSMENU)
+        open_menu_of_icon(window, lparam);
+    else if (const WPARAM command = command_of_box(window, hit); command != 0 && track_box(window, hit))
+        SendMessageA(window, WM_SYSCOMMAND, command, lparam);
 }
 
 void double_click_frame(HWND window, int hit, LPARAM lparam)
@@ -161,18 +190,25 @@ void double_click_frame(HWND window, int hit, LPARAM lparam)
     const auto style = static_cast<DWORD>(GetWindowLongA(window, GWL_STYLE));
     if (hit == HTCAPTION && (style & WS_MAXIMIZEBOX) && !(style & WS_CHILD))
         SendMessageA(window, WM_SYSCOMMAND, (style & WS_MAXIMIZE) ? SC_RESTORE : SC_MAXIMIZE, lparam);
+    else if (hit == HTSYSMENU)
+        SendMessageA(window, WM_SYSCOMMAND, SC_CLOSE, lparam);
 }
 
 void system_command(HWND window, WPARAM command, LPARAM lparam)
 {
+    const auto edge = static_cast<int>(command & ~kCommandMask);
     switch (command & kCommandMask) {
     case SC_MOVE:
-        if ((command & ~kCommandMask) == HTCAPTION) // from the keyboard nothing moves
+        if (edge == HTCAPTION)
             drag_window(window, HTCAPTION);
+        else
+            move_by_keys(window, ByKeys::move);
         break;
     case SC_SIZE:
-        if (const auto edge = static_cast<int>(command & ~kCommandMask); edge >= 1 && edge <= 8)
+        if (edge >= 1 && edge <= 8)
             drag_window(window, HTLEFT + edge - 1);
+        else
+            move_by_keys(window, ByKeys::size);
         break;
     case SC_MINIMIZE:
         ShowWindow(window, SW_MINIMIZE);
@@ -188,7 +224,7 @@ void system_command(HWND window, WPARAM command, LPARAM lparam)
         break;
     case SC_KEYMENU:
         if (lparam == VK_SPACE)
-            open_system_menu(window);
+            open_system_menu(window, OpenedBy::keys);
         break;
     case SC_MOUSEMENU:
         open_system_menu_at(window, point_of(lparam));
@@ -258,6 +294,8 @@ LRESULT exchange_icon(const WindowPtr& window, WPARAM which, std::optional<LPARA
     if (icon)
         kept = reinterpret_cast<HICON>(*icon);
     const bool changed = kept != before;
+    if (changed)
+        invalidate(*window, WindowRegion(), RDW_INVALIDATE | RDW_FRAME | RDW_NOCHILDREN, lock);
     lock.unlock();
     if (changed)
         update_icons(window->handle);

@@ -123,11 +123,6 @@ int MenuLayout::item_at(LONG y) const
     return found == items.end() ? -1 : static_cast<int>(found - items.begin());
 }
 
-void MenuFace::FontDeleter::operator()(HFONT font) const
-{
-    DeleteObject(font);
-}
-
 MenuFace::MenuFace()
 {
     const LOGFONTA plain = menu_font(FW_NORMAL);

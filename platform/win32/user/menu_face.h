@@ -1,11 +1,10 @@
 // How a menu looks: where its items lie, and drawing them. Knows nothing of windows and input.
 #pragma once
 
+#include "platform/win32/user/gdi_owner.h"
 #include "platform/win32/user/menu.h"
 
 #include <functional>
-#include <memory>
-#include <type_traits>
 
 namespace win32 {
 
@@ -42,17 +41,12 @@ public:
               int selected, const Draw& draw) const;
 
 private:
-    struct FontDeleter {
-        void operator()(HFONT font) const;
-    };
-    using Font = std::unique_ptr<std::remove_pointer_t<HFONT>, FontDeleter>;
-
     HFONT font_of(const MenuItem& item) const;
     void draw_item(HDC dc, const RECT& row, const MenuItem& item, bool selected) const;
     void draw_text(HDC dc, const RECT& row, const MenuItem& item, int colour) const;
 
-    Font plain_;
-    Font bold_; // of a default item
+    FontOwner plain_;
+    FontOwner bold_; // of a default item
     LONG text_height_ = 0;
     LONG ascent_ = 0;
 };

@@ -1,6 +1,7 @@
 #include "platform/win32/user/menu_tracker.h"
 
 #include "platform/win32/kernel/last_error.h"
+#include "platform/win32/user/capture_loop.h"
 #include "platform/win32/user/system_menu.h"
 #include "platform/win32/user/window.h"
 #include "winbase.h"
@@ -18,16 +19,6 @@ constexpr UINT kHoverTime = 250; // milliseconds that the pointer rests on an it
 constexpr LONG kWheelStep = 48;  // pixels a notch
 
 thread_local MenuTracker* current_tracker = nullptr;
-
-bool is_mouse_message(UINT message)
-{
-    return message >= WM_MOUSEFIRST && message <= WM_MOUSELAST;
-}
-
-bool is_key_message(UINT message)
-{
-    return message >= WM_KEYFIRST && message <= WM_KEYLAST;
-}
 
 bool is_repeated(const MSG& message)
 {
@@ -127,7 +118,7 @@ void MenuTracker::handle(const MSG& message)
     } else if (message.message == WM_MOUSEWHEEL) {
         if (const auto popup = popup_at(message.pt))
             scroll(*popup, -GET_WHEEL_DELTA_WPARAM(message.wParam) * kWheelStep / WHEEL_DELTA);
-    } else if (message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN) {
+    } else if (is_key_press(message.message)) {
         const bool closes = message.wParam == VK_MENU || message.wParam == VK_F10;
         if (closes && !is_repeated(message))
             cancel();

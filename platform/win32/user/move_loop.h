@@ -1,4 +1,4 @@
-// Moving and sizing a window with the pointer: the loop that runs while the left button is held on a caption or edge.
+// Moving and sizing a window, by the pointer and by keys.
 #pragma once
 
 #include "winuser.h"
@@ -10,7 +10,13 @@ namespace win32 {
 // the client area that captured the press keeps it.
 void drag_window(HWND window, int hit);
 
-// Runs while the left button is held on the close box; TRUE when it was released there.
-bool track_close_box(HWND window);
+// As the system menu begins it, without a button: arrows move the window by steps (of one pixel with Control), and it
+// follows the pointer; for sizing the first arrows choose the edge or corner that goes along. Enter or a click leaves
+// the window there, Escape takes it back.
+enum class ByKeys { move, size };
+void move_by_keys(HWND window, ByKeys what);
+
+// Runs while the left button is held on a box of the caption; true when it was released there.
+bool track_box(HWND window, int hit);
 
 } // namespace win32

@@ -63,19 +63,21 @@ bool may_have_system_menu(const Window& window)
 }
 
 // Shows the menu, and posts what was chosen.
-void show(HWND window, POINT at, MenuTracker::Begin begin)
+bool show(HWND window, POINT at, MenuTracker::Begin begin)
 {
     const HMENU menu = GetSystemMenu(window, FALSE);
     if (!menu || MenuTracker::current() || !IsWindowVisible(window))
-        return;
+        return false;
     const bool mirrored = (GetWindowLongA(window, GWL_EXSTYLE) & static_cast<LONG>(WS_EX_LAYOUTRTL)) != 0;
     UINT chosen = 0;
     {
         MenuTracker tracker(window, mirrored ? TPM_LAYOUTRTL : 0);
         chosen = tracker.track(menu, at, begin);
     }
-    if (chosen != 0)
-        PostMessageA(window, WM_SYSCOMMAND, chosen, MAKELPARAM(static_cast<WORD>(at.x), static_cast<WORD>(at.y)));
+    if (chosen == 0)
+        return false;
+    PostMessageA(window, WM_SYSCOMMAND, chosen, MAKELPARAM(static_cast<WORD>(at.x), static_cast<WORD>(at.y)));
+    return true;
 }
 
 } // namespace
@@ -109,7 +111,7 @@ void update_system_menu(HWND handle)
                          { SC_MAXIMIZE, !maximised && (style & WS_MAXIMIZEBOX) } });
 }
 
-void open_system_menu(HWND window)
+bool open_system_menu(HWND window, OpenedBy by)
 {
     POINT corner{};
     if (GetWindowLongA(window, GWL_EXSTYLE) & static_cast<LONG>(WS_EX_LAYOUTRTL)) {
@@ -117,13 +119,13 @@ void open_system_menu(HWND window)
         GetClientRect(window, &client);
         corner.x = client.right;
     }
-    if (ClientToScreen(window, &corner))
-        show(window, corner, MenuTracker::Begin::first_selected);
+    const auto begin = by == OpenedBy::keys ? MenuTracker::Begin::first_selected : MenuTracker::Begin::unselected;
+    return ClientToScreen(window, &corner) && show(window, corner, begin);
 }
 
-void open_system_menu_at(HWND window, POINT point)
+bool open_system_menu_at(HWND window, POINT point)
 {
-    show(window, point, MenuTracker::Begin::unselected);
+    return show(window, point, MenuTracker::Begin::unselected);
 }
 
 } // namespace win32

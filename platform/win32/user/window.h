@@ -50,10 +50,11 @@ struct Window {
     WindowRegion invalid;                // client coordinates
     bool erase = false;                  // the invalid region's background is to be erased
     bool frame_invalid = false;
-    bool paint_asked = false; // WM_PAINT though nothing is invalid
-    bool placed_once = false; // WM_SIZE and WM_MOVE were sent
-    bool going = false;       // DestroyWindow has begun
-    bool told_icons = false;  // the desktop has some of it
+    bool paint_asked = false;    // WM_PAINT though nothing is invalid
+    bool placed_once = false;    // WM_SIZE and WM_MOVE were sent
+    bool going = false;          // DestroyWindow has begun
+    int pressed_box = HTNOWHERE; // of the default frame: held down
+    bool told_icons = false;     // the desktop has some of it
 };
 using WindowPtr = std::shared_ptr<Window>;
 

@@ -3,20 +3,10 @@
 #include "platform/win32/user/menu_face.h"
 
 #include <algorithm>
-#include <sstream>
 
 namespace test {
 
 namespace {
-
-struct Key {
-    const char* word;
-    unsigned key;
-};
-constexpr Key kKeys[] = {
-    { "down", VK_DOWN }, { "up", VK_UP },        { "left", VK_LEFT },     { "right", VK_RIGHT }, { "home", VK_HOME },
-    { "end", VK_END },   { "enter", VK_RETURN }, { "escape", VK_ESCAPE }, { "alt", VK_MENU },    { "f10", VK_F10 },
-};
 
 BOOL CALLBACK add_popup(HWND window, LPARAM found)
 {
@@ -65,10 +55,8 @@ HMENU MenuTest::make_menu()
 
 void MenuTest::play(TestWindow& owner, const std::string& words)
 {
-    std::istringstream stream(words);
-    words_.clear();
-    for (std::string word; stream >> word;)
-        words_.insert(words_.begin(), word);
+    words_ = words_of(words);
+    std::reverse(words_.begin(), words_.end());
     left_open_ = false;
     owner.on(WM_ENTERIDLE, [this](HWND, WPARAM, LPARAM) { return go_on(); });
 }
@@ -92,27 +80,22 @@ LRESULT MenuTest::go_on()
 
 void MenuTest::do_word(const std::string& word)
 {
+    Person person(screen_);
     const std::size_t colon = word.find(':');
     const std::string verb = word.substr(0, colon);
-    const auto* key = std::find_if(std::begin(kKeys), std::end(kKeys), [&](const Key& k) { return verb == k.word; });
-    if (key != std::end(kKeys)) {
-        screen_->press_key(key->key);
-        screen_->release_key(key->key);
-    } else if (verb.size() == 1) {
-        screen_->press_key(static_cast<unsigned char>(verb[0]), verb);
-        screen_->release_key(static_cast<unsigned char>(verb[0]));
-    } else if (verb == "outside") {
-        screen_->move_pointer({ 800, 600 });
-        screen_->press(win32::kLeftButton);
-    } else if (verb == "lift") {
-        screen_->release(win32::kLeftButton);
+    if (verb == "outside") {
+        person.act("at:800,600");
+        person.act("press");
+    } else if (verb == "edge") {
+        RECT popup{};
+        GetWindowRect(open_popups().front(), &popup);
+        screen_->move_pointer({ popup.left + 10, popup.top + 1 });
+    } else if (colon == std::string::npos) {
+        person.act(word);
     } else {
-        if (colon != std::string::npos)
-            point_at(word.substr(colon + 1));
-        if (verb == "press" || verb == "click")
-            screen_->press(win32::kLeftButton);
-        if (verb == "release" || verb == "click")
-            screen_->release(win32::kLeftButton);
+        point_at(word.substr(colon + 1));
+        if (verb != "over")
+            person.act(verb);
     }
 }
 

@@ -1,10 +1,7 @@
-// A person in front of an open menu: what they do next is done whenever the menu has nothing left to do.
+// A person in front of an open menu, who does the next thing whenever the menu has nothing left to do.
 #pragma once
 
-#include "tests/platform/win32/user/user_support.h"
-
-#include <string>
-#include <vector>
+#include "tests/platform/win32/user/person.h"
 
 namespace test {
 
@@ -16,11 +13,9 @@ protected:
     MenuTest();
     ~MenuTest() override;
 
-    // Plays one word at each WM_ENTERIDLE of `owner` and then, if the menu is still open, ends it:
-    //   a key: "down" "up" "left" "right" "home" "end" "enter" "escape" "alt", or a letter;
-    //   the pointer: "over:N" "press:N" "release:N" "click:N" at the item with that id or (of a submenu) position,
-    //   "edge" on the menu's edge, "outside" a press beside it, "lift" a release there; "submenu" waits for one.
-    // True in `left_open`: it was open at the end.
+    // Says one word at each WM_ENTERIDLE of `owner` and then, if the menu is still open, ends it. Beside what a Person
+    // knows: "over:N" "press:N" "release:N" "click:N" at the item with that id (3: the submenu's), "edge" on the menu's
+    // edge, "outside" a press beside it; "submenu" waits for one.
     void play(TestWindow& owner, const std::string& words);
     bool left_open() const { return left_open_; }
     std::size_t words_left() const { return words_.size(); }

@@ -1,0 +1,238 @@
+// The plain frame: its parts, what presses on them do, and how it looks.
+#include "tests/platform/win32/user/person.h"
+
+namespace test {
+namespace {
+
+using Entries = std::vector<std::string>;
+
+// 200 x 100 at 100,100; with a sizing frame the caption is 104..295 x 104..122.
+constexpr RECT kPlace{ 100, 100, 300, 200 };
+
+class Frames : public UserTest {
+protected:
+    Frames() { screen_->move_pointer({ 900, 700 }); }
+
+    void play(TestWindow& window, const std::string& words)
+    {
+        const Play play(window, Person(screen_), words + " look look");
+        run_until([&] { return play.is_over() && GetCapture() == nullptr; });
+    }
+
+    win32::MemoryScreen::Picture picture()
+    {
+        run_queue();
+        return screen_->picture();
+    }
+};
+
+int hit_at(const TestWindow& window, int x, int y)
+{
+    return static_cast<int>(
+        SendMessageA(window.get(), WM_NCHITTEST, 0, MAKELPARAM(static_cast<WORD>(x), static_cast<WORD>(y))));
+}
+
+// 16 x 16, of one colour.
+class PlainIcon {
+public:
+    explicit PlainIcon(COLORREF colour)
+    {
+        const std::vector<DWORD> pixels(16 * 16, RGB(GetBValue(colour), GetGValue(colour), GetRValue(colour)));
+        const std::vector<WORD> mask(16, 0);
+        ICONINFO info{ TRUE, 0, 0, CreateBitmap(16, 16, 1, 1, mask.data()),
+                       CreateBitmap(16, 16, 1, 32, pixels.data()) };
+        icon_ = CreateIconIndirect(&info);
+        DeleteObject(info.hbmMask);
+        DeleteObject(info.hbmColor);
+    }
+    ~PlainIcon() { DestroyIcon(icon_); }
+    PlainIcon(const PlainIcon&) = delete;
+    PlainIcon& operator=(const PlainIcon&) = delete;
+
+    HICON get() const { return icon_; }
+
+private:
+    HICON icon_;
+};
+
+struct PartCase {
+    const char* why;
+    DWORD style;
+    DWORD ex_style;
+    // Of the caption's row, by letters: L sizing edge, C caption, I icon; N, X, Q: minimise, maximise, close.
+    const char* row;
+};
+
+char letter_of(int hit)
+{
+    struct Letter {
+        int hit;
+        char letter;
+    };
+    constexpr Letter kLetters[] = {
+        { HTCAPTION, 'C' }, { HTSYSMENU, 'I' }, { HTMINBUTTON, 'N' }, { HTMAXBUTTON, 'X' }, { HTCLOSE, 'Q' }
+    };
+    for (const Letter& each : kLetters) {
+        if (each.hit == hit)
+            return each.letter;
+    }
+    return 'L';
+}
+
+TEST_F(Frames, HaveThePartsOfTheirStyle)
+{
+    constexpr DWORD kCaption = WS_POPUP | WS_CAPTION;
+    constexpr DWORD kBoth = kCaption | WS_SYSMENU | WS_MINIMIZEBOX | WS_MAXIMIZEBOX;
+    const PartCase kCases[] = {
+        { "a caption alone", kCaption, 0, "C" },
+        { "close", kCaption | WS_SYSMENU, 0, "CICQC" },
+        { "all boxes and sizing edges", kBoth | WS_THICKFRAME, 0, "LCICNXCQCL" },
+        { "one of two shows both", kCaption | WS_SYSMENU | WS_MINIMIZEBOX, 0, "CICNXCQC" },
+        { "a tool window has only close", kBoth, WS_EX_TOOLWINDOW, "CQC" },
+        { "a dialog's frame has no icon", kBoth, WS_EX_DLGMODALFRAME, "CNXCQC" },
+        { "boxes without a system menu are none", kCaption | WS_MINIMIZEBOX, 0, "C" },
+    };
+    for (const PartCase& c : kCases) {
+        SCOPED_TRACE(c.why);
+        const TestWindow window(journal_, { .style = c.style, .ex_style = c.ex_style, .rect = kPlace });
+        const PlainIcon icon(RGB(255, 0, 0));
+        SendMessageA(window.get(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon.get()));
+        std::string row;
+        for (int x = kPlace.left; x < kPlace.right; x++) {
+            const char letter = letter_of(hit_at(window, x, kPlace.top + 12));
+            if (row.empty() || row.back() != letter)
+                row += letter;
+        }
+        EXPECT_EQ(row, c.row);
+    }
+}
+
+struct CommandCase {
+    const char* why;
+    const char* words;
+    WPARAM expected; // 0: no command
+    DWORD without = 0;
+};
+
+TEST_F(Frames, TurnPressesAndKeysIntoCommands)
+{
+    const CommandCase kCases[] = {
+        { "close", "at:285,110 click", SC_CLOSE },
+        { "maximise", "at:268,110 press release", SC_MAXIMIZE },
+        { "minimise", "at:250,110 press release", SC_MINIMIZE },
+        { "a box that the style greys", "at:250,110 press release", 0, WS_MINIMIZEBOX },
+        { "released beside it", "at:285,110 press at:200,110 release", 0 },
+        { "left and come back", "at:285,110 press at:200,160 at:286,111 release", SC_CLOSE },
+        { "released on another", "at:285,110 press at:268,110 release", 0 },
+        { "taken back by Escape", "at:285,110 press escape release", 0 },
+        { "the other button", "at:285,110 rclick", 0 },
+        { "a right click on the caption", "at:200,110 rclick", SC_MOUSEMENU },
+        { "a right click inside", "at:200,160 rclick", 0 },
+        { "a double click on the caption", "at:200,110 click click", SC_MAXIMIZE },
+        { "without its box", "at:200,110 click click", 0, WS_MAXIMIZEBOX },
+        { "Alt and Space", "hold:alt space leave:alt", SC_KEYMENU },
+        { "Alt and F4", "hold:alt f4 leave:alt", SC_CLOSE },
+        { "Space alone", "space", 0 },
+    };
+    for (const CommandCase& c : kCases) {
+        SCOPED_TRACE(c.why);
+        std::vector<WPARAM> commands;
+        TestWindow window(journal_, { .style = WS_OVERLAPPEDWINDOW & ~c.without, .rect = kPlace });
+        window.on(WM_SYSCOMMAND, [&](HWND, WPARAM command, LPARAM) {
+            if ((command & 0xFFF0) != SC_MOVE) // what a press on the caption begins with
+                commands.push_back(command & 0xFFF0);
+            return 0;
+        });
+        ShowWindow(window.get(), SW_SHOW);
+        play(window, c.words);
+        EXPECT_EQ(commands, c.expected ? std::vector{ c.expected } : std::vector<WPARAM>());
+        screen_->move_pointer({ 900, 700 });
+        run_queue();
+    }
+}
+
+TEST_F(Frames, ShowABoxPressedWhileThePointerIsOnIt)
+{
+    std::vector<std::uint32_t> seen;
+    TestWindow window(journal_, { .style = WS_OVERLAPPEDWINDOW, .rect = kPlace });
+    window.on(WM_SYSCOMMAND, [](HWND, WPARAM, LPARAM) { return 0; });
+    ShowWindow(window.get(), SW_SHOW);
+    run_queue();
+    window.on(WM_APP, [&](HWND, WPARAM, LPARAM) {
+        seen.push_back(screen_->pixel_at({ 279, 107 }));
+        return 0;
+    });
+    window.on(WM_NCHITTEST, [&](HWND handle, WPARAM, LPARAM) -> std::optional<LRESULT> {
+        UpdateWindow(handle);
+        SendMessageA(handle, WM_APP, 0, 0);
+        return std::nullopt;
+    });
+    play(window, "at:285,110 press at:286,110 at:200,110 at:201,110 release");
+    // Before the press, at it, pressed, leaving, away.
+    const std::uint32_t face = 0xD4D0C8;
+    const std::uint32_t shade = 0x808080;
+    EXPECT_EQ(std::vector(seen.begin(), seen.begin() + 5),
+              (std::vector<std::uint32_t>{ face, face, shade, shade, face }));
+}
+
+TEST_F(Frames, ShowTextIconAndActivity)
+{
+    TestWindow window(journal_, { .name = "first", .style = WS_OVERLAPPEDWINDOW, .rect = kPlace });
+    ShowWindow(window.get(), SW_SHOW);
+    const auto first = picture();
+    SetWindowTextA(window.get(), "\xB0\xB2\xD7\xB0");
+    const auto second = picture();
+    EXPECT_NE(first.pixels, second.pixels);
+    EXPECT_EQ(screen_->look(surface_of(window.get()))->traits.title, "\u5B89\u88C5");
+    const PlainIcon icon(RGB(255, 0, 0));
+    SendMessageA(window.get(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon.get()));
+    EXPECT_EQ(picture().at(110, 112), 0xFF0000U);
+    EXPECT_EQ(picture().at(240, 106), 0x0A246AU);
+    screen_->focus(0);
+    EXPECT_EQ(picture().at(240, 106), 0x808080U);
+    SetWindowTextA(window.get(), std::string(3000, '\xB0').c_str());
+    const auto crowded = picture();
+    for (int y = 104; y < 120; y++) {
+        EXPECT_EQ(crowded.at(242, y), 0x808080U); // the text ends before the boxes
+    }
+}
+
+struct KeyMoveCase {
+    const char* why;
+    WPARAM command;
+    const char* words;
+    RECT expected;
+};
+
+TEST_F(Frames, FollowArrowKeys)
+{
+    const KeyMoveCase kCases[] = {
+        { "moved right and down", SC_MOVE, "right right down enter", { 116, 108, 316, 208 } },
+        { "by single pixels", SC_MOVE, "hold:control left up leave:control enter", { 99, 99, 299, 199 } },
+        { "taken back", SC_MOVE, "right down escape", { 100, 100, 300, 200 } },
+        { "with the pointer, to a click", SC_MOVE, "at:500,500 at:510,520 click", { 210, 220, 410, 320 } },
+        { "the right edge", SC_SIZE, "right right enter", { 100, 100, 316, 200 } },
+        { "the left edge, inward", SC_SIZE, "left right right enter", { 108, 100, 300, 200 } },
+        { "a corner", SC_SIZE, "left down enter", { 92, 100, 300, 208 } },
+        { "no smaller than the least", SC_SIZE, "down up up up up up up up up up up up enter", { 100, 100, 300, 127 } },
+        { "size taken back", SC_SIZE, "right down escape", { 100, 100, 300, 200 } },
+        { "other keys change nothing", SC_SIZE, "home A enter", { 100, 100, 300, 200 } },
+    };
+    for (const KeyMoveCase& c : kCases) {
+        SCOPED_TRACE(c.why);
+        TestWindow window(journal_, { .style = WS_OVERLAPPEDWINDOW, .rect = kPlace });
+        ShowWindow(window.get(), SW_SHOW);
+        run_queue();
+        screen_->move_pointer({ 400, 400 });
+        run_queue();
+        PostMessageA(window.get(), WM_SYSCOMMAND, c.command, 0);
+        play(window, c.words);
+        RECT rect{};
+        GetWindowRect(window.get(), &rect);
+        EXPECT_TRUE(EqualRect(&rect, &c.expected))
+            << rect.left << " " << rect.top << " " << rect.right << " " << rect.bottom;
+    }
+}
+
+} // namespace
+} // namespace test
