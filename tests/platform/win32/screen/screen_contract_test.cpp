@@ -242,6 +242,35 @@ TEST_P(ScreenContract, TakesSurfacesOfAnyExtent)
     stage.expect_pixel(15, 15, kGreen);
 }
 
+// A menu has no focus, yet the pointer and the keys while it holds them, wherever the pointer is.
+TEST_P(ScreenContract, GivesAMenuPointerAndKeys)
+{
+    const SurfaceId window = add_surface(screen, { 0, 0, 100, 100 }, kRed);
+    stage.expect_pixel(50, 50, kRed);
+    const SurfaceId menu = screen.create({ 50, 50, 80, 80 }, {});
+    SurfaceTraits traits;
+    traits.kind = SurfaceKind::menu;
+    screen.set_traits(menu, traits);
+    screen.show(menu, true, false);
+    paint(screen, menu, kGreen);
+    stage.expect_pixel(60, 60, kGreen);
+    ASSERT_TRUE(screen.capture(menu));
+    stage.move_pointer(700, 600);
+    stage.press();
+    const ScreenEvent press = stage.wait_for(EventKind::button_down);
+    EXPECT_EQ(press.surface, menu);
+    EXPECT_EQ(press.position.x, 700);
+    stage.release();
+    stage.type_a();
+    EXPECT_EQ(stage.wait_for(EventKind::key_down).surface, menu);
+    EXPECT_EQ(stage.wait_for(EventKind::key_up).surface, menu);
+    screen.release_capture();
+    screen.show(menu, false, false);
+    EXPECT_TRUE(stage.turn_until([&] { return stage.pixel_at(60, 60) == kRed; }));
+    stage.type_a();
+    EXPECT_EQ(stage.wait_for(EventKind::key_down).surface, window);
+}
+
 TEST_P(ScreenContract, EndsWithTheConnection)
 {
     const SurfaceId surface = add_surface(screen, { 0, 0, 100, 100 }, kRed);

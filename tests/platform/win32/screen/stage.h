@@ -131,6 +131,7 @@ public:
     void lose_connection() override { server_.stop(); }
     XPerson& person() { return person_; }
     const XServer& server() const { return server_; }
+    const std::shared_ptr<win32::XcbScreen>& shared_screen() const { return screen_; }
 
 private:
     XServer server_;

@@ -59,11 +59,13 @@ Program::~Program()
     end(SIGTERM);
 }
 
-bool Program::start(const char* const* arguments, int inherited)
+bool Program::start(const char* const* arguments, int inherited, const char* said)
 {
+    exit_code_.reset();
     posix_spawn_file_actions_t actions;
     ::posix_spawn_file_actions_init(&actions);
-    ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, said, O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    ::posix_spawn_file_actions_adddup2(&actions, STDERR_FILENO, STDOUT_FILENO);
     if (inherited >= 0)
         ::posix_spawn_file_actions_adddup2(&actions, inherited, kInheritedDescriptor);
     const int result =
@@ -74,11 +76,28 @@ bool Program::start(const char* const* arguments, int inherited)
 
 void Program::end(int signal)
 {
-    if (process_ < 0)
+    if (process_ < 0 || exit_code())
         return;
     ::kill(process_, signal);
-    ::waitpid(process_, nullptr, 0);
-    process_ = -1;
+    wait();
+}
+
+std::optional<int> Program::exit_code()
+{
+    return reap(WNOHANG);
+}
+
+int Program::wait()
+{
+    return reap(0).value_or(-1);
+}
+
+std::optional<int> Program::reap(int options)
+{
+    int status = 0;
+    if (!exit_code_ && process_ > 0 && ::waitpid(process_, &status, options) == process_)
+        exit_code_ = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    return exit_code_;
 }
 
 XServer::XServer()

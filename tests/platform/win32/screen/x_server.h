@@ -5,6 +5,7 @@
 #include "platform/win32/kernel/unique_fd.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include <sys/types.h>
@@ -20,12 +21,20 @@ public:
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
-    // False: there is no such program. The descriptor is the child's number 9.
-    [[nodiscard]] bool start(const char* const* arguments, int inherited = -1);
+    // False: there is no such program. The descriptor is the child's number 9; what it says goes into the
+    // file.
+    [[nodiscard]] bool start(const char* const* arguments, int inherited = -1, const char* said = "/dev/null");
     void end(int signal);
+    pid_t process() const { return process_; }
+    // Its exit code once it has ended, minus the signal's number if it did not end by itself.
+    std::optional<int> exit_code();
+    int wait();
 
 private:
+    std::optional<int> reap(int options);
+
     pid_t process_ = -1;
+    std::optional<int> exit_code_;
 };
 
 class XServer {

@@ -3,8 +3,15 @@
 
 #include <gtest/gtest.h>
 
+#include <windows.h>
+
 #include <csignal>
 #include <cstdlib>
+#include <random>
+
+#include <unistd.h>
+#include <xcb/randr.h>
+#include <xcb/shape.h>
 
 namespace win32 {
 namespace {
@@ -54,6 +61,157 @@ TEST(XcbScreen, AsksToCloseAWindowThatOthersDestroyed)
     xcb_destroy_window(stage.person().connection(), surface);
     xcb_flush(stage.person().connection());
     EXPECT_EQ(stage.wait_for(EventKind::close_request).surface, surface);
+}
+
+// The numbers of a property of one of our windows.
+std::vector<std::uint32_t> numbers_of(test::XPerson& person, xcb_window_t window, const char* property)
+{
+    const auto cookie =
+        xcb_get_property(person.connection(), 0, window, person.atom(property), XCB_GET_PROPERTY_TYPE_ANY, 0, 1000);
+    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(person.connection(), cookie, nullptr));
+    if (!reply || reply->format != 32)
+        return {};
+    const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return { first, first + reply->value_len };
+}
+
+TEST(XcbScreen, TellsTheDesktopWhatASurfaceIs)
+{
+    test::XStage stage;
+    test::XPerson& person = stage.person();
+    const SurfaceId owner = add_surface(stage.screen(), kBounds, kRed);
+    SurfaceTraits traits;
+    traits.owner = owner;
+    traits.kind = SurfaceKind::tool_window;
+    const SurfaceId surface = add_surface(stage.screen(), kBounds, kRed, traits);
+    std::uint32_t small[] = { 0xFF000001, 0x80000002 };
+    std::uint32_t large[] = { 3, 0, 4, 0 };
+    std::vector<std::uint32_t> too_large(257);
+    const PixelView icons[] = { { small, 2, 1, 2 }, { too_large.data(), 257, 1, 257 }, { large, 1, 2, 2 } };
+    stage.screen().set_icons(surface, icons);
+    stage.screen().flush();
+    using Numbers = std::vector<std::uint32_t>;
+    const auto shows = [&](const char* property, const Numbers& numbers) {
+        EXPECT_TRUE(stage.turn_until([&] { return numbers_of(person, surface, property) == numbers; })) << property;
+    };
+    shows("_NET_WM_ICON", { 2, 1, 0xFF000001, 0x80000002, 1, 2, 3, 4 });
+    shows("WM_TRANSIENT_FOR", { owner });
+    shows("_NET_WM_PID", { static_cast<std::uint32_t>(::getpid()) });
+    shows("_NET_WM_WINDOW_TYPE",
+          { person.atom("_NET_WM_WINDOW_TYPE_UTILITY"), person.atom("_NET_WM_WINDOW_TYPE_NORMAL") });
+    traits.owner = 0;
+    stage.screen().set_traits(surface, traits);
+    shows("WM_TRANSIENT_FOR", {});
+}
+
+// Two monitors side by side, of which the right one is the user's first, and a panel along the top.
+TEST(XcbScreen, KnowsTheWorkAreaOfEachMonitor)
+{
+    test::XStage stage;
+    xcb_connection_t* x = stage.person().connection();
+    const xcb_window_t root = stage.person().root();
+    xcb_discard_reply(x, xcb_randr_query_version(x, 1, 5).sequence);
+    const Reply<xcb_randr_get_monitors_reply_t> own(
+        xcb_randr_get_monitors_reply(x, xcb_randr_get_monitors(x, root, 1), nullptr));
+    const xcb_randr_output_t output =
+        *xcb_randr_monitor_info_outputs(xcb_randr_get_monitors_monitors_iterator(own.get()).data);
+    const auto add_monitor = [&](const char* name, std::uint8_t primary, std::int16_t left) {
+        struct {
+            xcb_randr_monitor_info_t info;
+            xcb_randr_output_t output;
+        } monitor{ { stage.person().atom(name), primary, 0, primary, left, 0, 512, 768, 130, 200 }, output };
+        xcb_randr_set_monitor(x, root, &monitor.info);
+    };
+    add_monitor("left", 0, 0);
+    add_monitor("right", 1, 512);
+    const std::uint32_t areas[] = { 0, 0, 0, 0, 0, 30, 1000, 738 }; // of two virtual desktops
+    const std::uint32_t desktop = 1;
+    xcb_change_property(x, XCB_PROP_MODE_REPLACE, root, stage.person().atom("_NET_WORKAREA"), XCB_ATOM_CARDINAL, 32, 8,
+                        areas);
+    xcb_change_property(x, XCB_PROP_MODE_REPLACE, root, stage.person().atom("_NET_CURRENT_DESKTOP"), XCB_ATOM_CARDINAL,
+                        32, 1, &desktop);
+    xcb_flush(x);
+    std::vector<Monitor> monitors;
+    EXPECT_TRUE(stage.turn_until([&] {
+        monitors = stage.screen().monitors();
+        return monitors.size() == 2 && monitors[0].work_area.top == 30;
+    }));
+    ASSERT_EQ(monitors.size(), 2U);
+    EXPECT_EQ(monitors[0].bounds, (RECT{ 512, 0, 1024, 768 }));
+    EXPECT_EQ(monitors[0].work_area, (RECT{ 512, 30, 1000, 768 }));
+    EXPECT_EQ(monitors[1].work_area, (RECT{ 0, 30, 512, 768 }));
+}
+
+HRGN random_region(std::mt19937& random)
+{
+    const auto number = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+    const HRGN region = CreateRectRgn(0, 0, 0, 0);
+    for (int i = 0; i < 8; i++) {
+        const int left = number(300) - 20;
+        const int top = number(200) - 20;
+        const int right = left + number(150);
+        const int bottom = top + number(150);
+        const HRGN part =
+            number(2) ? CreateEllipticRgn(left, top, right, bottom) : CreateRectRgn(left, top, right, bottom);
+        constexpr int kModes[] = { RGN_OR, RGN_XOR, RGN_OR, RGN_DIFF };
+        CombineRgn(region, region, part, kModes[number(4)]);
+        DeleteObject(part);
+    }
+    return region;
+}
+
+// What the server has cut the window to.
+HRGN shape_on_server(test::XPerson& person, xcb_window_t window)
+{
+    const auto cookie = xcb_shape_get_rectangles(person.connection(), window, XCB_SHAPE_SK_BOUNDING);
+    const Reply<xcb_shape_get_rectangles_reply_t> reply(
+        xcb_shape_get_rectangles_reply(person.connection(), cookie, nullptr));
+    const HRGN shape = CreateRectRgn(0, 0, 0, 0);
+    const xcb_rectangle_t* rectangles = xcb_shape_get_rectangles_rectangles(reply.get());
+    for (int i = 0; i < xcb_shape_get_rectangles_rectangles_length(reply.get()); i++) {
+        const xcb_rectangle_t& r = rectangles[i];
+        const HRGN part = CreateRectRgn(r.x, r.y, r.x + r.width, r.y + r.height);
+        CombineRgn(shape, shape, part, RGN_OR);
+        DeleteObject(part);
+    }
+    return shape;
+}
+
+TEST(XcbScreen, HoldsTheRegionThatAWindowWasGiven)
+{
+    test::XStage stage;
+    set_screen(stage.shared_screen());
+    WNDCLASSA plain{};
+    plain.lpfnWndProc = DefWindowProcA;
+    plain.lpszClassName = "Shaped";
+    RegisterClassA(&plain);
+    const HWND window =
+        CreateWindowExA(0, "Shaped", "", WS_POPUP | WS_VISIBLE, 100, 100, 260, 170, nullptr, nullptr, nullptr, nullptr);
+    const Reply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(
+        stage.person().connection(), xcb_query_tree(stage.person().connection(), stage.person().root()), nullptr));
+    ASSERT_EQ(tree->children_len, 1U);
+    const xcb_window_t surface = xcb_query_tree_children(tree.get())[0];
+    std::mt19937 random(5);
+    const HRGN given = CreateRectRgn(0, 0, 0, 0);
+    const HRGN whole = CreateRectRgn(0, 0, 260, 170);
+    for (int i = 0; i < 200 && !testing::Test::HasFailure(); i++) {
+        const HRGN region = random_region(random);
+        CombineRgn(given, region, whole, RGN_AND); // of what lies outside the window nobody can tell
+        SetWindowRgn(window, region, FALSE);
+        stage.screen().flush();
+        EXPECT_TRUE(stage.turn_until([&] {
+            const HRGN shape = shape_on_server(stage.person(), surface);
+            CombineRgn(shape, shape, whole, RGN_AND);
+            const bool same = EqualRgn(shape, given) != FALSE;
+            DeleteObject(shape);
+            return same;
+        })) << "region "
+            << i;
+    }
+    DeleteObject(given);
+    DeleteObject(whole);
+    DestroyWindow(window);
+    set_screen(nullptr);
 }
 
 // openbox: it puts every window into a frame of its own, even one that asks for no decorations.
