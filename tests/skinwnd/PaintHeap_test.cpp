@@ -22,6 +22,12 @@ std::atomic<std::size_t> g_nAllocations = 0;
     std::abort();
 }
 
+[[gnu::noinline]] void* operator new(std::size_t nSize, const std::nothrow_t&) noexcept
+{
+    g_nAllocations++;
+    return std::malloc(nSize ? nSize : 1);
+}
+
 [[gnu::noinline]] void operator delete(void* pMemory) noexcept
 {
     std::free(pMemory);

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "look/GuiInterface.h"
+#include "look/GuiManager.h"
 #include "skin/GuiSkinWindow.h"
 #include "tests/support/Canvas.h"
 
@@ -93,7 +94,7 @@ protected:
     GuiSkinWindowOddities()
     {
         PelkGUI::GetGuiInterface().Clear(); // a new buffer is black
-        m_wnd.CreateEx(0, AfxRegisterWndClass(0), "", WS_POPUP, 0, 0, 6, 3, nullptr, nullptr);
+        m_wnd.CreateEx(0, AfxRegisterWndClass(0), "a", WS_POPUP, 0, 0, 6, 3, nullptr, nullptr);
     }
     CWnd m_wnd;
 };
@@ -159,10 +160,18 @@ TEST_F(GuiSkinWindowOddities, NumbersOfEverySizeDrawWhatShows)
             pSkin->m_pAnchorPresent[n] = 1;
             pSkin->m_pAnchorRect[n] = CRect(next(), next(), next(), next());
         }
-        test::Canvas canvas(6, 3);
+        pSkin->m_bCaption = TRUE;
+        pSkin->m_rcCaption = CRect(next(), next(), next(), next());
+        pSkin->m_nAlign = static_cast<int>(i % 3);
+        pSkin->m_strTargets = "|GuiMDIFrameWnd|";
+        pSkin->m_nMirror = 2;
+        pSkin->m_rcMirror = CRect(next(), next(), next(), next());
+        PelkGUI::GetGuiManager().m_bRightToLeft = i % 2;
+        test::Canvas canvas(6, 3, i % 2 ? LAYOUT_RTL : 0);
         pSkin->Paint(&m_wnd, canvas, 0, 1);
         pSkin->PaintClient(&canvas, CRect(0, 0, next(), next()));
     }
+    PelkGUI::GetGuiManager().m_bRightToLeft = FALSE;
     const auto pSkin = SkinOf(Part("CTop", "0,0,1,1") + Part("CLeft", "1,0,1,1")); // 2^31 tiles each
     test::Canvas canvas(4, 3);
     pSkin->PaintClient(&canvas, CRect(0, 0, INT_MAX, INT_MAX));

@@ -27,6 +27,8 @@ protected:
         GetGuiInterface().Clear();
     }
 
+    static DWORD LayoutNow() { return GetGuiManager().m_bRightToLeft ? LAYOUT_RTL : 0; }
+
     CWnd m_wnd;
 };
 
@@ -39,12 +41,14 @@ TEST_F(GuiSkinWindowPaint, DrawsWhatTheModelDraws)
         const bool bMirrored = random() % 2;
         const bool bCaptionOnly = random() % 4 == 0;
         const int nActive = 1 + static_cast<int>(random() % 2);
+        SetMirrored(!bMirrored); // a painting before, the other way round, leaves nothing behind
+        Pixels(99, 60).Draw(LayoutNow(), [&](CDC& dc) { skin.Paint(&m_wnd, dc, 0, 1); });
         SetMirrored(bMirrored);
         Pixels painted(1 + static_cast<int>(random() % 120), 1 + static_cast<int>(random() % 90));
         painted.FillRandomly(random);
         Pixels expected = painted;
         m_wnd.SetWindowPos(nullptr, 5, 5, painted.cx, painted.cy, 0);
-        painted.Draw(bMirrored ? LAYOUT_RTL : 0, [&](CDC& dc) { skin.Paint(&m_wnd, dc, bCaptionOnly, nActive); });
+        painted.Draw(LayoutNow(), [&](CDC& dc) { skin.Paint(&m_wnd, dc, bCaptionOnly, nActive); });
         ModelPainter(skin, bMirrored)
             .Paint(expected, bCaptionOnly, nActive, skin.m_bCaps ? "AA \xc4\xe3" : "Aa \xc4\xe3", nullptr);
         ASSERT_TRUE(painted.all == expected.all);
@@ -58,12 +62,17 @@ TEST_F(GuiSkinWindowPaint, DrawsTheInnerFrameThatTheModelDraws)
         std::mt19937 random(nSeed);
         RandomSkin skin(random, nSeed % 3 ? 12 : 40);
         const bool bMirrored = random() % 2;
+        SetMirrored(!bMirrored); // a painting before, the other way round, leaves nothing behind
+        Pixels(99, 60).Draw(LayoutNow(), [&](CDC& dc) { skin.Paint(&m_wnd, dc, 0, 1); });
         SetMirrored(bMirrored);
         Pixels painted(1 + static_cast<int>(random() % 120), 1 + static_cast<int>(random() % 90));
         painted.FillRandomly(random);
         Pixels expected = painted;
         const CRect rcClient(CPoint(0, 0), CSize(painted.cx, painted.cy));
-        painted.Draw(bMirrored ? LAYOUT_RTL : 0, [&](CDC& dc) { skin.PaintClient(&dc, rcClient); });
+        painted.Draw(LayoutNow(), [&](CDC& dc) {
+            skin.Prepare(&dc); // as the windows' hooks do
+            skin.PaintClient(&dc, rcClient);
+        });
         ModelPainter(skin, bMirrored).DrawFrame(expected, expected, rcClient, true, false, 2);
         ASSERT_TRUE(painted.all == expected.all);
     }
