@@ -211,6 +211,21 @@ TEST(GuiSkinHostile, PathsThatLeadElsewhere)
     }
 }
 
+// A small file that claims to be a strip of a million images.
+TEST(GuiSkinHostile, StripOfOneRow)
+{
+    const TempDir dir;
+    const BITMAPFILEHEADER file{ 0x4D42, 58, 0, 0, 54 };
+    const BITMAPINFOHEADER header{ 40, 16000000, 1, 1, 24, BI_RGB, 0, 0, 0, 0, 0 };
+    std::ofstream(dir / "strip.bmp", std::ios::binary)
+        .write(reinterpret_cast<const char*>(&file), sizeof file)
+        .write(reinterpret_cast<const char*>(&header), sizeof header)
+        .write("\1\2\3", 4);
+    HostileSkin skin;
+    EXPECT_FALSE(skin.Load("<commandImages><bitmap path=\"" + (dir / "strip.bmp") + "\"/></commandImages>"));
+    EXPECT_EQ(GetGuiInterface().m_ilCommands.GetImageCount(), 0);
+}
+
 // A skin with everything in it, cut off after every byte: refused, unless at least the root's end has begun.
 TEST(GuiSkinHostile, CutOffAnywhere)
 {

@@ -18,6 +18,8 @@ namespace {
 
 constexpr std::uint8_t kImageListTag = 0x22;
 constexpr int kLargestExtent = 4096;
+// What all pictures of a list may have: a strip that is one pixel high must not claim the memory.
+constexpr std::int64_t kMostPixels = 16 << 20;
 
 using Picture = std::shared_ptr<const Icon>;
 
@@ -27,6 +29,10 @@ struct ImageList {
     std::vector<Picture> pictures;
 
     bool has(int index) const { return index >= 0 && index < static_cast<int>(pictures.size()); }
+    bool has_room_for(int count) const
+    {
+        return (static_cast<std::int64_t>(pictures.size()) + count) * width * height <= kMostPixels;
+    }
 };
 
 HandleTable<ImageList>& image_lists()
@@ -122,6 +128,8 @@ int ImageList_AddMasked(HIMAGELIST handle, HBITMAP bitmap_handle, COLORREF mask)
     const int count = bitmap->width() / list->width;
     if (count == 0)
         return fail(-1, ERROR_INVALID_PARAMETER);
+    if (!list->has_room_for(count))
+        return fail(-1, ERROR_NOT_ENOUGH_MEMORY);
     std::vector<Picture> pictures;
     for (int i = 0; i < count; i++) {
         Picture picture = cut_picture(*bitmap, i * list->width, list->width, list->height, transparent);
@@ -142,6 +150,8 @@ int ImageList_ReplaceIcon(HIMAGELIST handle, int index, HICON icon)
     Picture picture = sized_icon(find_icon(icon), list->width, list->height);
     if (!picture)
         return -1;
+    if (index == -1 && !list->has_room_for(1))
+        return fail(-1, ERROR_NOT_ENOUGH_MEMORY);
     if (index == -1) {
         list->pictures.push_back(std::move(picture));
         return static_cast<int>(list->pictures.size()) - 1;
