@@ -131,7 +131,18 @@ struct RecentContext {
     std::uint64_t removed = 0;
     std::shared_ptr<DeviceContext> context;
 };
-thread_local std::array<RecentContext, 2> recent_contexts;
+struct RecentContexts {
+    std::array<RecentContext, 2> entries;
+    ~RecentContexts();
+};
+thread_local RecentContexts recent_contexts;
+
+// At the end of the program its static objects draw when the thread's own are gone already.
+thread_local bool has_no_recent_contexts = false;
+RecentContexts::~RecentContexts()
+{
+    has_no_recent_contexts = true;
+}
 
 BOOL remove_context(HDC dc, DeviceContext& context)
 {
@@ -147,17 +158,20 @@ BOOL remove_context(HDC dc, DeviceContext& context)
 std::shared_ptr<DeviceContext> find_context(HDC dc)
 {
     const std::uint64_t removed = contexts_removed.load();
-    std::array<RecentContext, 2>& recent = recent_contexts;
-    for (const RecentContext& entry : recent) {
-        if (entry.handle == dc && entry.removed == removed && dc)
-            return entry.context;
+    if (!has_no_recent_contexts) {
+        for (const RecentContext& entry : recent_contexts.entries) {
+            if (entry.handle == dc && entry.removed == removed && dc)
+                return entry.context;
+        }
     }
     std::shared_ptr<GdiObject> object = find_object(dc);
     if (!object || (object->type() != OBJ_DC && object->type() != OBJ_MEMDC))
         return fail(nullptr, ERROR_INVALID_HANDLE);
     auto context = std::static_pointer_cast<DeviceContext>(std::move(object));
-    std::swap(recent[0], recent[1]);
-    recent[0] = { dc, removed, context };
+    if (!has_no_recent_contexts) {
+        std::swap(recent_contexts.entries[0], recent_contexts.entries[1]);
+        recent_contexts.entries[0] = { dc, removed, context };
+    }
     return context;
 }
 
