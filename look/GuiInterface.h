@@ -75,8 +75,9 @@ public:
 
     // The off-screen buffer, at least `size` pixels large and without a clipping region. It belongs to the store and
     // stays selected as it is; copy out what you drew before anybody else asks. It is compatible with the `dc` that it
-    // was first made for, never shrinks before Clear, and keeps what was drawn last until it grows: then all of it is
-    // black. When there is no memory for the size it stays as it is.
+    // was first made for and has the layout of the one that is given, so that a right-to-left frame and a left-to-right
+    // client area may share it. It never shrinks before Clear, and keeps what was drawn last until it grows: then all
+    // of it is black. When there is no memory for the size it stays as it is.
     CDC* GetBuffer(CDC& dc, CSize& size);
     // Covers the rectangle with copies of the bitmap from its top left on, the origin moved left and up by the offsets.
     // Tiles at the edges are drawn whole, unless they lie above or left of the rectangle without touching it. The

@@ -13,6 +13,7 @@ CDC* GuiInterface::GetBuffer(CDC& dc, CSize& size)
     if (size.cx > m_nBufferWidth || size.cy > m_nBufferHeight)
         GrowBuffer(dc, std::max<int>(m_nBufferWidth, size.cx), std::max<int>(m_nBufferHeight, size.cy));
     m_dcBuffer.SelectClipRgn(nullptr);
+    m_dcBuffer.SetLayout(dc.GetLayout()); // what is copied between contexts of two layouts would be flipped
     return &m_dcBuffer;
 }
 

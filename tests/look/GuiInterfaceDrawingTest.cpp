@@ -67,6 +67,9 @@ TEST(GuiInterfaceBuffer, IsMadeAnewAfterClear)
     Canvas screen(4, 4, LAYOUT_RTL);
     EXPECT_EQ(BufferOf(store, screen, CSize(0, 0))->GetSafeHdc(), nullptr) << "nothing was asked for yet";
     EXPECT_EQ(BufferOf(store, screen, CSize(9, 9))->GetLayout(), LAYOUT_RTL);
+    Canvas other(4, 4);
+    EXPECT_EQ(BufferOf(store, other, CSize(3, 3))->GetLayout(), 0U) << "of who asks";
+    EXPECT_EQ(BufferOf(store, screen, CSize(3, 3))->GetLayout(), LAYOUT_RTL);
     store.Clear();
     screen.SetLayout(0);
     CDC* const pBuffer = BufferOf(store, screen, CSize(5, 6));
