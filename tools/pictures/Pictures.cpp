@@ -34,9 +34,35 @@ const std::vector<Sheet>& Sheets()
           { { 300, { "client-frame", "client-complete" } },
             { 300, { "client-frame", "client-incomplete" } },
             { 16, { "client-digits" } } } },
+        { "gallery", 512, { { 472, { "gallery" } } } },
+        { "gallery-rtl", 512, { { 472, { "gallery" } } }, true },
+        { "gallery-alpha", 512, { { 120, { "alpha" } } } },
+        { "gallery-alpha-rtl", 512, { { 120, { "alpha" } } }, true },
+        { "gallery-watermark", 64, { { 32, { "watermark" } } } },
+        { "gallery-commands", 108, { { 18, { "commands" } } } },
+        { "gallery-arrows", 36, { { 6, { "arrows" } } } },
+        { "gallery-lists", 48, { { 16, { "lists" } } } },
     };
     return sheets;
 }
+
+namespace {
+
+drawing::Surface Mirrored(cairo_surface_t* pSurface)
+{
+    const int cx = cairo_image_surface_get_width(pSurface);
+    drawing::Surface mirrored = drawing::MakeSurface(cx, cairo_image_surface_get_height(pSurface));
+    cairo_t* pContext = cairo_create(mirrored.get());
+    cairo_translate(pContext, cx, 0);
+    cairo_scale(pContext, -1, 1);
+    cairo_set_source_surface(pContext, pSurface, 0, 0);
+    cairo_pattern_set_filter(cairo_get_source(pContext), CAIRO_FILTER_NEAREST);
+    cairo_paint(pContext);
+    cairo_destroy(pContext);
+    return mirrored;
+}
+
+} // namespace
 
 std::vector<drawing::Surface> DrawSheet(const Sheet& sheet, const std::filesystem::path& folder, std::string* pError)
 {
@@ -47,6 +73,8 @@ std::vector<drawing::Surface> DrawSheet(const Sheet& sheet, const std::filesyste
             if (!DrawFile(folder / (strLayer + ".svg"), surfaces.back().get(), pError))
                 return {};
         }
+        if (sheet.bMirrored)
+            surfaces.back() = Mirrored(surfaces.back().get());
     }
     return surfaces;
 }

@@ -1,5 +1,5 @@
-// pictures skin|client FONTS FOLDER OUTPUT.bmp   the sheet in one bitmap
-// pictures skin|client FONTS FOLDER OUTPUT.png   its first four pictures two by two, to look at
+// pictures SHEET FONTS FOLDER OUTPUT.bmp   the sheet ("skin", "client", "gallery", ...) in one bitmap
+// pictures SHEET FONTS FOLDER OUTPUT.png   its first four pictures two by two, to look at
 // pictures icon FILE.svg OUTPUT.ico              the program's icon
 // FONTS is the one folder whose fonts are used. Exit code 1, with the fault on standard error: nothing was written.
 #include "tools/pictures/Pictures.h"
@@ -72,7 +72,7 @@ bool Run(int argc, char** argv, std::string* pError)
         return output.extension() == ".png" ? WriteOverview(sheet, argv[3], output, pError)
                                             : WriteBitmap(sheet, argv[3], output, pError);
     }
-    *pError = "usage: pictures skin|client FONTS FOLDER OUTPUT, or pictures icon FILE.svg OUTPUT.ico";
+    *pError = "usage: pictures SHEET FONTS FOLDER OUTPUT, or pictures icon FILE.svg OUTPUT.ico";
     return false;
 }
 
