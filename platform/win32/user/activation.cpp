@@ -2,6 +2,7 @@
 
 #include "platform/win32/kernel/last_error.h"
 #include "platform/win32/user/menu_tracker.h"
+#include "platform/win32/user/order.h"
 #include "platform/win32/user/window.h"
 #include "winbase.h"
 
@@ -185,6 +186,7 @@ HWND SetActiveWindow(HWND window)
         return fail(HWND{ nullptr }, ERROR_INVALID_WINDOW_HANDLE);
     if (const WindowPtr found = find_window(window))
         screen().activate(found->surface->id());
+    come_to_front(window);
     make_active(window, WA_ACTIVE);
     return before;
 }

@@ -2,6 +2,7 @@
 #include "platform/win32/kernel/last_error.h"
 #include "platform/win32/kernel/module_exports.h"
 #include "platform/win32/user/activation.h"
+#include "platform/win32/user/order.h"
 #include "platform/win32/user/paint.h"
 #include "platform/win32/user/placement.h"
 #include "platform/win32/user/window.h"
@@ -99,14 +100,9 @@ WindowPtr add_window(const WindowPtr& window, const CREATESTRUCTA& create, const
     window->parent = child ? parent.get() : &desktop();
     if (!child && parent)
         window->owner = &root_of(*parent, lock);
-    auto& siblings = window->parent->children;
-    auto at = siblings.end();
-    if (!child) {
-        at = std::find_if(siblings.begin(), siblings.end(), [&](const Window* other) {
-            return (window->ex_style & WS_EX_TOPMOST) || !(other->ex_style & WS_EX_TOPMOST);
-        });
-    }
-    siblings.insert(at, window.get());
+    window->parent->children.push_back(window.get());
+    if (!child)
+        reorder(*window, HWND_TOP, lock);
     return window;
 }
 

@@ -4,6 +4,7 @@
 #include "platform/win32/user/activation.h"
 #include "platform/win32/user/hit_test.h"
 #include "platform/win32/user/menu_tracker.h"
+#include "platform/win32/user/order.h"
 #include "platform/win32/user/placement.h"
 #include "platform/win32/user/window.h"
 #include "winbase.h"
@@ -178,6 +179,7 @@ bool activate_by_press(const InputState& input, const Target& target, UINT messa
     if (answer == MA_ACTIVATE || answer == MA_ACTIVATEANDEAT) {
         if (const WindowPtr window = find_window(top); window && window->surface)
             screen().activate(window->surface->id());
+        come_to_front(top);
         make_active(top, WA_CLICKACTIVE);
     }
     return answer != MA_ACTIVATEANDEAT && answer != MA_NOACTIVATEANDEAT;

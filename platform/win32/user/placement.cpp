@@ -2,6 +2,7 @@
 
 #include "platform/win32/kernel/last_error.h"
 #include "platform/win32/user/activation.h"
+#include "platform/win32/user/order.h"
 #include "platform/win32/user/paint.h"
 #include "platform/win32/user/window.h"
 #include "winbase.h"
@@ -102,57 +103,6 @@ void ask_new_client(HWND window, WINDOWPOS& place, Change& change)
     params.lppos = &place;
     change.redraw = SendMessageA(window, WM_NCCALCSIZE, TRUE, reinterpret_cast<LPARAM>(&params));
     change.client = relative_client(change.rect, params.rgrc[0]);
-}
-
-// ---- Order.
-
-bool is_in_top_layer(const Window& window)
-{
-    return (window.ex_style & WS_EX_TOPMOST) != 0;
-}
-
-// Where among its siblings a window goes.
-std::size_t place_among(const std::vector<Window*>& siblings, const Window& window, HWND after)
-{
-    const auto first_of_layer = [&] {
-        return is_in_top_layer(window) ? siblings.begin()
-                                       : std::find_if_not(siblings.begin(), siblings.end(),
-                                                          [](const Window* w) { return is_in_top_layer(*w); });
-    };
-    if (after == HWND_BOTTOM)
-        return siblings.size();
-    const auto sibling =
-        std::find_if(siblings.begin(), siblings.end(), [after](const Window* w) { return w->handle == after; });
-    const auto at = sibling == siblings.end() ? first_of_layer() : std::max(sibling + 1, first_of_layer());
-    return static_cast<std::size_t>(at - siblings.begin());
-}
-
-// True: the order is another one now.
-bool reorder(Window& window, HWND after)
-{
-    if (!window.parent || window.handle == after)
-        return false;
-    if (after == HWND_TOPMOST)
-        window.ex_style |= WS_EX_TOPMOST;
-    if (after == HWND_NOTOPMOST || after == HWND_BOTTOM)
-        window.ex_style &= ~WS_EX_TOPMOST;
-    std::vector<Window*>& siblings = window.parent->children;
-    const std::vector<Window*> before = siblings;
-    std::erase(siblings, &window);
-    const std::size_t at = place_among(siblings, window, after);
-    siblings.insert(siblings.begin() + static_cast<std::ptrdiff_t>(at), &window);
-    return siblings != before;
-}
-
-// The desktop knows top and bottom; a place between two of our windows it does not take orders for.
-void reorder_surface(const Window& window, HWND after)
-{
-    if (after == HWND_TOPMOST || after == HWND_NOTOPMOST)
-        update_traits(window.handle);
-    if (after == HWND_BOTTOM)
-        screen().lower(window.surface->id());
-    else if (after == HWND_TOP || after == HWND_TOPMOST)
-        screen().raise(window.surface->id());
 }
 
 // ---- Painting what a change uncovers.
@@ -295,13 +245,13 @@ bool place_window(WINDOWPOS place, MovedBy moved_by)
         window->style |= WS_VISIBLE;
     if (place.flags & SWP_HIDEWINDOW)
         window->style &= ~WS_VISIBLE;
-    const bool reordered = !(place.flags & SWP_NOZORDER) && reorder(*window, place.hwndInsertAfter);
+    const bool reordered = !(place.flags & SWP_NOZORDER) && reorder(*window, place.hwndInsertAfter, lock);
     lock.unlock();
 
     if (is_top_level(*window)) {
         change_surface(*window, place, change, moved_by);
         if (!(place.flags & SWP_NOZORDER))
-            reorder_surface(*window, place.hwndInsertAfter);
+            reorder_surfaces(handle, place.hwndInsertAfter);
     }
     if (!(place.flags & SWP_NOREDRAW)) {
         lock.lock();

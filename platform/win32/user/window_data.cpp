@@ -1,6 +1,7 @@
 // What a window is asked for: its numbers, its text, its relatives.
 #include "platform/win32/kernel/last_error.h"
 #include "platform/win32/user/activation.h"
+#include "platform/win32/user/order.h"
 #include "platform/win32/user/paint.h"
 #include "platform/win32/user/placement.h"
 #include "platform/win32/user/window.h"
@@ -56,7 +57,9 @@ LONG_PTR set_owner(Window& window, HWND owner)
     WindowLock lock = lock_windows();
     const HWND before = window.owner ? window.owner->handle : nullptr;
     Window* root = found ? &root_of(*found, lock) : nullptr;
-    window.owner = root == &window ? nullptr : root;
+    if (root && (root == &window || owns(window, *root)))
+        root = nullptr; // nobody owns himself
+    window.owner = root;
     lock.unlock();
     update_traits(window.handle);
     return reinterpret_cast<LONG_PTR>(before);
