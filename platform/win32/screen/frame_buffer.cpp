@@ -12,6 +12,8 @@ namespace {
 
 // Room for a window that is being dragged larger.
 constexpr int kGranule = 64;
+// Enough for any display; whatever paints a window paints all of it.
+constexpr std::size_t kMostBytes = std::size_t{ 1 } << 30;
 
 int rounded_up(int extent)
 {
@@ -61,9 +63,11 @@ FrameBuffer::Resized FrameBuffer::resize(int width, int height)
 
 FrameBuffer::Resized FrameBuffer::move_to_larger(int width, int height)
 {
-    const int stride = rounded_up(std::max(width, stride_));
-    const int rows = rounded_up(std::max(height, rows_));
+    const int stride = rounded_up(std::max({ width, stride_, 1 })); // of an empty surface with an extent on one side
+    const int rows = rounded_up(std::max({ height, rows_, 1 }));
     const std::size_t bytes = std::size_t{ 4 } * static_cast<std::size_t>(stride) * static_cast<std::size_t>(rows);
+    if (bytes > kMostBytes)
+        return Resized::refused;
     UniqueFd descriptor;
     if (memory_ == Memory::shared)
         descriptor = shared_memory(bytes);

@@ -75,7 +75,8 @@ inline constexpr int CW_USEDEFAULT = static_cast<int>(0x80000000);
 
 // Order of messages: WM_GETMINMAXINFO (windows with a sizing frame and overlapped ones), WM_NCCREATE, WM_NCCALCSIZE,
 // WM_CREATE, WM_SIZE, WM_MOVE, then those of showing. Null when the class is unknown, a handle is bad, the display
-// refuses, WM_NCCREATE answers FALSE or WM_CREATE answers -1; the window is then gone.
+// refuses, WM_NCCREATE answers FALSE or WM_CREATE answers -1; the window is then gone. A window of more than 2^28
+// pixels is refused; one that becomes that large later draws only in the part that it had before.
 HWND CreateWindowExA(DWORD ex_style, LPCSTR class_name, LPCSTR name, DWORD style, int x, int y, int width, int height,
                      HWND parent, HMENU menu_or_id, HINSTANCE instance, LPVOID parameter);
 // The window, its children and the windows it owns. FALSE on another thread than the window's.
