@@ -93,8 +93,8 @@ TEST_F(Input, BecomesNonClientMessagesOnTheFrame)
     screen_->click({ 40, 30 });
     run_queue();
     // The first release ends the drag that the first press began, however soon it came.
-    EXPECT_EQ(journal_.take(), (Entries{ "w NCMOUSEMOVE", "w NCLBUTTONDOWN", "w NCMOUSEMOVE", "w NCLBUTTONDBLCLK",
-                                         "w NCLBUTTONUP" }));
+    EXPECT_EQ(journal_.take(),
+              (Entries{ "w NCMOUSEMOVE", "w NCLBUTTONDOWN", "w NCMOUSEMOVE", "w NCLBUTTONDBLCLK", "w NCLBUTTONUP" }));
     EXPECT_EQ(point.x, 40);
     EXPECT_EQ(point.y, 30);
 }

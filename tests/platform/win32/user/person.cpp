@@ -60,15 +60,17 @@ void Person::act(const std::string& word)
         screen_->press_key(key_of(object));
     } else if (verb == "leave") {
         screen_->release_key(key_of(object));
+    } else if (verb == "elsewhere") {
+        screen_->focus(0);
     } else if (const unsigned key = key_of(word)) {
-        screen_->press_key(key);
+        screen_->press_key(key, word.size() == 1 ? word : "");
         screen_->release_key(key);
     } else {
         ADD_FAILURE() << "no such word: " << word;
     }
 }
 
-Play::Play(TestWindow& window, Person person, const std::string& text) : words_(words_of(text))
+Play::Play(TestWindow& window, Person person, const std::string& text) : window_(window.get()), words_(words_of(text))
 {
     std::reverse(words_.begin(), words_.end());
     window.on(WM_TIMER,
@@ -85,7 +87,12 @@ Play::Play(TestWindow& window, Person person, const std::string& text) : words_(
                       person.act(word);
                   return 0;
               });
-    SetTimer(window.get(), kBeat, USER_TIMER_MINIMUM, nullptr);
+    timer_ = SetTimer(window_, kBeat, USER_TIMER_MINIMUM, nullptr);
+}
+
+Play::~Play()
+{
+    KillTimer(window_, timer_);
 }
 
 } // namespace test

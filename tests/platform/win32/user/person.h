@@ -29,9 +29,14 @@ private:
 class Play {
 public:
     Play(TestWindow& window, Person person, const std::string& text);
+    ~Play();
+    Play(const Play&) = delete;
+    Play& operator=(const Play&) = delete;
     bool is_over() const { return words_.empty(); }
 
 private:
+    HWND window_;
+    UINT_PTR timer_ = 0;
     std::vector<std::string> words_; // the next one last
 };
 

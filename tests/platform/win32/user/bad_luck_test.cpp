@@ -1,0 +1,197 @@
+// Windows that go at the wrong moment, have absurd sizes, or lose their display.
+#include "tests/platform/win32/user/menu_play.h"
+
+namespace test {
+namespace {
+
+class BadLuck : public MenuTest {};
+
+constexpr UINT kMessages[] = {
+    WM_GETMINMAXINFO,
+    WM_NCCREATE,
+    WM_NCCALCSIZE,
+    WM_CREATE,
+    WM_SIZE,
+    WM_MOVE,
+    WM_SHOWWINDOW,
+    WM_ACTIVATE,
+    WM_ACTIVATEAPP,
+    WM_NCACTIVATE,
+    WM_SETFOCUS,
+    WM_KILLFOCUS,
+    WM_NCPAINT,
+    WM_ERASEBKGND,
+    WM_PAINT,
+    WM_NCHITTEST,
+    WM_SETCURSOR,
+    WM_MOUSEACTIVATE,
+    WM_NCMOUSEMOVE,
+    WM_MOUSEMOVE,
+    WM_LBUTTONDOWN,
+    WM_NCLBUTTONDOWN,
+    WM_SYSCOMMAND,
+    WM_ENTERSIZEMOVE,
+    WM_MOVING,
+    WM_SIZING,
+    WM_CAPTURECHANGED,
+    WM_EXITSIZEMOVE,
+    WM_KEYDOWN,
+    WM_CHAR,
+    WM_SETTEXT,
+    WM_WINDOWPOSCHANGING,
+    WM_WINDOWPOSCHANGED,
+    WM_STYLECHANGING,
+    WM_STYLECHANGED,
+    WM_ENABLE,
+    WM_CANCELMODE,
+    WM_CLOSE,
+    WM_DESTROY,
+    WM_NCDESTROY,
+    WM_CONTEXTMENU,
+    WM_ENTERMENULOOP,
+    WM_INITMENU,
+    WM_INITMENUPOPUP,
+    WM_MENUSELECT,
+    WM_ENTERIDLE,
+    WM_UNINITMENUPOPUP,
+    WM_EXITMENULOOP,
+};
+
+// A life with a bit of everything.
+void live(HWND window, TestWindow& plan, Person person,
+          const std::function<void(const std::function<bool()>&)>& run_until)
+{
+    ShowWindow(window, SW_SHOW);
+    SetWindowTextA(window, "another");
+    SetWindowPos(window, nullptr, 100, 100, 300, 200, SWP_NOZORDER);
+    SetWindowLongA(window, GWL_STYLE, WS_VISIBLE | static_cast<LONG>(WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN));
+    SetWindowRgn(window, CreateRectRgn(0, 0, 280, 190), TRUE);
+    SetFocus(window);
+    const Play play(plan, std::move(person),
+                    "elsewhere look at:350,250 press release at:250,110 press at:255,115 release at:106,200 press "
+                    "at:95,200 release A "
+                    "at:350,260 rclick look look");
+    run_until([&] { return play.is_over() || !IsWindow(window); });
+    SetCapture(window);
+    ReleaseCapture();
+    EnableWindow(window, FALSE);
+    EnableWindow(window, TRUE);
+    TrackPopupMenu(GetSystemMenu(window, FALSE), TPM_RETURNCMD, 150, 150, 0, window, nullptr);
+    ShowWindow(window, SW_SHOWMAXIMIZED);
+    ShowWindow(window, SW_MINIMIZE);
+    ShowWindow(window, SW_RESTORE);
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_UPDATENOW);
+    run_until([] { return true; });
+    SendMessageA(window, WM_CLOSE, 0, 0);
+}
+
+TEST_F(BadLuck, OfDestructionInAnyMessage)
+{
+    for (const UINT message : kMessages) {
+        SCOPED_TRACE(message_name(message));
+        screen_->move_pointer({ 900, 700 });
+        bool destroyed = false;
+        TestWindow window(journal_,
+                          { .style = WS_OVERLAPPEDWINDOW,
+                            .rect = { 50, 50, 250, 250 },
+                            .background = GetSysColorBrush(COLOR_WINDOW),
+                            .handlers = { { message, [&](HWND handle, WPARAM, LPARAM) -> std::optional<LRESULT> {
+                                               if (!std::exchange(destroyed, true))
+                                                   DestroyWindow(handle);
+                                               EndMenu();
+                                               return std::nullopt;
+                                           } } } });
+        if (message != WM_ENTERIDLE)
+            play(window, ""); // ends the menu
+        const HWND handle = window.get();
+        const TestWindow child(journal_, { .style = WS_CHILD | WS_VISIBLE, .parent = handle });
+        const TestWindow owned(journal_, { .name = "owned", .parent = handle });
+        live(handle, window, Person(screen_), [this](const std::function<bool()>& condition) { run_until(condition); });
+        EXPECT_TRUE(destroyed);
+        EXPECT_FALSE(IsWindow(handle));
+        EXPECT_FALSE(IsWindow(child.get()));
+        EXPECT_EQ(IsWindow(owned.get()), !handle); // without an owner it is its own
+        EXPECT_EQ(GetCapture(), nullptr);
+        EXPECT_EQ(GetFocus(), nullptr);
+        EXPECT_EQ(screen_->stack().size(), handle ? 0U : 1U);
+    }
+}
+
+struct ExtentCase {
+    int width;
+    int height;
+    bool made;
+};
+
+TEST_F(BadLuck, OfAbsurdExtents)
+{
+    const ExtentCase kCases[] = {
+        { 0, 0, true },      { 0, 50, true },     { -5, -5, true },        { 1, 1, true },
+        { 32000, 20, true }, { 20, 32000, true }, { 32000, 32000, false }, { 0x7FFFFFFF, 0x7FFFFFFF, false },
+    };
+    for (const ExtentCase& c : kCases) {
+        SCOPED_TRACE(c.width);
+        SCOPED_TRACE(c.height);
+        SetLastError(0);
+        const TestWindow window(journal_, { .style = WS_POPUP | WS_CAPTION | WS_THICKFRAME | WS_SYSMENU,
+                                            .rect = { 0, 0, c.width, c.height },
+                                            .background = GetSysColorBrush(COLOR_WINDOW) });
+        EXPECT_EQ(window.get() != nullptr, c.made);
+        EXPECT_EQ(GetLastError(), c.made ? 0 : ERROR_NOT_ENOUGH_MEMORY);
+        const TestWindow changed(journal_, { .rect = { 0, 0, 40, 30 }, .background = GetSysColorBrush(COLOR_WINDOW) });
+        ShowWindow(changed.get(), SW_SHOW);
+        ShowWindow(window.get(), SW_SHOW);
+        EXPECT_TRUE(SetWindowPos(changed.get(), nullptr, -3, -3, c.width, c.height, SWP_NOZORDER));
+        run_queue();
+        RECT rect{};
+        GetClientRect(changed.get(), &rect);
+        EXPECT_EQ(rect.right, std::clamp(c.width, 0, 32767));
+        EXPECT_EQ(rect.bottom, std::clamp(c.height, 0, 32767));
+        EXPECT_TRUE(SetWindowPos(changed.get(), nullptr, 0, 0, 40, 30, SWP_NOZORDER));
+        run_queue();
+        EXPECT_EQ(screen_->pixel_at({ 30, 20 }), 0xFFFFFFU);
+    }
+}
+
+struct LoopCase {
+    const char* why;
+    WPARAM command;
+    const char* words;
+};
+
+TEST_F(BadLuck, OfALostDisplayEndsEveryLoop)
+{
+    const LoopCase kCases[] = {
+        { "a menu", SC_KEYMENU, "look" },
+        { "moving by keys", SC_MOVE, "right" },
+        { "a drag", SC_MOVE | HTCAPTION, "at:60,70" },
+    };
+    for (const LoopCase& c : kCases) {
+        SCOPED_TRACE(c.why);
+        EXPECT_EXIT(
+            {
+                TestWindow window(journal_, { .style = WS_OVERLAPPEDWINDOW, .rect = { 50, 50, 250, 250 } });
+                ShowWindow(window.get(), SW_SHOW);
+                screen_->move_pointer({ 60, 60 });
+                screen_->press(win32::kLeftButton);
+                window.on(WM_NCLBUTTONDOWN, [](HWND, WPARAM, LPARAM) { return 0; });
+                run_queue();
+                const Play play(window, Person(screen_), c.words);
+                window.on(WM_USER, [&](HWND, WPARAM, LPARAM) {
+                    screen_->disconnect();
+                    return 0;
+                });
+                SetTimer(window.get(), 5, 60,
+                         [](HWND handle, UINT, UINT_PTR, DWORD) { SendMessageA(handle, WM_USER, 0, 0); });
+                PostMessageA(window.get(), WM_SYSCOMMAND, c.command, c.command == SC_KEYMENU ? VK_SPACE : 0);
+                MSG message;
+                while (GetMessageA(&message, nullptr, 0, 0) > 0)
+                    DispatchMessageA(&message);
+                std::_Exit(static_cast<int>(message.wParam) + 10);
+            },
+            testing::ExitedWithCode(11), "display is lost");
+    }
+}
+
+} // namespace
+} // namespace test
