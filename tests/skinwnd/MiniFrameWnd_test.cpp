@@ -84,7 +84,7 @@ struct RouteCase {
     BOOL bChild;
     CRect rcClient;
     UINT nCaptionHit;
-    const char* pszJournal; // after presses on the caption and its close button
+    const char* pszJournal; // of presses on the caption and its buttons
 };
 
 TEST_F(GuiMiniFrame, GivesItsFrameToTheSkinUnlessItIsAChild)
@@ -98,8 +98,8 @@ TEST_F(GuiMiniFrame, GivesItsFrameToTheSkinUnlessItIsAChild)
           FALSE,
           { 100 + nBorder, 100 + nCaption, 300 - nBorder, 220 - nBorder },
           HTCAPTION,
-          "MOVE MOVE 284,108" },
-        { "a child has no frame", true, TRUE, { 100, 100, 300, 220 }, HTCLIENT, "" },
+          "MOVE CLOSE MOVE 284,108" },
+        { "a child: the double click alone is the system's", true, TRUE, { 100, 100, 300, 220 }, HTCLIENT, "CLOSE" },
     };
     for (const RouteCase& c : kCases) {
         SCOPED_TRACE(c.why);
