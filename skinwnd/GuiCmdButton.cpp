@@ -66,7 +66,7 @@ void GuiCmdButton::Paint(CDC* pDC, const CRect& rcClient, GuiSkinWindow* pSkin, 
 {
     if (!pSkin)
         return;
-    pSkin->GetAnchor(m_strName, m_rcButton);
+    pSkin->GetAnchor(m_strName, rcClient, m_rcButton); // resolved: where it is drawn it is pressed
     if (!m_bVisible)
         return;
     const auto Draw = [&](const char* pszLook) { return PaintLook(pDC, rcClient, *pSkin, m_strName, pszLook); };

@@ -162,6 +162,28 @@ TEST(ViewWnd, FollowsItsSkin)
     pWnd->DestroyWindow();
 }
 
+// The gallery's buttons hang from the lower edge.
+TEST(ViewWnd, SaysWhichButtonWasPressed)
+{
+    Studio studio(CSize(600, 420));
+    SkinFile skin(kGallery, {});
+    skin.Load();
+    std::string strSaid;
+    auto* const pWnd = new ViewWnd({ {}, [&strSaid](const std::string& strLine) { strSaid = strLine; } });
+    ASSERT_TRUE(pWnd->Make("Gallery", CSize(510, 349)));
+    pWnd->ShowWindow(SW_SHOW);
+    const std::vector<std::uint32_t> before = studio.Photograph(*pWnd).pixels;
+    CRect rcClient;
+    pWnd->GetClientRect(&rcClient);
+    const LPARAM ptStar = MAKELPARAM(144 + 22, rcClient.bottom - 76 + 22);
+    pWnd->SendMessage(WM_MOUSEMOVE, 0, ptStar);
+    pWnd->SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, ptStar);
+    pWnd->SendMessage(WM_LBUTTONUP, 0, ptStar);
+    EXPECT_EQ(strSaid, "command 103 of button _Star");
+    EXPECT_NE(studio.Photograph(*pWnd).pixels, before) << "it is checked now";
+    pWnd->DestroyWindow();
+}
+
 // ---- Pictures ----
 
 struct Surface {
