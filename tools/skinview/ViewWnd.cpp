@@ -36,6 +36,7 @@ bool ViewWnd::Make(const std::string& strName, CSize size)
                                                 ::GetSysColorBrush(COLOR_BTNFACE));
     if (Create(pszClass, strName.c_str(), kStyle, CRect(CPoint(x, y), size), nullptr, 0) != 1)
         return false;
+    EnableToolTips();
     OnSkinChange();
     return true;
 }
