@@ -296,6 +296,17 @@ TEST(SkinReport, HasNothingAgainstOurOwnSkins)
     EXPECT_EQ(report.windows, std::vector<std::string>{ "MeravSetupWnd" });
 }
 
+TEST(SkinReport, HasNothingAgainstTheManualsFirstSkin)
+{
+    const SkinFolder folder(96, 40);
+    std::filesystem::rename(folder / "main.bmp", folder / "first.bmp");
+    const std::string strManual = ReadWhole(SKIN_MANUAL);
+    const size_t nBegin = strManual.find("<?xml version=\"1.0\"?>\n");
+    const std::string strSkin = strManual.substr(nBegin, strManual.find("```", nBegin) - nBegin);
+    EXPECT_EQ(Summary(CheckSkin(strSkin, folder.path())), "");
+    EXPECT_EQ(LoadedWindows(strSkin, folder.path()), std::vector<std::string>{ "Main" });
+}
+
 // Every piece that lies in the mirrored picture, seen in a mirror, is a piece of the other skin.
 TEST(Gallery, IsTheSameFromRightToLeft)
 {
