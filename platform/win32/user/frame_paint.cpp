@@ -1,7 +1,7 @@
 // How the plain frame looks.
 #include "platform/win32/screen/geometry.h"
 #include "platform/win32/user/default_frame.h"
-#include "platform/win32/user/gdi_owner.h"
+#include "platform/win32/user/drawing.h"
 #include "platform/win32/user/window.h"
 #include "wingdi.h"
 #include "winnls.h"
@@ -11,11 +11,6 @@
 namespace win32 {
 
 namespace {
-
-void fill(HDC dc, const RECT& rect, int colour)
-{
-    FillRect(dc, &rect, GetSysColorBrush(colour));
-}
 
 // ---- The title.
 

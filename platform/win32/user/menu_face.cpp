@@ -52,11 +52,6 @@ LOGFONTA menu_font(LONG weight)
     return metrics.lfMenuFont;
 }
 
-void fill_area(HDC dc, const RECT& rect, int colour)
-{
-    FillRect(dc, &rect, GetSysColorBrush(colour));
-}
-
 int text_colour(const MenuItem& item, bool selected)
 {
     if (!item.is_enabled())
@@ -71,7 +66,7 @@ void draw_check(HDC dc, POINT centre, int colour)
     const POINT foot{ centre.x - 2, centre.y + 2 };
     for (LONG i = -kShort; i <= kLong; i++) {
         const LONG y = foot.y - std::abs(i);
-        fill_area(dc, { foot.x + i, y, foot.x + i + 1, y + 2 }, colour);
+        fill(dc, { foot.x + i, y, foot.x + i + 1, y + 2 }, colour);
     }
 }
 
@@ -79,14 +74,13 @@ void draw_arrow(HDC dc, POINT centre, int colour)
 {
     constexpr LONG kHalf = 4;
     for (LONG i = 0; i < kHalf; i++)
-        fill_area(dc, { centre.x - 2 + i, centre.y - (kHalf - 1 - i), centre.x - 1 + i, centre.y + (kHalf - i) },
-                  colour);
+        fill(dc, { centre.x - 2 + i, centre.y - (kHalf - 1 - i), centre.x - 1 + i, centre.y + (kHalf - i) }, colour);
 }
 
 void draw_separator(HDC dc, const RECT& row)
 {
     const LONG y = row.top + kSeparatorHeight / 2;
-    fill_area(dc, { row.left + kMargin, y, row.right - kMargin, y + 1 }, COLOR_BTNSHADOW);
+    fill(dc, { row.left + kMargin, y, row.right - kMargin, y + 1 }, COLOR_BTNSHADOW);
 }
 
 } // namespace
@@ -178,7 +172,7 @@ void MenuFace::draw(HDC dc, SIZE size, LONG scrolled, const MenuLayout& layout, 
                     int selected, const Draw& draw) const
 {
     const RECT whole{ 0, 0, size.cx, size.cy };
-    fill_area(dc, whole, COLOR_MENU);
+    fill(dc, whole, COLOR_MENU);
     SetBkMode(dc, TRANSPARENT);
     for (std::size_t i = 0; i < items.size() && i < layout.items.size(); i++) {
         RECT row = layout.items[i];
@@ -201,7 +195,7 @@ void MenuFace::draw_item(HDC dc, const RECT& row, const MenuItem& item, bool sel
         return;
     }
     if (selected && item.is_enabled())
-        fill_area(dc, row, COLOR_HIGHLIGHT);
+        fill(dc, row, COLOR_HIGHLIGHT);
     else if (selected) // it can be reached, but not chosen
         FrameRect(dc, &row, GetSysColorBrush(COLOR_BTNSHADOW));
     const int colour = text_colour(item, selected);
@@ -231,10 +225,10 @@ void MenuFace::draw_text(HDC dc, const RECT& row, const MenuItem& item, int colo
                  static_cast<int>(text.shortcut.size()));
     if (text.letter) {
         const LONG line = y + ascent_ + 1;
-        fill_area(dc,
-                  { x + extent(text.label.substr(0, *text.letter)), line,
-                    x + extent(text.label.substr(0, *text.letter + 1)), line + 1 },
-                  colour);
+        fill(dc,
+             { x + extent(text.label.substr(0, *text.letter)), line, x + extent(text.label.substr(0, *text.letter + 1)),
+               line + 1 },
+             colour);
     }
     SelectObject(dc, before);
 }

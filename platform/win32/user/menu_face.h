@@ -1,7 +1,7 @@
 // How a menu looks: where its items lie, and drawing them. Knows nothing of windows and input.
 #pragma once
 
-#include "platform/win32/user/gdi_owner.h"
+#include "platform/win32/user/drawing.h"
 #include "platform/win32/user/menu.h"
 
 #include <functional>
