@@ -151,8 +151,7 @@ protected:
         Press(c.bRightToLeft ? 290 : 110);
         Run();
         const std::string strJournal = IsOpen() ? m_pWnd->TakeJournal() : "gone";
-        Do("caption", kPlaces);
-        EXPECT_TRUE(!IsOpen() || !m_pWnd->m_pSkinWindow || State() == "00");
+        EXPECT_TRUE(!IsOpen() || !m_pWnd->m_pSkinWindow || State()[1] == '0');
         return strJournal;
     }
 };

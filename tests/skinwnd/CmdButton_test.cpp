@@ -224,8 +224,12 @@ TEST_F(CmdButtons, LoseTheHoverWhenThePointerLeaves)
     EXPECT_EQ(IDOf(m_pWnd->m_pHovered), 7U) << "it is still there";
 }
 
-TEST_F(CmdButtons, ForgetAPressWhoseCaptureIsLost)
+TEST_F(CmdButtons, ForgetAPressWhoseCaptureOrButtonIsLost)
 {
+    DoAll("seven down");
+    m_pWnd->ShowButton(7, FALSE);
+    DoAll("up outside");
+    m_pWnd->ShowButton(7, TRUE);
     for (const bool bCancelled : { false, true }) {
         DoAll("seven down");
         bCancelled ? (void)m_pWnd->SendMessage(WM_CANCELMODE) : (void)::ReleaseCapture();

@@ -68,6 +68,8 @@ TEST_F(GuiMiniFrame, FindsItsSkinByNameAndClass)
     };
     PelkGUI::GuiSkinWindow* const pMain = foundBy("Main");
     ASSERT_NE(pMain, nullptr);
+    EXPECT_EQ(m_pWnd->TakeJournal(), "laid out");
+    EXPECT_TRUE(m_pWnd->GetUpdateRect(nullptr)) << "and drawn anew";
     EXPECT_EQ(m_pWnd->m_rcBackground, CRect(1, 2, 4, 6)) << "the part, for want of an anchor";
     EXPECT_EQ(m_pWnd->m_rcWindowPos, CRect(100, 100, 300, 220)) << "the skin has none";
     EXPECT_EQ(foundBy(""), pMain) << "without a name it keeps what it has";
@@ -92,14 +94,19 @@ TEST_F(GuiMiniFrame, GivesItsFrameToTheSkinUnlessItIsAChild)
     const int nCaption = ::GetSystemMetrics(SM_CYCAPTION) + ::GetSystemMetrics(SM_CYFIXEDFRAME);
     const int nBorder = ::GetSystemMetrics(SM_CXFIXEDFRAME);
     const RouteCase kCases[] = {
-        { "skinned", true, FALSE, { 103, 122, 300, 220 }, HTCLOSE, "MOVE CLOSE CLOSE CLOSE" },
+        { "skinned", true, FALSE, { 103, 122, 300, 220 }, HTCLOSE, "laid out MOVE CLOSE CLOSE CLOSE" },
         { "plain",
           false,
           FALSE,
           { 100 + nBorder, 100 + nCaption, 300 - nBorder, 220 - nBorder },
           HTCAPTION,
           "MOVE CLOSE MOVE 284,108" },
-        { "a child: the double click alone is the system's", true, TRUE, { 100, 100, 300, 220 }, HTCLIENT, "CLOSE" },
+        { "a child: the double click alone is the system's",
+          true,
+          TRUE,
+          { 100, 100, 300, 220 },
+          HTCLIENT,
+          "laid out CLOSE" },
     };
     for (const RouteCase& c : kCases) {
         SCOPED_TRACE(c.why);
@@ -122,6 +129,34 @@ TEST_F(GuiMiniFrame, GivesItsFrameToTheSkinUnlessItIsAChild)
         EXPECT_EQ(m_pWnd->TakeJournal(), c.pszJournal);
         m_pWnd->DestroyWindow();
     }
+}
+
+TEST_F(GuiMiniFrame, LooksActiveWhenItIsOrIsMeantTo)
+{
+    const struct {
+        const char* why;
+        BOOL bActive, bEnabled;
+        UINT nFlags;
+        std::uint32_t colour;
+    } kCases[] = {
+        { "active", TRUE, TRUE, 0, 0x010064 },
+        { "inactive", FALSE, TRUE, 0, 0x050064 },
+        { "told to stay active", FALSE, TRUE, WF_STAYACTIVE, 0x010064 },
+        { "disabled", TRUE, FALSE, WF_STAYACTIVE, 0x050064 },
+    };
+    OpenSkinned("<parts><part name=\"Top\" rect=\"1,0,1,9\"/><part name=\"TopIA\" rect=\"5,0,1,9\"/></parts>");
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.why);
+        m_pWnd->EnableWindow(c.bEnabled);
+        m_pWnd->m_nFlags = c.nFlags;
+        EXPECT_TRUE(m_pWnd->SendMessage(WM_NCACTIVATE, static_cast<WPARAM>(c.bActive)));
+        m_pScreen->move_pointer({ 180, 160 }); // what was drawn is shown at the next turn
+        Run();
+        EXPECT_EQ(m_pScreen->pixel_at({ 150, 100 }), c.colour);
+    }
+    ::SetCursor(::LoadCursorA(nullptr, IDC_CROSS));
+    EXPECT_TRUE(m_pWnd->SendMessage(WM_SETCURSOR, reinterpret_cast<WPARAM>(m_hWnd), HTCLIENT));
+    EXPECT_EQ(::GetCursor(), ::LoadCursorA(nullptr, IDC_ARROW));
 }
 
 TEST_F(GuiMiniFrame, PassesItsCommandsToItsOwner)

@@ -97,6 +97,8 @@ LRESULT SkinnedWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
               (lParam ? " " + std::to_string(ptPlace.x) + "," + std::to_string(ptPlace.y) : ""));
         return 0;
     }
+    if (message == WM_SIZE && lParam == 0)
+        Write("laid out");
     if (message == WM_ENTERIDLE) { // an open menu has nothing to do
         Happen("menu");
         return 0;

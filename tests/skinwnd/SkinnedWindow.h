@@ -23,7 +23,7 @@ void SetAnchor(PelkGUI::GuiSkinWindow& skin, int nAnchor, const CRect& rc);
 std::string SystemCommandName(WPARAM nCommand);
 
 // The window's journal holds words: "CLOSE" for a system command, which is not carried out, "CLOSE 1,2" for one with a
-// place, "command 7", "hover 1 7".
+// place, "command 7", "hover 1 7", "laid out" when it is told that it has no size.
 class SkinnedWnd : public PelkGUI::GuiMiniFrameWnd {
 public:
     void SkinChanging() override;
