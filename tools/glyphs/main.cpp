@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <set>
 #include <string>
 
@@ -28,17 +27,22 @@ bool Convert(std::string* pText)
     return pszConverted != nullptr;
 }
 
+bool IsEscape(const char* p)
+{
+    return p[0] == '\\' && p[1] == 'x' && g_ascii_isxdigit(p[2]) && g_ascii_isxdigit(p[3]);
+}
+
 // Appends what the text writes as hexadecimal escapes, byte after byte; false: a run of them is no text.
 bool AppendEscaped(std::string* pText)
 {
-    static const std::regex kRun(R"((\\x[0-9A-Fa-f]{2})+)");
     std::string strEscaped;
-    for (std::sregex_iterator run(pText->begin(), pText->end(), kRun), end; run != end; ++run) {
+    for (const char* p = pText->c_str(); *p;) {
         std::string strBytes;
-        for (int i = 2; i < run->length(); i += 4)
-            strBytes.push_back(
-                static_cast<char>(std::stoi(run->str().substr(static_cast<std::size_t>(i), 2), nullptr, 16)));
-        if (!Convert(&strBytes))
+        for (; IsEscape(p); p += 4)
+            strBytes.push_back(static_cast<char>(g_ascii_xdigit_value(p[2]) << 4 | g_ascii_xdigit_value(p[3])));
+        if (strBytes.empty())
+            p++;
+        else if (!Convert(&strBytes))
             return false;
         strEscaped += strBytes;
     }
