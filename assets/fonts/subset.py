@@ -17,6 +17,8 @@ from fontTools.ttLib import TTCollection
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 SIMPLIFIED_CHINESE = 2  # of the faces in the collection
 FAMILY = "Varnhal Sans"
+ASCENT, DESCENT = 880, 240  # of 1000; what the glyphs reach. The face itself asks for half as much again as leading,
+                            # which would make text of a given cell height too small to read.
 
 
 def text_of(path):
@@ -51,6 +53,9 @@ def main():
     for record in font["name"].names:
         if record.nameID in (1, 3, 4, 6):
             record.string = FAMILY.replace(" ", "") if record.nameID in (3, 6) else FAMILY
+    font["hhea"].ascent, font["hhea"].descent = ASCENT, -DESCENT
+    font["OS/2"].sTypoAscender, font["OS/2"].sTypoDescender = ASCENT, -DESCENT
+    font["OS/2"].usWinAscent, font["OS/2"].usWinDescent = ASCENT, DESCENT
     font["CFF "].cff.fontNames[0] = FAMILY.replace(" ", "")
     font.save(pathlib.Path(__file__).with_name("VarnhalSans.otf"))
 
