@@ -1,11 +1,13 @@
 #!/usr/bin/python3
-"""Makes VarnhalSans.otf anew: the carried font, with every character of the programs' own texts.
+"""Makes the carried fonts anew, each with every character of the texts it is for.
 
     assets/fonts/subset.py NotoSansCJK-Regular.ttc
 
-Run it when the build says that the font lacks a character. Wants Debian's fonttools, and the face of the package
-fonts-noto-cjk. The characters are those of all texts in setup/, client/ and assets/ (but the word lists, which no
-program shows) and all of ASCII; so a sentence that is changed mostly finds its characters there already.
+VarnhalSans.otf is for the pictures and the client's programs: it has the characters of all texts in setup/, client/ and
+assets/ (but the word lists, which no program shows), so a sentence that is changed mostly finds its characters there
+already. VarnhalSansSetup.otf is the installer's, which is to be little more than its payload: it has those of setup/
+and the skin alone. Both have all of ASCII. Run this when the build says that a font lacks a character. It wants
+Debian's fonttools, and the face of the package fonts-noto-cjk.
 """
 import pathlib
 import re
@@ -16,7 +18,10 @@ from fontTools.ttLib import TTCollection
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 SIMPLIFIED_CHINESE = 2  # of the faces in the collection
-FAMILY = "Varnhal Sans"
+FONTS = {  # family: the folders and files whose texts it is for
+    "Varnhal Sans": ("setup", "client", "assets"),
+    "Varnhal Sans Setup": ("setup", "assets/skin.xml"),
+}
 ASCENT, DESCENT = 880, 240  # of 1000; what the glyphs reach. The face itself asks for half as much again as leading,
                             # which would make text of a given cell height too small to read.
 
@@ -32,10 +37,10 @@ def text_of(path):
     return ""
 
 
-def characters():
+def characters(places):
     found = {chr(code) for code in range(0x20, 0x7F)}
-    for folder in ("setup", "client", "assets"):
-        for path in sorted((ROOT / folder).rglob("*")):
+    for place in places:
+        for path in [ROOT / place, *(ROOT / place).rglob("*")]:
             if path.suffix in (".cpp", ".h", ".rc", ".xml", ".svg", ".txt") and path.name != "words.txt":
                 text = text_of(path)
                 for run in re.findall(r"(?:\\x[0-9A-Fa-f]{2})+", text):  # bytes of code page 936
@@ -44,20 +49,22 @@ def characters():
     return found
 
 
-def main():
-    font = TTCollection(sys.argv[1], recalcTimestamp=False).fonts[SIMPLIFIED_CHINESE]
+def make(face, family, places):
+    font = TTCollection(face, recalcTimestamp=False).fonts[SIMPLIFIED_CHINESE]
     options = subset.Options(layout_features=[], name_IDs=[0, 1, 2, 3, 4, 5, 6, 13, 14], name_languages=[0x409])
     subsetter = subset.Subsetter(options)
-    subsetter.populate(text="".join(characters()))
+    subsetter.populate(text="".join(characters(places)))
     subsetter.subset(font)
+    name = family.replace(" ", "")
     for record in font["name"].names:
         if record.nameID in (1, 3, 4, 6):
-            record.string = FAMILY.replace(" ", "") if record.nameID in (3, 6) else FAMILY
+            record.string = name if record.nameID in (3, 6) else family
     font["hhea"].ascent, font["hhea"].descent = ASCENT, -DESCENT
     font["OS/2"].sTypoAscender, font["OS/2"].sTypoDescender = ASCENT, -DESCENT
     font["OS/2"].usWinAscent, font["OS/2"].usWinDescent = ASCENT, DESCENT
-    font["CFF "].cff.fontNames[0] = FAMILY.replace(" ", "")
-    font.save(pathlib.Path(__file__).with_name("VarnhalSans.otf"))
+    font["CFF "].cff.fontNames[0] = name
+    font.save(pathlib.Path(__file__).with_name(name + ".otf"))
 
 
-main()
+for family, places in FONTS.items():
+    make(sys.argv[1], family, places)
