@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <optional>
 #include <sstream>
+#include <string_view>
 
 #include <windows.h>
 #include <winreg.h>
@@ -17,6 +18,9 @@ namespace {
 
 constexpr char kRunKey[] = "Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 constexpr char kRunValue[] = "Merav Conferencing";
+
+constexpr char kRegistryFolder[] = "registry"; // in ConfigHome()
+constexpr char kRegistryFile[] = "current-user.sqlite";
 
 // Removed with their values, in this order.
 constexpr const char* kSettingsKeys[] = {
@@ -84,8 +88,11 @@ void RemoveAutoStart(const std::string& strFolder, Report* pReport)
     if (key.Error() != ERROR_SUCCESS)
         return NoteFailure(kRunKey, key.Error(), pReport);
     const std::optional<std::string> text = QueryText(key.Get(), kRunValue);
-    if (text && NamesClientIn(*text, strFolder))
-        NoteFailure(kRunValue, RegDeleteValueA(key.Get(), kRunValue), pReport);
+    if (!text || !NamesClientIn(*text, strFolder))
+        return;
+    NoteFailure(kRunValue, RegDeleteValueA(key.Get(), kRunValue), pReport);
+    std::error_code error;
+    std::filesystem::remove(ConfigHome() + "/autostart", error); // stays when it is not empty
 }
 
 bool HasValues(const char* pszKey)
@@ -105,6 +112,33 @@ void RemoveSettingsKeys(Report* pReport)
         if (!HasValues(pszKey))
             (void)RegDeleteKeyA(HKEY_CURRENT_USER, pszKey); // a key with other keys in it stays
     }
+}
+
+bool HasKey(const std::string& strKey, DWORD nIndex, std::string* pName)
+{
+    const Key key(strKey.c_str(), KEY_ENUMERATE_SUB_KEYS);
+    std::array<char, 256> name{};
+    DWORD nNameSize = static_cast<DWORD>(name.size());
+    const bool bThere = key.Error() == ERROR_SUCCESS &&
+                        RegEnumKeyExA(key.Get(), nIndex, name.data(), &nNameSize, nullptr, nullptr, nullptr, nullptr) !=
+                            ERROR_NO_MORE_ITEMS;
+    *pName = name.data();
+    return bThere;
+}
+
+// Whether the registry holds nothing but what a new one has: the Run key and those above it.
+bool IsRegistryAsNew()
+{
+    std::string strKey;
+    std::string strName;
+    while (strKey != kRunKey) {
+        if (HasValues(strKey.c_str()) || HasKey(strKey, 1, &strName) || !HasKey(strKey, 0, &strName))
+            return false;
+        strKey += (strKey.empty() ? "" : "\\") + strName;
+        if (std::string_view(kRunKey).substr(0, strKey.size()) != strKey)
+            return false;
+    }
+    return !HasValues(kRunKey) && !HasKey(strKey, 0, &strName);
 }
 
 // What follows "pszName=" in a line of the file. Nothing: the file or the line is not there.
@@ -127,6 +161,17 @@ void RemoveOwnFile(const std::string& strPath, Report* pReport)
         pReport->failed.push_back(strPath + ": " + error.message());
 }
 
+// A registry that nobody has anything in goes with the installation that brought it.
+void RemoveEmptyRegistry(Report* pReport)
+{
+    const std::string strFolder = ConfigHome() + "/" + kRegistryFolder;
+    if (!IsRegistryAsNew())
+        return;
+    RemoveOwnFile(strFolder + "/" + kRegistryFile, pReport);
+    std::error_code error;
+    std::filesystem::remove(strFolder, error); // stays when it is not empty
+}
+
 void RemoveConfigFolder(const std::string& strConfigFolder, Report* pReport)
 {
     RemoveOwnFile(strConfigFolder + "/" + kConfigFile, pReport);
@@ -147,8 +192,11 @@ void RemoveSettings(const std::string& strFolder, Report* pReport)
     }
 
     const std::string strMenuEntry = DataHome() + "/" + kMenuEntry;
-    if (const auto program = SettingIn(strMenuEntry, "TryExec"); program && NamesClientIn(*program, strFolder))
+    if (const auto program = SettingIn(strMenuEntry, "TryExec"); program && NamesClientIn(*program, strFolder)) {
         RemoveOwnFile(strMenuEntry, pReport);
+        std::error_code error;
+        std::filesystem::remove(std::filesystem::path(strMenuEntry).parent_path(), error); // stays when it is not empty
+    }
 
     const std::string strConfigFolder = ConfigHome() + "/" + kConfigFolder;
     const std::string strConfigFile = strConfigFolder + "/" + kConfigFile;
@@ -158,6 +206,7 @@ void RemoveSettings(const std::string& strFolder, Report* pReport)
     }
     RemoveConfigFolder(strConfigFolder, pReport);
     RemoveSettingsKeys(pReport);
+    RemoveEmptyRegistry(pReport);
 }
 
 } // namespace client

@@ -279,6 +279,12 @@ TEST(Uninstall, RemovesItsOwnSettingsAndNoOthers)
     EXPECT_FALSE(fs::exists(home.Config() / "Varnhal/client.conf"));
     EXPECT_EQ(ReadFile(home.Config() / "Varnhal/own.txt"), "mine");
     EXPECT_NE(outcome.strOutput.find("Kept " + (home.Config() / "Varnhal/own.txt").string()), std::string::npos);
+
+    EXPECT_TRUE(fs::exists(home.Config() / "registry")) << "others have something in it";
+    EXPECT_EQ(RegDeleteKeyA(HKEY_CURRENT_USER, "Software\\Dalvor"), ERROR_SUCCESS);
+    EXPECT_EQ(RegDeleteKeyA(HKEY_CURRENT_USER, "Software\\Other"), ERROR_SUCCESS);
+    client::RemoveSettings(home.Tesk().string(), &report);
+    EXPECT_FALSE(fs::exists(home.Config() / "registry")) << "nobody has";
 }
 
 } // namespace
