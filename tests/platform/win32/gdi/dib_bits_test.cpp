@@ -4,7 +4,9 @@
 
 #include <winbase.h>
 
+#include <algorithm>
 #include <cstring>
+#include <string>
 #include <vector>
 
 using test::Picture;
@@ -65,6 +67,33 @@ TEST(GdiDibBits, SetsWhatItGave)
             const Picture smaller("aa/aa");
             SetDIBits(smaller.dc(), smaller.bitmap(), 0, 3, rows.data(), &info, DIB_RGB_COLORS);
             EXPECT_EQ(smaller.Letters(), "RG/WY");
+        }
+    }
+}
+
+TEST(GdiDibBits, SetsSomeOfTheRows)
+{
+    const std::string rows[] = { "RGB", "WYC", "M.R" };
+    const Picture source("RGB/WYC/M.R");
+    for (const int height : { 3, -3 }) {
+        for (int start = 0; start < 3; start++) {
+            for (int lines = 1; lines <= 3; lines++) {
+                SCOPED_TRACE(testing::Message() << height << ' ' << start << ' ' << lines);
+                std::vector<BYTE> bits(3 * 12);
+                BITMAPINFO info = Info(3, height, 24);
+                const auto first = static_cast<UINT>(start);
+                const auto count = static_cast<UINT>(lines);
+                GetDIBits(source.dc(), source.bitmap(), first, count, bits.data(), &info, DIB_RGB_COLORS);
+                const Picture target("aaa/aaa/aaa");
+                EXPECT_EQ(SetDIBits(target.dc(), target.bitmap(), first, count, bits.data(), &info, DIB_RGB_COLORS),
+                          std::min(lines, 3 - start));
+                std::string expected;
+                for (int y = 0; y < 3; y++) {
+                    const int index = height < 0 ? y : 2 - y; // of the row, as it stands in the bits
+                    expected += (y ? "/" : "") + (index >= start && index < start + lines ? rows[y] : "aaa");
+                }
+                EXPECT_EQ(target.Letters(), expected);
+            }
         }
     }
 }

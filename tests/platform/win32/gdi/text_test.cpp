@@ -129,6 +129,18 @@ TEST(GdiText, MeasuresTheSumOfItsParts)
     EXPECT_EQ(Extent(picture.dc(), all.c_str()).cx, sum);
 }
 
+// What was measured is remembered, and forgotten when there is too much of it.
+TEST(GdiText, MeasuresManyLinesAsOne)
+{
+    const Picture picture(1, 1);
+    const SelectedFont font(picture.dc(), -13, FW_NORMAL, "Tahoma");
+    for (int i = 0; i < 4000; i++) {
+        const std::string text = std::to_string(i * 7919); // digits are of one width
+        ASSERT_EQ(Extent(picture.dc(), text.c_str()).cx, 8 * static_cast<int>(text.size())) << text;
+        ASSERT_EQ(Extent(picture.dc(), "Setup").cx, 37);
+    }
+}
+
 TEST(GdiText, DrawsWithinWhatItMeasured)
 {
     const char* const texts[] = { "Hxgy", kInstall, "Setup \xB0\xB2" };
