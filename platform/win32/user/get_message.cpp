@@ -32,7 +32,7 @@ std::optional<MSG> look(MessageQueue& queue, const MessageFilter& filter, UINT r
             return input.message;
         if (input.progress)
             continue; // what was handled may have sent and posted
-        const Taken paint = take_paint(queue, filter);
+        const Taken paint = take_paint(queue, filter, remove);
         if (paint.message)
             return paint.message;
         if (paint.progress)

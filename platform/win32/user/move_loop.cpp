@@ -63,9 +63,10 @@ void put(HWND window, int hit, RECT rect)
     const UINT message = hit == HTCAPTION ? WM_MOVING : WM_SIZING;
     const auto edge = static_cast<WPARAM>(hit == HTCAPTION ? 0 : hit - HTLEFT + 1);
     SendMessageA(window, message, edge, reinterpret_cast<LPARAM>(&rect));
-    place_window(
-        { window, nullptr, rect.left, rect.top, width_of(rect), height_of(rect), SWP_NOZORDER | SWP_NOACTIVATE },
-        MovedBy::program);
+    const UINT stays = hit == HTCAPTION ? SWP_NOSIZE : 0;
+    place_window({ window, nullptr, rect.left, rect.top, width_of(rect), height_of(rect),
+                   SWP_NOZORDER | SWP_NOACTIVATE | stays },
+                 MovedBy::program);
 }
 
 // A move without the button tells of a release that was lost.

@@ -232,7 +232,7 @@ void uncover(Window& parent, const RECT& area, Locked lock)
     invalidate(parent, WindowRegion(area), RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN, lock);
 }
 
-Taken take_paint(MessageQueue& queue, const MessageFilter& filter)
+Taken take_paint(MessageQueue& queue, const MessageFilter& filter, UINT remove)
 {
     if (!queue.take_paint_wish())
         return {};
@@ -254,7 +254,8 @@ Taken take_paint(MessageQueue& queue, const MessageFilter& filter)
         send_frame_paint(window);
         return { std::nullopt, true };
     }
-    found->paint_asked = false;
+    if (remove & PM_REMOVE)
+        found->paint_asked = false;
     return { MSG{ window, WM_PAINT, 0, 0, GetTickCount(), {} }, true };
 }
 

@@ -14,7 +14,7 @@ void invalidate_all(Window& window, Locked);
 void uncover(Window& parent, const RECT& area, Locked);
 
 // A WM_PAINT for a window of the thread. Frames that must be painted are sent WM_NCPAINT on the way.
-Taken take_paint(MessageQueue& queue, const MessageFilter& filter);
+Taken take_paint(MessageQueue& queue, const MessageFilter& filter, UINT remove);
 
 // Paints the window and what lies in it now. On the window's thread.
 void paint_now(HWND window);

@@ -198,10 +198,18 @@ bool is_size_bounded(DWORD style)
     return (style & WS_THICKFRAME) || !(style & (WS_POPUP | WS_CHILD));
 }
 
+MONITORINFO monitor_of_window(HWND window)
+{
+    MONITORINFO info{};
+    info.cbSize = sizeof(info);
+    GetMonitorInfoA(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &info);
+    return info;
+}
+
 MINMAXINFO ask_size_limits(HWND window)
 {
-    RECT work{};
-    SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0);
+    const MONITORINFO monitor = monitor_of_window(window);
+    const RECT work = moved(monitor.rcWork, { -monitor.rcMonitor.left, -monitor.rcMonitor.top });
     const LONG border = frame_thickness(static_cast<DWORD>(GetWindowLongA(window, GWL_STYLE)), 0, false).left;
     MINMAXINFO limits{};
     limits.ptMaxPosition = { work.left - border, work.top - border };

@@ -11,7 +11,10 @@ RECT frame_thickness(DWORD style, DWORD ex_style, bool menu);
 
 // Whether WM_GETMINMAXINFO bounds the window's size.
 bool is_size_bounded(DWORD style);
-// What WM_GETMINMAXINFO answers: where a maximised window goes and how small and large it may be.
+// The monitor that shows most of it, or the nearest one.
+MONITORINFO monitor_of_window(HWND window);
+// What WM_GETMINMAXINFO answers: where on its monitor the window goes when it is maximised, counted from the monitor's
+// corner, and how small and large it may be.
 MINMAXINFO ask_size_limits(HWND window);
 
 // The client area, relative to the window, that WM_NCCALCSIZE without old rectangles gives for `rect`.

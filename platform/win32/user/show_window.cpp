@@ -10,9 +10,11 @@ namespace {
 
 RECT maximised_rect(HWND window)
 {
+    const POINT corner = top_left(monitor_of_window(window).rcMonitor);
     const MINMAXINFO limits = ask_size_limits(window);
-    return { limits.ptMaxPosition.x, limits.ptMaxPosition.y, limits.ptMaxPosition.x + limits.ptMaxSize.x,
-             limits.ptMaxPosition.y + limits.ptMaxSize.y };
+    const RECT on_monitor{ limits.ptMaxPosition.x, limits.ptMaxPosition.y, limits.ptMaxPosition.x + limits.ptMaxSize.x,
+                           limits.ptMaxPosition.y + limits.ptMaxSize.y };
+    return moved(on_monitor, corner);
 }
 
 // The style bits of a state; a minimised window remembers that it was maximised.

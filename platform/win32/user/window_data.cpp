@@ -367,7 +367,7 @@ BOOL IsIconic(HWND window)
 
 BOOL IsZoomed(HWND window)
 {
-    return has_style(window, WS_MAXIMIZE);
+    return has_style(window, WS_MAXIMIZE) && !has_style(window, WS_MINIMIZE);
 }
 
 BOOL EnableWindow(HWND window, BOOL enable)

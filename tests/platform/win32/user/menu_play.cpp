@@ -90,7 +90,7 @@ void MenuTest::do_word(const std::string& word)
         RECT popup{};
         GetWindowRect(open_popups().front(), &popup);
         screen_->move_pointer({ popup.left + 10, popup.top + 1 });
-    } else if (colon == std::string::npos) {
+    } else if (colon == std::string::npos || verb == "at") {
         person.act(word);
     } else {
         point_at(word.substr(colon + 1));

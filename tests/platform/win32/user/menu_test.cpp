@@ -185,5 +185,129 @@ TEST_F(Menus, AreShownOneAtATime)
     EXPECT_FALSE(EndMenu());
 }
 
+struct PlaceCase {
+    const char* why;
+    UINT flags;
+    POINT at;
+    POINT expected; // the corner, of a menu of 200 x 106
+};
+
+TEST_F(Menus, StayWithinTheWorkArea)
+{
+    const PlaceCase kCases[] = {
+        { "at the point", TPM_LEFTALIGN, { 300, 300 }, { 300, 300 } },
+        { "aligned to its right", TPM_RIGHTALIGN, { 300, 300 }, { 100, 300 } },
+        { "its middle at the point", TPM_CENTERALIGN | TPM_VCENTERALIGN, { 300, 300 }, { 200, 247 } },
+        { "above the point", TPM_BOTTOMALIGN, { 300, 300 }, { 300, 194 } },
+        { "read from the right it lies left of the point", TPM_LAYOUTRTL, { 300, 300 }, { 100, 300 } },
+        { "and the other way round", TPM_LAYOUTRTL | TPM_RIGHTALIGN, { 300, 300 }, { 300, 300 } },
+        { "moved in from the right edge", TPM_LEFTALIGN, { 1000, 300 }, { 824, 300 } },
+        { "upward from the lower edge", TPM_LEFTALIGN, { 300, 700 }, { 300, 594 } },
+        { "in from the upper left", TPM_RIGHTALIGN | TPM_BOTTOMALIGN, { 50, 60 }, { 0, 30 } },
+        { "from outside of all monitors", TPM_LEFTALIGN, { -500, 5000 }, { 0, 634 } },
+    };
+    DestroyMenu(menu_);
+    menu_ = CreatePopupMenu();
+    AppendMenuA(menu_, MF_OWNERDRAW, 1, nullptr);
+    owner_.on(WM_MEASUREITEM, [](HWND, WPARAM, LPARAM item) {
+        reinterpret_cast<MEASUREITEMSTRUCT*>(item)->itemWidth = 200 - 50; // beside the two columns and the edges
+        reinterpret_cast<MEASUREITEMSTRUCT*>(item)->itemHeight = 100;
+        return TRUE;
+    });
+    screen_->set_monitors({ { { 0, 0, 1024, 768 }, { 0, 30, 1024, 740 }, true } });
+    for (const PlaceCase& c : kCases) {
+        SCOPED_TRACE(c.why);
+        RECT rect{};
+        owner_.on(WM_ENTERIDLE, [&](HWND, WPARAM, LPARAM window) {
+            GetWindowRect(reinterpret_cast<HWND>(window), &rect);
+            EndMenu();
+            return 0;
+        });
+        track(TPM_RETURNCMD | c.flags, c.at);
+        EXPECT_EQ(rect.right - rect.left, 200);
+        EXPECT_EQ(rect.bottom - rect.top, 106);
+        EXPECT_TRUE(rect.left == c.expected.x && rect.top == c.expected.y) << rect.left << ',' << rect.top;
+    }
+}
+
+TEST_F(Menus, ScrollWhenTheyAreHigherThanTheWorkArea)
+{
+    DestroyMenu(menu_);
+    menu_ = CreatePopupMenu();
+    for (UINT id = 1; id <= 90; id++)
+        AppendMenuA(menu_, MF_STRING, id, std::to_string(id).c_str());
+    RECT rect{};
+    owner_.on(WM_MENUSELECT, [&](HWND, WPARAM, LPARAM) {
+        if (const auto popups = open_popups(); !popups.empty())
+            GetWindowRect(popups.front(), &rect);
+        return 0;
+    });
+    play(owner_, "end up enter");
+    EXPECT_EQ(track(), 89);
+    EXPECT_EQ(rect.top, 0);
+    EXPECT_EQ(rect.bottom, 768);
+    play(owner_, "end at:170,750 click"); // the last item is seen at the lower edge
+    EXPECT_EQ(track(), 90);
+}
+
+TEST_F(Menus, LetTheirOwnerDraw)
+{
+    constexpr COLORREF kColours[] = { RGB(0, 200, 0), RGB(200, 0, 0) };
+    ModifyMenuA(menu_, 1, MF_BYCOMMAND | MF_OWNERDRAW | MF_CHECKED, 1, reinterpret_cast<LPCSTR>(77));
+    owner_.on(WM_MEASUREITEM, [](HWND, WPARAM, LPARAM item) {
+        EXPECT_EQ(reinterpret_cast<MEASUREITEMSTRUCT*>(item)->itemData, 77U);
+        reinterpret_cast<MEASUREITEMSTRUCT*>(item)->itemHeight = 40;
+        return TRUE;
+    });
+    owner_.on(WM_DRAWITEM, [&](HWND, WPARAM, LPARAM item) {
+        const auto& draw = *reinterpret_cast<DRAWITEMSTRUCT*>(item);
+        EXPECT_EQ(draw.itemID, 1U);
+        EXPECT_EQ(draw.itemData, 77U);
+        EXPECT_TRUE(draw.itemState & ODS_CHECKED);
+        const HBRUSH brush = CreateSolidBrush(kColours[draw.itemState & ODS_SELECTED]);
+        FillRect(draw.hDC, &draw.rcItem, brush);
+        DeleteObject(brush);
+        return TRUE;
+    });
+    std::vector<std::uint32_t> seen;
+    owner_.on(WM_ENTERIDLE, [&](HWND, WPARAM, LPARAM) {
+        seen.push_back(screen_->pixel_at({ 160, 160 }));
+        screen_->press_key(seen.size() < 2 ? VK_DOWN : VK_ESCAPE);
+        return 0;
+    });
+    EXPECT_FALSE(track());
+    EXPECT_EQ(seen, (std::vector<std::uint32_t>{ 0x00C800, 0xC80000 }));
+}
+
+TEST_F(Menus, AreMirroredWhenReadFromTheRight)
+{
+    win32::MemoryScreen::Picture pictures[2];
+    RECT rects[2];
+    for (const UINT mirrored : { 0U, 1U }) {
+        owner_.on(WM_ENTERIDLE, [&](HWND, WPARAM, LPARAM window) {
+            pictures[mirrored] = screen_->picture();
+            GetWindowRect(reinterpret_cast<HWND>(window), &rects[mirrored]);
+            EndMenu();
+            return 0;
+        });
+        track(TPM_RETURNCMD | (mirrored ? TPM_LAYOUTRTL : 0), { 500, 300 });
+    }
+    // The check mark's and the submenu arrow's columns change sides.
+    const auto ink = [&](int which, LONG first, LONG last) {
+        int pixels = 0;
+        for (LONG y = rects[which].top; y < rects[which].bottom; y++) {
+            for (LONG x = first; x < last; x++)
+                pixels += pictures[which].at(static_cast<int>(x), static_cast<int>(y)) == 0;
+        }
+        return pixels;
+    };
+    const RECT& left = rects[0];
+    const RECT& right = rects[1];
+    EXPECT_GT(ink(0, left.left + 2, left.left + 26), 10);
+    EXPECT_EQ(ink(0, left.left + 2, left.left + 26), ink(1, right.right - 26, right.right - 2));
+    EXPECT_GT(ink(0, left.right - 22, left.right - 2), 5);
+    EXPECT_EQ(ink(0, left.right - 22, left.right - 2), ink(1, right.left + 2, right.left + 22));
+}
+
 } // namespace
 } // namespace test

@@ -61,6 +61,12 @@ TEST_F(Messages, StayWhenTheyAreOnlyLookedAt)
     }
     EXPECT_EQ(next(), std::to_string(WM_USER));
     EXPECT_EQ(next(), "none");
+    const TestWindow window(journal_, {});
+    ShowWindow(window.get(), SW_SHOWNA);
+    run_queue();
+    RedrawWindow(window.get(), nullptr, nullptr, RDW_INTERNALPAINT);
+    EXPECT_TRUE(PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE));
+    EXPECT_EQ(next(), "PAINT");
 }
 
 TEST_F(Messages, AreNotAwaitedForAWindowThatIsNone)

@@ -284,5 +284,34 @@ TEST_F(Windows, MinimiseMaximiseAndComeBack)
     EXPECT_EQ(journal_.take(), (Entries{ "w SIZE", "w SIZE", "w SIZE", "w SIZE" }));
 }
 
+struct MonitorCase {
+    const char* why;
+    RECT place;
+    RECT maximised;
+};
+
+TEST_F(Windows, AreMaximisedOnTheirMonitor)
+{
+    const MonitorCase kCases[] = {
+        { "the primary one, beneath its panel", { 10, 40, 200, 200 }, { -4, 26, 804, 604 } },
+        { "the one that shows most of it", { 790, 40, 1000, 200 }, { 796, -4, 1804, 704 } },
+    };
+    screen_->set_monitors(
+        { { { 0, 0, 800, 600 }, { 0, 30, 800, 600 }, true }, { { 800, 0, 1800, 700 }, { 800, 0, 1800, 700 }, false } });
+    for (const MonitorCase& c : kCases) {
+        SCOPED_TRACE(c.why);
+        const TestWindow window(journal_, { .style = WS_OVERLAPPEDWINDOW, .rect = c.place });
+        ShowWindow(window.get(), SW_SHOWMAXIMIZED);
+        RECT rect{};
+        GetWindowRect(window.get(), &rect);
+        EXPECT_TRUE(EqualRect(&rect, &c.maximised))
+            << rect.left << ',' << rect.top << ',' << rect.right << ',' << rect.bottom;
+        ShowWindow(window.get(), SW_MINIMIZE);
+        EXPECT_FALSE(IsZoomed(window.get()));
+        ShowWindow(window.get(), SW_RESTORE);
+        EXPECT_TRUE(IsZoomed(window.get())); // back to what it was
+    }
+}
+
 } // namespace
 } // namespace test
