@@ -101,6 +101,15 @@ TEST_F(CaptionButtons, NoticeAReleaseThatNobodyTold)
     EXPECT_EQ(State(), "44") << "still over the button: who knows";
 }
 
+TEST_F(CaptionButtons, PresentTheStripAlone)
+{
+    m_pScreen->take_presented();
+    Do("close", kPlaces);
+    const auto presented = m_pScreen->take_presented();
+    ASSERT_EQ(presented.size(), 1U);
+    EXPECT_EQ(CRect(presented.front().damage), CRect(0, 0, 200, 22));
+}
+
 TEST_F(CaptionButtons, AreWhereTheMirrorPutsThem)
 {
     PelkGUI::GetGuiManager().m_bRightToLeft = TRUE;
