@@ -159,7 +159,7 @@ protected:
         };
         Press(c.bRightToLeft ? 290 : 110);
         Run();
-        const std::string strJournal = IsOpen() ? m_pWnd->TakeJournal() : "gone";
+        std::string strJournal = IsOpen() ? m_pWnd->TakeJournal() : "gone";
         EXPECT_TRUE(!IsOpen() || !m_pWnd->m_pSkinWindow || State()[1] == '0');
         return strJournal;
     }

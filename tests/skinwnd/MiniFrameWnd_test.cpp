@@ -195,13 +195,13 @@ TEST_F(GuiMiniFrame, SurvivesEndsInTheMiddle)
         { "the skin is replaced", [&] { ApplySkin(kSkin); } },
         { "the buttons go", [&] { m_pWnd->DeleteButtons(); } },
     };
-    for (const auto& [why, end] : kEnds) {
+    for (const auto& c : kEnds) {
         for (const char* pszWhen : { "paint", "hover", "command", "update", "changing" }) {
-            SCOPED_TRACE(why + " at " + pszWhen);
+            SCOPED_TRACE(c.first + " at " + pszWhen);
             OpenSkinned(kSkin, { "_7", "_8" });
             m_pWnd->m_mapHappens[pszWhen] = [&] {
                 m_pWnd->m_mapHappens.clear(); // once
-                end();
+                c.second();
             };
             for (const POINT pt : { POINT{ 284, 108 }, POINT{ 115, 135 }, POINT{ 250, 200 } }) {
                 m_pScreen->click(pt);
@@ -211,7 +211,7 @@ TEST_F(GuiMiniFrame, SurvivesEndsInTheMiddle)
                 Run();
             }
             IsOpen() ? m_pWnd->OnSkinChange() : (void)0;
-            EXPECT_EQ(IsOpen(), why != "the window goes");
+            EXPECT_EQ(IsOpen(), c.first != "the window goes");
             IsOpen() ? (void)m_pWnd->DestroyWindow() : (void)0;
         }
     }
