@@ -166,6 +166,8 @@ void open_menu_of_icon(HWND window, LPARAM lparam)
     const DWORD begin = GetTickCount();
     if (open_system_menu(window, OpenedBy::pointer) || GetTickCount() - begin > GetDoubleClickTime())
         return;
+    if (GetKeyState(VK_ESCAPE) & 0x8000)
+        return; // a quick key is no second press
     POINT point;
     GetCursorPos(&point);
     const LPARAM place = MAKELPARAM(static_cast<WORD>(point.x), static_cast<WORD>(point.y));
