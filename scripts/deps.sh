@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what building, testing and running need on Debian 12: the one list of packages. Only what is missing is
-# installed, as root or by sudo.   scripts/deps.sh [bench]   with the peers that the benches measure against
+# installed, as root or by sudo.   scripts/deps.sh [bench] [desktop]   with the peers that the benches measure against,
+# with the window managers that windows are tried on
 set -euo pipefail
 
 build=(
@@ -27,8 +28,19 @@ bench=(
     libtinyxml2-dev libpugixml-dev libboost-serialization-dev
 )
 
+desktop=(
+    openbox metacity i3-wm                      # window managers: two that stack, one that tiles
+    xfwm4 xfconf dbus-daemon                    # a third that stacks, and what it asks for its settings
+)
+
 wanted=("${build[@]}" "${test[@]}")
-[ "${1:-}" = bench ] && wanted+=("${bench[@]}")
+for list in "$@"; do
+    case $list in
+    bench) wanted+=("${bench[@]}") ;;
+    desktop) wanted+=("${desktop[@]}") ;;
+    *) echo "no such list: $list" >&2 && exit 1 ;;
+    esac
+done
 
 missing=()
 for package in "${wanted[@]}"; do

@@ -31,7 +31,7 @@ step_style() { scripts/format.sh --check; }
 step_release() { build_and_test release; }
 step_asan() { build_and_test asan; }
 step_tsan() { # the rooms where threads meet
-    build_and_test tsan test_platform_win32_{kernel,shell,screen,user,advapi,setupapi} test_platform_mfc test_setup
+    build_and_test tsan test_platform_win32_{kernel,shell,screen,user,comctl,advapi,setupapi} test_platform_mfc test_setup
 }
 
 # Builds all of ours with clang, too.
@@ -59,7 +59,10 @@ step_tidy() {
         xargs -n 4 -P "$(nproc)" clang-tidy -p build/release --quiet 2>/dev/null
 }
 
-step_desktop() { env -u DISPLAY scripts/run.sh; }
+step_desktop() {
+    env -u DISPLAY scripts/run.sh
+    scripts/desktop-windows.sh
+}
 
 scripts/deps.sh
 steps=("$@")

@@ -1,0 +1,119 @@
+// A desktop with a window of ours on it: an X server, a window manager, the program, xdotool as the hand on the mouse,
+// and a look at what the server really shows.
+#pragma once
+
+#include "tests/platform/win32/screen/x_server.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace test {
+
+struct Point {
+    int x;
+    int y;
+    bool operator==(const Point&) const = default;
+};
+struct Rect {
+    int left;
+    int top;
+    int width;
+    int height;
+    bool operator==(const Rect&) const = default;
+};
+std::ostream& operator<<(std::ostream& out, const Rect& rect);
+
+struct WindowManager {
+    const char* name; // of the test
+    std::vector<const char*> command;
+    bool there = true;  // false: none at all
+    bool places = true; // our windows lie where they want
+    bool minimises = true;
+    bool maximises = true; // by itself, or leaves it to us
+    bool shapes = true;
+    bool takes_alt_space = true; // for a menu of its own
+    bool overhangs = true;       // lets a window lie partly beyond the screen
+};
+void PrintTo(const WindowManager& manager, std::ostream* out);
+
+// A program with one window, and where the parts of the window are: from its left and upper edges, or from the right
+// and lower ones when negative.
+struct Face {
+    const char* name;
+    std::vector<const char*> command;
+    Point caption;
+    Point system;
+    Point minimise;
+    Point maximise;
+    Point close;
+    Point client; // of one colour around, and with a tool tip
+    Point cut;    // outside of the outline
+    Point last;   // of the client's colour, near the lower right end
+    std::uint32_t client_colour;
+    std::uint32_t active_colour; // of the caption at that place
+    std::uint32_t inactive_colour;
+    int overhang; // of a maximised window over each edge of the work area
+};
+
+class Desktop {
+public:
+    explicit Desktop(const WindowManager& manager);
+    ~Desktop();
+
+    // Starts the program and waits until its window is there, drawn and active.
+    void open(const Face& face);
+    bool shows(const Face& face) const; // drawn from end to end
+    XPerson& person() { return person_; }
+    void end_server() { server_.stop(); }
+    Program& program() { return program_; }
+    xcb_window_t window() const { return window_; }
+    std::string said() const; // what the program said
+
+    // xdotool, with the words of its command line.
+    void hand(const std::string& words);
+    void move_to(Point place);
+    void click(Point place);
+    void drag(Point from, int dx, int dy);
+
+    // What is true on the screen.
+    Point on_screen(Point place) const; // of a part of the window
+    Rect bounds() const { return bounds_of(window_); }
+    Rect bounds_of(xcb_window_t window) const;
+    bool is_viewable(xcb_window_t window) const;
+    std::uint32_t pixel(Point place) const { return pixel_on_screen(on_screen(place)); }
+    std::uint32_t pixel_on_screen(Point place) const;
+    xcb_window_t focus() const;
+    bool is_minimised() const;
+    Rect work_area() const;
+    // The program's windows that no window manager has to do with: menus and tips.
+    std::vector<xcb_window_t> popups() const;
+
+    xcb_window_t add_other_window(Rect place); // of another program
+    void cover(Rect place);                    // with a window that goes at `uncover`
+    void uncover();
+    void activate(xcb_window_t window);
+    int clicks_on(xcb_window_t window);
+
+    // Looks again and again until the condition holds; false after a deadline that only a broken desktop reaches.
+    bool sees(const std::function<bool()>& condition) const;
+
+private:
+    xcb_window_t create(Rect place, bool managed);
+    xcb_window_t find_window(xcb_window_t under, bool managed) const;
+    void collect_windows(xcb_window_t under, bool managed, std::vector<xcb_window_t>& found) const;
+    std::vector<std::uint32_t> numbers(xcb_window_t window, const char* property) const;
+    void take_events();
+
+    XServer server_;
+    XPerson person_;
+    Program manager_;
+    Program program_;
+    std::string said_path_;
+    xcb_window_t window_ = 0;
+    xcb_window_t cover_ = 0;
+    std::vector<xcb_window_t> clicked_;
+};
+
+} // namespace test

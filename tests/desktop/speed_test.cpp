@@ -1,0 +1,114 @@
+// What a window costs on a real desktop: while it is dragged, and while nothing happens.
+#include "tests/desktop/faces.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+#include <string>
+
+#include <dirent.h>
+#include <poll.h>
+#include <unistd.h>
+
+namespace test {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double milliseconds(Clock::duration time)
+{
+    return std::chrono::duration<double, std::milli>(time).count();
+}
+
+// Of all its threads: how often one of them went to sleep, so how often one was woken.
+long wakes_of(pid_t process)
+{
+    const std::string threads = "/proc/" + std::to_string(process) + "/task/";
+    DIR* const directory = ::opendir(threads.c_str());
+    long sum = 0;
+    while (const dirent* entry = ::readdir(directory)) {
+        std::ifstream status(threads + entry->d_name + "/status");
+        for (std::string line; std::getline(status, line);) {
+            if (line.rfind("voluntary_ctxt_switches:", 0) == 0)
+                sum += std::stol(line.substr(line.find(':') + 1));
+        }
+    }
+    ::closedir(directory);
+    return sum;
+}
+
+// Milliseconds of processor time.
+double work_of(pid_t process)
+{
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+    std::string stat((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    std::istringstream fields(stat.substr(stat.rfind(')') + 1));
+    std::string skipped;
+    for (int i = 0; i < 11; i++)
+        fields >> skipped;
+    double user = 0;
+    double system = 0;
+    fields >> user >> system;
+    return (user + system) * 1000 / static_cast<double>(::sysconf(_SC_CLK_TCK));
+}
+
+class Speed : public testing::TestWithParam<WindowManager> {
+protected:
+    Speed() { desktop.open(kPlain); }
+    Desktop desktop{ GetParam() };
+};
+
+// Motions at a fixed rate; now and then a look at how far behind the window is.
+TEST_P(Speed, OfADragIsThatOfAThousandPointerEventsASecond)
+{
+    constexpr int kEvents = 2000;
+    constexpr auto kPeriod = std::chrono::milliseconds(1);
+    const Rect before = desktop.bounds();
+    const Point grip = desktop.on_screen(kPlain.caption);
+    XPerson& person = desktop.person();
+    const double work_before = work_of(desktop.program().process());
+    person.move_pointer(grip.x, grip.y);
+    person.press(1);
+    const auto offset = [](int i) { return i % 400 < 200 ? i % 400 : 400 - i % 400; };
+    const auto began = Clock::now();
+    for (int i = 1; i <= kEvents; i++) {
+        person.move_pointer(grip.x + offset(i), grip.y + offset(i) / 2);
+        while (Clock::now() < began + i * kPeriod)
+            ::poll(nullptr, 0, 0);
+    }
+    const auto sent = Clock::now();
+    const Rect last{ before.left + offset(kEvents), before.top + offset(kEvents) / 2, before.width, before.height };
+    EXPECT_TRUE(desktop.sees([&] { return desktop.bounds() == last; })) << desktop.bounds();
+    const auto caught_up = Clock::now();
+    person.release(1);
+    const double lag = milliseconds(caught_up - sent);
+    std::cout << GetParam().name << ": " << kEvents << " motions in " << milliseconds(sent - began)
+              << " ms, the window " << lag << " ms behind the last, processor time "
+              << work_of(desktop.program().process()) - work_before << " ms\n";
+    EXPECT_LT(lag, 100);
+    EXPECT_EQ(desktop.said(), "");
+}
+
+TEST_P(Speed, OfAnIdleWindowIsNone)
+{
+    constexpr int kIdle = 2000; // milliseconds
+    const pid_t process = desktop.program().process();
+    long before = -1;
+    // Once it has come to rest after the start.
+    EXPECT_TRUE(desktop.sees([&] {
+        const long last = std::exchange(before, wakes_of(process));
+        ::poll(nullptr, 0, 100);
+        return last == wakes_of(process);
+    }));
+    ::poll(nullptr, 0, kIdle);
+    EXPECT_EQ(wakes_of(process) - before, 0) << "in " << kIdle << " ms";
+}
+
+INSTANTIATE_TEST_SUITE_P(Managers, Speed, testing::Values(kManagers[0], kManagers[1]),
+                         [](const auto& each) { return std::string(each.param.name); });
+
+} // namespace
+} // namespace test
