@@ -70,23 +70,12 @@ std::shared_ptr<Bitmap> Bitmap::copy() const
     return bitmap;
 }
 
-Raster Bitmap::raster()
+void Bitmap::unpack()
 {
-    if (packed_.top) {
-        for (int y = 0; y < height_; y++)
-            keep_row(y);
-        packed_ = {};
-        reads_ = {};
-    }
-    return plain_pixels();
-}
-
-Raster Bitmap::plain_pixels() const
-{
-    if (order_ == Rows::top_down)
-        return { colour_.get(), mono_.get(), width_, height_, width_ };
-    return { colour_.get() + (height_ - 1) * std::ptrdiff_t{ width_ }, nullptr, width_, height_,
-             -std::ptrdiff_t{ width_ } };
+    for (int y = 0; y < height_; y++)
+        keep_row(y);
+    packed_ = {};
+    reads_ = {};
 }
 
 void Bitmap::keep_row(int y) const

@@ -50,9 +50,19 @@ public:
 
     // Whether all pixels are there in ordinary form, and those pixels.
     bool is_plain() const { return !packed_.top; }
-    Raster plain_pixels() const;
+    Raster plain_pixels() const
+    {
+        if (order_ == Rows::bottom_up)
+            return { last_row(), nullptr, width_, height_, -std::ptrdiff_t{ width_ } };
+        return { colour_.get(), mono_.get(), width_, height_, width_ };
+    }
     // All pixels, to be read and written; makes them ordinary first.
-    Raster raster();
+    Raster raster()
+    {
+        if (!is_plain())
+            unpack();
+        return plain_pixels();
+    }
     // The pixels of a row from x on, as Raster::read.
     void read(int x, int y, int count, std::uint32_t* out) const;
     // The pixels of a row if the bitmap has them in 32 bits; else null.
@@ -69,6 +79,8 @@ private:
 
     Bitmap(int width, int height) : GdiObject(kType), width_(width), height_(height) {}
     void keep_row(int y) const;
+    void unpack();
+    std::uint32_t* last_row() const { return colour_.get() + (height_ - 1) * std::ptrdiff_t{ width_ }; }
 
     const int width_;
     const int height_;

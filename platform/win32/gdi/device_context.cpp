@@ -64,7 +64,7 @@ Canvas DeviceContext::canvas()
     return { target_raster(), &effective_clip(), target_ };
 }
 
-const Region& DeviceContext::effective_clip()
+const Region& DeviceContext::fresh_clip()
 {
     RECT bounds{ 0, 0, width(), height() };
     if (target_) {

@@ -116,8 +116,8 @@ public:
     const Bitmap* source_bitmap() const { return target_ ? nullptr : state.bitmap.get(); }
     Raster target_raster();
 
-    // What may be drawn, in target coordinates.
-    const Region& effective_clip();
+    // What may be drawn, in target coordinates. A bitmap's size changes with what is selected alone.
+    const Region& effective_clip() { return clip_is_fresh_ && is_memory() ? clip_ : fresh_clip(); }
     // To be called when state.clip, state.bitmap or the layout changed.
     void clip_changed() { clip_is_fresh_ = false; }
 
@@ -131,6 +131,8 @@ public:
     DrawState state;
 
 private:
+    const Region& fresh_clip();
+
     DrawTarget* target_ = nullptr;
     POINT origin_{};
     SIZE size_{};
