@@ -2,6 +2,7 @@
 
 #include "platform/win32/user/paint.h"
 #include "platform/win32/user/placement.h"
+#include "platform/win32/user/system_menu.h"
 #include "platform/win32/user/window.h"
 
 #include <algorithm>
@@ -36,7 +37,7 @@ void place_boxes(Frame& frame, const Window& window)
     const LONG width = height + 2;
     RECT place{ frame.caption.right - kBoxMargin - width, frame.caption.top + kBoxMargin,
                 frame.caption.right - kBoxMargin, frame.caption.top + kBoxMargin + height };
-    frame.boxes[0] = { HTCLOSE, place, !(window.window_class->info.style & CS_NOCLOSE) };
+    frame.boxes[0] = { HTCLOSE, place, true };
     if ((window.style & (WS_MINIMIZEBOX | WS_MAXIMIZEBOX)) && !frame.small) {
         place = moved(place, { -width - kBoxMargin, 0 });
         frame.boxes[1] = { HTMAXBUTTON, place, (window.style & WS_MAXIMIZEBOX) != 0 };
@@ -91,6 +92,7 @@ Frame frame_of(HWND handle)
     const WindowPtr window = find_window(handle);
     if (!window)
         return frame;
+    const bool closable = may_close(handle);
     const WindowLock lock = lock_windows();
     frame.window = window_on_screen(*window, lock);
     frame.client = client_on_screen(*window, lock);
@@ -104,6 +106,7 @@ Frame frame_of(HWND handle)
     frame.pressed_box = window->pressed_box;
     if (frame.captioned)
         fill_caption(frame, *window, thick.left, thick.top);
+    frame.boxes[0].enabled = frame.boxes[0].enabled && closable;
     return frame;
 }
 

@@ -164,7 +164,9 @@ WPARAM command_of_box(HWND window, int hit)
 void open_menu_of_icon(HWND window, LPARAM lparam)
 {
     const DWORD begin = GetTickCount();
-    if (open_system_menu(window, OpenedBy::pointer) || GetTickCount() - begin > GetDoubleClickTime())
+    const bool chosen = open_system_menu(window, OpenedBy::pointer);
+    const bool pressed = (GetKeyState(VK_LBUTTON) & 0x8000) != 0;
+    if (chosen || !pressed || GetTickCount() - begin > GetDoubleClickTime())
         return;
     if (GetKeyState(VK_ESCAPE) & 0x8000)
         return; // a quick key is no second press
@@ -242,7 +244,7 @@ void press_system_key(HWND window, WPARAM key)
     const HWND top = GetAncestor(window, GA_ROOT);
     if (!(GetKeyState(VK_MENU) & 0x8000))
         return;
-    if (key == VK_F4)
+    if (key == VK_F4 && may_close(top))
         PostMessageA(top, WM_SYSCOMMAND, SC_CLOSE, 0);
     else if (key == VK_SPACE)
         PostMessageA(top, WM_SYSCOMMAND, SC_KEYMENU, VK_SPACE);

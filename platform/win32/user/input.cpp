@@ -6,6 +6,7 @@
 #include "platform/win32/user/menu_tracker.h"
 #include "platform/win32/user/order.h"
 #include "platform/win32/user/placement.h"
+#include "platform/win32/user/system_menu.h"
 #include "platform/win32/user/window.h"
 #include "winbase.h"
 
@@ -286,7 +287,7 @@ void handle_event(InputState& input, const MessageQueue::WindowEvent& incoming)
         lose_activation(window);
         break;
     case EventKind::close_request:
-        if (IsWindowEnabled(window))
+        if (IsWindowEnabled(window) && may_close(window))
             PostMessageA(window, WM_SYSCOMMAND, SC_CLOSE, 0);
         break;
     case EventKind::disconnected:

@@ -6,6 +6,7 @@
 #include "winbase.h"
 #include "winnls.h"
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -109,6 +110,24 @@ void update_system_menu(HWND handle)
                          { SC_SIZE, normal && (style & WS_THICKFRAME) },
                          { SC_MINIMIZE, !minimised && (style & WS_MINIMIZEBOX) },
                          { SC_MAXIMIZE, !maximised && (style & WS_MAXIMIZEBOX) } });
+}
+
+bool may_close(HWND handle)
+{
+    const WindowPtr window = find_window(handle);
+    if (!window)
+        return false;
+    HMENU menu = nullptr;
+    bool closable = false;
+    {
+        const WindowLock lock = lock_windows();
+        menu = window->system_menu;
+        closable = !(window->window_class->info.style & CS_NOCLOSE);
+    }
+    const auto items = menu_items(menu);
+    return !items ? closable : std::any_of(items->begin(), items->end(), [](const MenuItem& item) {
+        return item.id == SC_CLOSE && item.is_enabled();
+    });
 }
 
 bool open_system_menu(HWND window, OpenedBy by)

@@ -133,7 +133,11 @@ TEST_F(Frames, TurnPressesAndKeysIntoCommands)
         { "Alt and Space", "hold:alt space leave:alt", SC_KEYMENU },
         { "Alt and F4", "hold:alt f4 leave:alt", SC_CLOSE },
         { "Space alone", "space", 0 },
+        { "a click on the icon, and away from its menu", "at:112,112 click look escape", 0 },
+        { "a second click on it", "at:112,112 click look click", SC_CLOSE },
+        { "a command of its menu", "at:112,112 click N", SC_MINIMIZE },
     };
+    const PlainIcon icon(RGB(255, 0, 0));
     for (const CommandCase& c : kCases) {
         SCOPED_TRACE(c.why);
         std::vector<WPARAM> commands;
@@ -143,12 +147,35 @@ TEST_F(Frames, TurnPressesAndKeysIntoCommands)
                 commands.push_back(command & 0xFFF0);
             return 0;
         });
+        SendMessageA(window.get(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon.get()));
         ShowWindow(window.get(), SW_SHOW);
         play(window, c.words);
         EXPECT_EQ(commands, c.expected ? std::vector{ c.expected } : std::vector<WPARAM>());
         screen_->move_pointer({ 900, 700 });
         run_queue();
     }
+}
+
+TEST_F(Frames, DoNotCloseWithoutTheMenusClose)
+{
+    std::vector<WPARAM> commands;
+    TestWindow window(journal_, { .style = WS_OVERLAPPEDWINDOW, .rect = kPlace });
+    window.on(WM_SYSCOMMAND, [&](HWND, WPARAM command, LPARAM) {
+        commands.push_back(command);
+        return 0;
+    });
+    ShowWindow(window.get(), SW_SHOW);
+    const auto try_to_close = [&] {
+        play(window, "at:285,110 click hold:alt f4 leave:alt");
+        screen_->request_close(surface_of(window.get()));
+        run_queue();
+        return std::exchange(commands, {});
+    };
+    EXPECT_EQ(try_to_close(), std::vector<WPARAM>(3, SC_CLOSE));
+    EnableMenuItem(GetSystemMenu(window.get(), FALSE), SC_CLOSE, MF_GRAYED);
+    EXPECT_EQ(try_to_close(), std::vector<WPARAM>());
+    DeleteMenu(GetSystemMenu(window.get(), FALSE), SC_CLOSE, MF_BYCOMMAND);
+    EXPECT_EQ(try_to_close(), std::vector<WPARAM>());
 }
 
 TEST_F(Frames, ShowABoxPressedWhileThePointerIsOnIt)
