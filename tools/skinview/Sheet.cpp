@@ -202,7 +202,7 @@ private:
     void AddColours()
     {
         m_page.Heading("Colours");
-        constexpr CSize kSwatch(64, 28);
+        static constexpr CSize kSwatch(64, 28);
         const PelkGUI::GuiInterface& store = PelkGUI::GetGuiInterface();
         std::vector<std::string> names;
         for (POSITION pos = store.m_mapColours.GetStartPosition(); pos;) {
@@ -214,7 +214,7 @@ private:
         std::sort(names.begin(), names.end());
         for (const std::string& strName : names) {
             const COLORREF crColour = store.GetColor(strName.c_str());
-            m_page.Cell(kSwatch, strName, [kSwatch, crColour](CDC& dc, CPoint pt) {
+            m_page.Cell(kSwatch, strName, [crColour](CDC& dc, CPoint pt) {
                 dc.FillSolidRect(pt.x, pt.y, kSwatch.cx, kSwatch.cy, RGB(150, 160, 164));
                 dc.FillSolidRect(pt.x + 1, pt.y + 1, kSwatch.cx - 2, kSwatch.cy - 2, crColour);
             });
@@ -237,14 +237,14 @@ private:
 
     void AddFont(const std::string& strName, const CFont& font)
     {
-        constexpr char kSample[] = "Pictures at an exhibition 0123456789";
+        static constexpr char kSample[] = "Pictures at an exhibition 0123456789";
         const HGDIOBJ hFont = font.GetSafeHandle();
         CDC dcMeasure;
         dcMeasure.CreateCompatibleDC(nullptr);
         const HGDIOBJ hOld = ::SelectObject(dcMeasure.GetSafeHdc(), hFont);
         const CSize size = dcMeasure.GetTextExtent(kSample, sizeof(kSample) - 1);
         ::SelectObject(dcMeasure.GetSafeHdc(), hOld);
-        m_page.Cell(size, strName, [hFont, kSample](CDC& dc, CPoint pt) {
+        m_page.Cell(size, strName, [hFont](CDC& dc, CPoint pt) {
             const HGDIOBJ hBefore = ::SelectObject(dc.GetSafeHdc(), hFont);
             dc.SetTextColor(RGB(31, 50, 57));
             dc.TextOut(pt.x, pt.y, kSample, sizeof(kSample) - 1);

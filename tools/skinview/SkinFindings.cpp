@@ -57,11 +57,10 @@ namespace {
 // The element's name and the attribute that tells it from its like.
 std::string LabelOf(const OvXMLElement* pElement)
 {
-    const CString strName = pElement->GetName();
-    const std::string strLabel = static_cast<const char*>(strName);
+    std::string strLabel(pElement->GetName());
     for (const char* pszKey : { "name", "id", "window", "target" }) {
         if (const std::string strKey = Written(pElement, pszKey); !strKey.empty())
-            return strLabel + " \"" + strKey + "\"";
+            return strLabel.append(" \"").append(strKey).append("\"");
     }
     return strLabel;
 }

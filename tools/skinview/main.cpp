@@ -115,5 +115,7 @@ int Run(const std::vector<std::string>& arguments)
 
 int main(int argc, char** argv)
 {
-    return Run({ argv + 1, argv + argc });
+    const int nExitCode = Run({ argv + 1, argv + argc });
+    std::cout.flush();
+    ::ExitProcess(static_cast<UINT>(nExitCode)); // here and now, as every program of ours ends
 }

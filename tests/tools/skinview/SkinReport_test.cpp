@@ -254,7 +254,7 @@ TEST(SkinReport, AgreesWithTheLoaderOnDamagedSkins)
     std::mt19937 random(7);
     int nKept = 0;
     int nGone = 0;
-    for (int i = 0; i < 400; i++) {
+    for (int i = 0; i < 150; i++) {
         std::string strText = strWhole;
         for (int nDamage = static_cast<int>(random() % 3); nDamage >= 0; nDamage--) {
             const size_t nAt = random() % strText.size();
@@ -279,8 +279,8 @@ TEST(SkinReport, AgreesWithTheLoaderOnDamagedSkins)
         (windows.empty() ? nGone : nKept)++;
         EXPECT_TRUE(!windows.empty() || report.Count(Weight::Fails) > 0) << "there is a reason for having none";
     }
-    EXPECT_GT(nKept, 50);
-    EXPECT_GT(nGone, 50);
+    EXPECT_GT(nKept, 20);
+    EXPECT_GT(nGone, 20);
 }
 
 TEST(SkinReport, HasNothingAgainstOurOwnSkins)
