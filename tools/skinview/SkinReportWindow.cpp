@@ -2,8 +2,9 @@
 #include "tools/skinview/SkinFindings.h"
 
 #include <algorithm>
-#include <array>
 #include <set>
+#include <unordered_map>
+#include <utility>
 
 #include "skin/SkinFormat.h"
 #include "skin/SkinText.h"
@@ -30,18 +31,45 @@ struct Piece {
     CRect rc;
 };
 
-const Piece* FindPiece(const std::vector<Piece>& pieces, std::string_view name)
-{
-    const auto found =
-        std::find_if(pieces.begin(), pieces.end(), [&](const Piece& p) { return p.nIndex < 0 && p.strName == name; });
-    return found == pieces.end() ? nullptr : &*found;
-}
+// Pieces by name or index, in the order in which they came.
+class Pieces {
+public:
+    // Null: there is none. Only named ones have a name here.
+    const Piece* Find(std::string_view name) const
+    {
+        const auto found = m_named.find(std::string(name));
+        return found == m_named.end() ? nullptr : &m_all[found->second];
+    }
+    const Piece* At(int nIndex) const
+    {
+        const auto found = m_indexed.find(nIndex);
+        return found == m_indexed.end() ? nullptr : &m_all[found->second];
+    }
+    // Gives the element of the piece in whose place this one comes; null: there was none.
+    const OvXMLElement* Store(const Piece& piece)
+    {
+        const auto [pPlace, bNew] =
+            piece.nIndex >= 0 ? Emplace(m_indexed, piece.nIndex) : Emplace(m_named, piece.strName);
+        if (!bNew)
+            return std::exchange(m_all[*pPlace], piece).pElement;
+        m_all.push_back(piece);
+        return nullptr;
+    }
+    auto begin() const { return m_all.begin(); }
+    auto end() const { return m_all.end(); }
 
-const Piece* FindIndex(const std::vector<Piece>& pieces, int nIndex)
-{
-    const auto found = std::find_if(pieces.begin(), pieces.end(), [&](const Piece& p) { return p.nIndex == nIndex; });
-    return found == pieces.end() ? nullptr : &*found;
-}
+private:
+    template <class Map>
+    std::pair<const size_t*, bool> Emplace(Map& map, const typename Map::key_type& key)
+    {
+        const auto [place, bNew] = map.emplace(key, m_all.size());
+        return { &place->second, bNew };
+    }
+
+    std::vector<Piece> m_all;
+    std::unordered_map<std::string, size_t> m_named;
+    std::unordered_map<int, size_t> m_indexed;
+};
 
 // How many letters have to be put in, taken out or changed, ignoring case.
 size_t Distance(std::string_view from, std::string_view to)
@@ -143,11 +171,10 @@ private:
         if (m_targets.empty())
             m_findings.Add(Weight::Noted, m_pWindowSkin, "", "it has no target: no window finds it");
         std::vector<std::string>& windows = m_findings.m_report.windows;
-        const size_t nBefore = windows.size();
+        const std::set<std::string> before(windows.begin(), windows.end());
         for (const OvXMLElement* const pTarget : m_targets) {
             const std::string strWindow = Written(pTarget, "window");
-            if (std::find(windows.begin(), windows.begin() + static_cast<std::ptrdiff_t>(nBefore), strWindow) !=
-                windows.begin() + static_cast<std::ptrdiff_t>(nBefore))
+            if (before.contains(strWindow))
                 m_findings.Add(Weight::Skipped, pTarget, "window",
                                "an earlier window skin has the name and is the one found");
             windows.push_back(strWindow);
@@ -217,7 +244,7 @@ private:
 
     template <size_t nCount>
     void TakePieces(const OvXMLElement* pSection, const ElementRule& rule, const char* const (&names)[nCount],
-                    std::vector<Piece>& pieces)
+                    Pieces& pieces)
     {
         for (const OvXMLElement* const pChild : ChildrenOf(pSection)) {
             if (!Is(pChild, rule.pszName))
@@ -236,19 +263,9 @@ private:
                 continue;
             }
             piece.nIndex = PelkGUI::FindName(names, piece.strName.c_str());
-            Store(pieces, piece);
+            if (const OvXMLElement* const pReplaced = pieces.Store(piece))
+                m_findings.Add(Weight::Skipped, pReplaced, "", "a later one of the same name replaces it");
         }
-    }
-
-    void Store(std::vector<Piece>& pieces, const Piece& piece)
-    {
-        const Piece* const pBefore =
-            piece.nIndex >= 0 ? FindIndex(pieces, piece.nIndex) : FindPiece(pieces, piece.strName);
-        if (pBefore) {
-            m_findings.Add(Weight::Skipped, pBefore->pElement, "", "a later one of the same name replaces it");
-            pieces.erase(pieces.begin() + (pBefore - pieces.data()));
-        }
-        pieces.push_back(piece);
     }
 
     // The attribute that gave the piece its place.
@@ -284,13 +301,13 @@ private:
         const bool bLook =
             nDot != std::string::npos && std::any_of(std::begin(kLooks), std::end(kLooks),
                                                      [&](const Look& look) { return look.name == name.substr(nDot); });
-        if (bLook && !FindPiece(m_anchors, name.substr(0, nDot)))
+        if (bLook && !m_anchors.Find(name.substr(0, nDot)))
             m_findings.Add(Weight::Noted, part.pElement, "name",
                            "there is no anchor \"" + part.strName.substr(0, nDot) + "\": the button has no place");
         else if (!bLook && nDot != std::string::npos && name.starts_with('_'))
             m_findings.Add(Weight::Noted, part.pElement, "name",
                            "a button's looks are .Up, .Hover, .Down, .Checked, .Disabled and .Other; case counts");
-        else if (!bLook && !IsLookedUp(name) && !FindPiece(m_anchors, name))
+        else if (!bLook && !IsLookedUp(name) && !m_anchors.Find(name))
             AddUnknownName(part, Nearest(PelkGUI::kFramePartNames, name),
                            "no part of the frame, and no anchor has the name");
     }
@@ -317,7 +334,7 @@ private:
             CheckButton(anchor);
         else if (name == "Mirror" || name == "MirrorFull")
             CheckMirror(anchor);
-        else if (anchor.nIndex < 0 && !IsLookedUp(name) && !FindPiece(m_parts, name)) {
+        else if (anchor.nIndex < 0 && !IsLookedUp(name) && !m_parts.Find(name)) {
             if (const char* const pszNearest = Nearest(PelkGUI::kCaptionAnchorNames, name))
                 AddUnknownName(anchor, pszNearest, "no anchor of the caption");
         }
@@ -339,7 +356,7 @@ private:
                            "no \"command\" has the name \"" + strCommand + "\": the button sends command 1");
         std::string strMissing;
         for (const Look& look : kLooks) {
-            if (look.pszMissing && !FindPiece(m_parts, anchor.strName + std::string(look.name)))
+            if (look.pszMissing && !m_parts.Find(anchor.strName + std::string(look.name)))
                 strMissing += (strMissing.empty() ? "" : ", ") + std::string(look.name) + " " + look.pszMissing;
         }
         if (!strMissing.empty())
@@ -360,7 +377,7 @@ private:
         const int nFirst = 33 + 3 * anchor.nIndex; // at rest; hovered and pressed follow
         std::string strMissing;
         for (int nPart = nFirst; nPart < nFirst + 3; nPart++) {
-            if (!FindIndex(m_parts, nPart))
+            if (!m_parts.At(nPart))
                 strMissing += (strMissing.empty() ? "\"" : ", \"") + FrameName(nPart) + "\"";
         }
         if (!strMissing.empty())
@@ -373,15 +390,15 @@ private:
     {
         for (const Piece& part : m_parts) {
             const int nButton = (part.nIndex - 33) / 3;
-            if (part.nIndex >= 36 && !FindIndex(m_anchors, nButton))
+            if (part.nIndex >= 36 && !m_anchors.At(nButton))
                 m_findings.Add(Weight::Skipped, part.pElement, "",
                                "there is no anchor \"" + std::string(PelkGUI::kCaptionAnchorNames[nButton]) +
                                    "\": the button is not drawn");
             else if (part.nIndex >= 0)
                 CheckOrnament(part);
         }
-        const Piece* const pTop = FindIndex(m_parts, FramePart("CTop"));
-        const Piece* const pBottom = FindIndex(m_parts, FramePart("CBottom"));
+        const Piece* const pTop = m_parts.At(FramePart("CTop"));
+        const Piece* const pBottom = m_parts.At(FramePart("CBottom"));
         if (pBottom && IsStretched(pBottom) != (pTop && IsStretched(pTop)))
             m_findings.Add(Weight::Skipped, pBottom->pElement, "mode",
                            "\"CBottom\" fills its run by the mode of \"CTop\"");
@@ -397,7 +414,7 @@ private:
         if (!strName.ends_with(kMiddle) || strName == "CBottomMiddle")
             return;
         const std::string strEdge = strName.substr(0, strName.size() - kMiddle.size());
-        if (!FindIndex(m_parts, FramePart(strEdge)))
+        if (!m_parts.At(FramePart(strEdge)))
             m_findings.Add(Weight::Skipped, part.pElement, "",
                            "there is no part \"" + strEdge + "\", with which it would be drawn");
     }
@@ -477,8 +494,8 @@ private:
     CSize m_sizeImage;
     CRect m_rcScratch{ 0, 0, 0, 0 }; // one for parts and anchors, as the loader's
     std::vector<const OvXMLElement*> m_targets;
-    std::vector<Piece> m_parts;
-    std::vector<Piece> m_anchors;
+    Pieces m_parts;
+    Pieces m_anchors;
 };
 
 } // namespace

@@ -94,9 +94,10 @@ public:
 
     int Write(const Picture& picture)
     {
-        if (Save(picture, m_options.strPicture))
+        if (!picture.pixels.empty() && Save(picture, m_options.strPicture))
             return kDone;
-        m_out << m_options.strPicture << ": cannot be written" << std::endl;
+        m_out << m_options.strPicture
+              << (picture.pixels.empty() ? ": would be too large a picture" : ": cannot be written") << std::endl;
         return kNotWritten;
     }
 

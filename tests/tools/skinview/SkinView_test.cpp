@@ -75,6 +75,15 @@ TEST(SkinView, EndsWithItsExitCodes)
     WriteFile(dir / "empty.xml", "");
     WriteFile(dir / "noimage.xml", "<?xml version=\"1.0\"?><skin><windowSkins><windowSkin><image path=\"no.bmp\"/>"
                                    "<target window=\"W\"/></windowSkin></windowSkins></skin>");
+    std::string strParts;
+    for (int i = 0; i < 70000; i++)
+        strParts += "<part name=\"p" + std::to_string(i) + "\" rect=\"0,0,1,1\"/>";
+    fs::copy_file(fs::path(GALLERY_DIR) / "gallery.bmp", dir / "gallery.bmp");
+    WriteFile(
+        dir / "huge.xml",
+        "<?xml version=\"1.0\"?><skin><windowSkins><windowSkin><image path=\"gallery.bmp\"/><target window=\"W\"/>"
+        "<parts>" +
+            strParts + "</parts></windowSkin></windowSkins></skin>");
     struct {
         const char* why;
         fs::path skin;
@@ -95,6 +104,7 @@ TEST(SkinView, EndsWithItsExitCodes)
         { "another window", kGallery, { "--shot", strPicture, "--window", "gallery" }, kNoSkin },
         { "a button that is not there", kGallery, { "--shot", strPicture, "--hover", "_None" }, kUsage },
         { "a picture that cannot be", kGallery, { "--shot", dir / "none/picture.png" }, kNotWritten },
+        { "a sheet larger than a bitmap can be", dir / "huge.xml", { "--sheet", strPicture }, kNotWritten },
         { "a large window", kGallery, { "--shot", strPicture, "--size", "1400x900" }, kDone },
         { "a window smaller than its frame", kGallery, { "--shot", strPicture, "--size", "1x1" }, kDone },
     };
