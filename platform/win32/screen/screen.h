@@ -95,14 +95,15 @@ class Screen {
 public:
     virtual ~Screen() = default;
 
-    // A hidden surface; its pixels are black. 0 if the display refuses. An extent beyond 32767 pixels is cut to that,
-    // one of 0 or less is 0, here and in `place`; a surface without extent is not on the display, even while it is
-    // shown.
+    // A hidden surface; its pixels are black. 0 if the display refuses, or for more than 2^28 pixels. An extent beyond
+    // 32767 pixels is cut to that, one of 0 or less is 0, here and in `place`; a surface without extent is not on the
+    // display, even while it is shown.
     virtual SurfaceId create(const RECT& bounds, const SurfaceTraits& traits) = 0;
     virtual void destroy(SurfaceId surface) = 0;
     virtual void set_traits(SurfaceId surface, const SurfaceTraits& traits) = 0;
     virtual void show(SurfaceId surface, bool visible, bool activate) = 0;
-    // Moves and sizes. Pixels that stay keep their content (top left corner fixed), new ones are black.
+    // Moves and sizes. Pixels that stay keep their content (top left corner fixed), new ones are black. A surface of
+    // more than 2^28 pixels keeps those that it had.
     virtual void place(SurfaceId surface, const RECT& bounds) = 0;
     // A wish: what the desktop makes of it comes back as `state` and, when the rectangle changed, `placed`.
     virtual void set_state(SurfaceId surface, SurfaceState state) = 0;
