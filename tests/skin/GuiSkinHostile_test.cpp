@@ -51,7 +51,7 @@ string Repeated(int nTimes, const char* pszBefore, const char* pszBehind)
 
 string WindowSkin(const string& strChildren)
 {
-    return "<windowSkins><windowSkin><image res=\"200\"/>" + strChildren + "</windowSkin></windowSkins>";
+    return "<windowSkins><windowSkin><image res='200'/>" + strChildren + "</windowSkin></windowSkins>";
 }
 
 // What the loaded skin is asked for: a number that stands for it.
@@ -98,32 +98,29 @@ struct HostileCase {
 TEST(GuiSkinHostile, LoadsInTimeAndLeavesNothing)
 {
     const HostileCase kCases[] = {
-        { "4 MB of parts",
-          WindowSkin("<parts>" + Repeated(100000, "<part name=\"p", "\" rect=\"1,2,3,4\"/>") + "</parts>"), TRUE, Parts,
-          100000 },
+        { "4 MB of parts", WindowSkin("<parts>" + Repeated(100000, "<part name='p", "' rect='1,2,3,4'/>") + "</parts>"),
+          TRUE, Parts, 100000 },
         { "parts of one name",
-          WindowSkin("<parts>" + Repeated(100000, "<part name=\"p\" rect=\"", ",2,3,4\"/>") + "</parts>"), TRUE, Parts,
-          1 },
-        { "a million targets", WindowSkin(Repeated(1000000, "<target window=\"w", "\"/>")), TRUE, HasLastTarget, 1 },
-        { "a thousand images", WindowSkin(Repeated(1000, "<image res=\"200\" x=\"", "\"/>")), TRUE, Windows, 1 },
-        { "and one that is missing behind them",
-          WindowSkin(Repeated(1000, "<image res=\"200\" x=\"", "\"/>") + "<image/>"), TRUE, Windows, 0 },
+          WindowSkin("<parts>" + Repeated(100000, "<part name='p' rect='", ",2,3,4'/>") + "</parts>"), TRUE, Parts, 1 },
+        { "a million targets", WindowSkin(Repeated(1000000, "<target window='w", "'/>")), TRUE, HasLastTarget, 1 },
+        { "a thousand images", WindowSkin(Repeated(1000, "<image res='200' x='", "'/>")), TRUE, Windows, 1 },
+        { "and one that is missing behind them", WindowSkin(Repeated(1000, "<image res='200' x='", "'/>") + "<image/>"),
+          TRUE, Windows, 0 },
         { "a thousand captions with fonts",
-          WindowSkin(Repeated(1000, "<caption rect=\"0,0,1,1\" fontFace=\"Arial\" fontSize=\"", "pt\"/>")), TRUE,
-          Windows, 1 },
-        { "a thousand regions", WindowSkin(Repeated(1000, "<region a=\"", "\"><shape/></region>")), TRUE, Windows, 1 },
+          WindowSkin(Repeated(1000, "<caption rect='0,0,1,1' fontFace='Arial' fontSize='", "pt'/>")), TRUE, Windows,
+          1 },
+        { "a thousand regions", WindowSkin(Repeated(1000, "<region a='", "'><shape/></region>")), TRUE, Windows, 1 },
         { "a hundred thousand strings",
-          "<strings>" + Repeated(100000, "<string id=\"", "\" value=\"a\\nb\"/>") + "</strings>", TRUE, Strings,
+          "<strings>" + Repeated(100000, "<string id='", "' value='a\\nb'/>") + "</strings>", TRUE, Strings,
           99999 }, // 0 is none
         { "one value of a million line feeds",
-          "<strings><string id=\"1\" value=\"" + Repeated(1000000, "\\n", "") + "\"/></strings>", TRUE, Strings, 1 },
-        { "a font as high as can be", "<fonts><font name=\"F\" size=\"2147483647\"/></fonts>", TRUE, FontHeight, 1165 },
-        { "a cell as high", "<fonts><font name=\"F\" ltype=\"lfont\" size=\"2147483647\"/></fonts>", TRUE, FontHeight,
-          1000 },
-        { "and as low, which means an em", "<fonts><font name=\"F\" ltype=\"lfont\" size=\"0x80000000\"/></fonts>",
-          TRUE, FontHeight, 1165 },
+          "<strings><string id='1' value='" + Repeated(1000000, "\\n", "") + "'/></strings>", TRUE, Strings, 1 },
+        { "a font as high as can be", "<fonts><font name='F' size='2147483647'/></fonts>", TRUE, FontHeight, 1165 },
+        { "a cell as high", "<fonts><font name='F' ltype='lfont' size='2147483647'/></fonts>", TRUE, FontHeight, 1000 },
+        { "and as low, which means an em", "<fonts><font name='F' ltype='lfont' size='0x80000000'/></fonts>", TRUE,
+          FontHeight, 1165 },
         { "a failure behind much",
-          "<strings>" + Repeated(1000, "<string id=\"1", "\" value=\"a\"/>") + "</strings>" + WindowSkin("") +
+          "<strings>" + Repeated(1000, "<string id='1", "' value='a'/>") + "</strings>" + WindowSkin("") +
               "<commandMap><command/></commandMap>" + WindowSkin(""),
           FALSE, Windows, 1 },
     };
@@ -149,7 +146,7 @@ TEST(GuiSkinHostile, LoadsTwice)
     const std::size_t nObjects = win32::object_count();
     {
         HostileSkin skin;
-        const string strSections = WindowSkin("<target window=\"A\"/>") + "<fonts><font name=\"F\"/></fonts>";
+        const string strSections = WindowSkin("<target window='A'/>") + "<fonts><font name='F'/></fonts>";
         EXPECT_TRUE(skin.Load(strSections));
         GuiSkinWindow* const pFirst = skin.GetWindowSkin("A", nullptr);
         EXPECT_TRUE(skin.Load(strSections));
@@ -171,10 +168,10 @@ TEST(GuiSkinHostile, KeepsEveryByteOfAValue)
     for (int nByte = 1; nByte < 256; nByte++) {
         const auto ch = static_cast<char>(nByte);
         strValue += nByte < 9 || nByte > 13 ? string(1, ch) : nByte == 9 ? " " : ""; // white space is one blank
-        strWritten += ch == '<' ? "&lt;" : ch == '&' ? "&amp;" : ch == '"' ? "&quot;" : string(1, ch);
+        strWritten += ch == '<' ? "&lt;" : ch == '&' ? "&amp;" : ch == '\'' ? "&apos;" : string(1, ch);
     }
     HostileSkin skin;
-    EXPECT_TRUE(skin.Load("<strings><string id=\"1\" value=\"" + strWritten + "\"/></strings>"));
+    EXPECT_TRUE(skin.Load("<strings><string id='1' value='" + strWritten + "'/></strings>"));
     EXPECT_EQ(Bytes(skin.LoadStringA(1)), strValue);
 }
 
@@ -195,12 +192,12 @@ TEST(GuiSkinHostile, PathsThatLeadElsewhere)
         const std::size_t nObjects = win32::object_count();
         {
             HostileSkin skin;
-            const string strNamed = " path=\"" + strPath + "\"/>";
+            const string strNamed = " path='" + strPath + "'/>";
             EXPECT_TRUE(skin.Load(
-                "<commandImages><icon id=\"1\"" + strNamed + "<bitmap" + strNamed +
-                "</commandImages><systemImages><bitmap name=\"list\"" + strNamed + "</systemImages><fonts><import" +
+                "<commandImages><icon id='1'" + strNamed + "<bitmap" + strNamed +
+                "</commandImages><systemImages><bitmap name='list'" + strNamed + "</systemImages><fonts><import" +
                 strNamed + "</fonts><windowSkins><windowSkin><image" + strNamed +
-                "</windowSkin></windowSkins><watermarks><watermark target=\"A\"" + strNamed + "</watermarks>"));
+                "</windowSkin></windowSkins><watermarks><watermark target='A'" + strNamed + "</watermarks>"));
             EXPECT_EQ(GetGuiInterface().ImageForID(1), -1);
             EXPECT_EQ(GetGuiInterface().m_ilLists.GetSafeHandle(), nullptr);
             EXPECT_TRUE(skin.m_listFontFiles.IsEmpty());
@@ -222,7 +219,7 @@ TEST(GuiSkinHostile, StripOfOneRow)
         .write(reinterpret_cast<const char*>(&header), sizeof header)
         .write("\1\2\3", 4);
     HostileSkin skin;
-    EXPECT_FALSE(skin.Load("<commandImages><bitmap path=\"" + (dir / "strip.bmp") + "\"/></commandImages>"));
+    EXPECT_FALSE(skin.Load("<commandImages><bitmap path='" + (dir / "strip.bmp") + "'/></commandImages>"));
     EXPECT_EQ(GetGuiInterface().m_ilCommands.GetImageCount(), 0);
 }
 
@@ -230,12 +227,11 @@ TEST(GuiSkinHostile, StripOfOneRow)
 TEST(GuiSkinHostile, CutOffAnywhere)
 {
     const string strText =
-        "<?xml version=\"1.0\"?>\n<skin><manifest type=\"language\"/><commandMap><command code=\"7\" "
-        "id=\"x\"/></commandMap><strings><tip id=\"x\" message=\"a\" tip=\"b\"/></strings>"
-        "<colourScheme><colour name=\"System.Border\" value=\"010203\"/></colourScheme><fonts>"
-        "<font name=\"F\" size=\"5\"/></fonts>" +
-        WindowSkin("<target window=\"A\"/><parts><part name=\"Top\" rect=\"1,2\"/></parts><region>"
-                   "<shape type=\"ellipse\"/></region><caption fontFace=\"a\" point=\"1,2\"/>") +
+        "<?xml version=\"1.0\"?>\n<skin><manifest type='language'/><commandMap><command code='7' "
+        "id='x'/></commandMap><strings><tip id='x' message='a' tip='b'/></strings><colourScheme><colour "
+        "name='System.Border' value='010203'/></colourScheme><fonts><font name='F' size='5'/></fonts>" +
+        WindowSkin("<target window='A'/><parts><part name='Top' rect='1,2'/></parts><region><shape "
+                   "type='ellipse'/></region><caption fontFace='a' point='1,2'/>") +
         "</skin><!-- ";
     const std::size_t nObjects = win32::object_count();
     for (size_t nLength = 0; nLength <= strText.size(); nLength++) {

@@ -145,7 +145,7 @@ protected:
     const test::TempDir m_dir;
 };
 
-const string kStripOf = "<commandImages><bitmap path=\"strip.bmp\">";
+const string kStripOf = "<commandImages><bitmap path='strip.bmp'>";
 const string kEnd = "</bitmap></commandImages>";
 
 TEST_F(GuiSkinImages, MapsStripsToCommands)
@@ -156,23 +156,20 @@ TEST_F(GuiSkinImages, MapsStripsToCommands)
         BOOL bRightToLeft;
         const char* pszExpected;
     } kCases[] = {
-        { "one image after another", "<image id=\"1\"/><image id=\"2\"/><image id=\"3\"/>", FALSE, "1:1 2:2 3:3" },
-        { "from an index on", "<image id=\"1\"/><image id=\"2\" index=\"5\"/><image id=\"3\"/>", FALSE, "1:1 2:6 3:7" },
-        { "several commands", "<image id=\"1\" id1=\"2\" id9=\"9\"/><image id2=\"7\"/>", FALSE, "1:1 2:1" },
-        { "the first may be missing", "<image id1=\"1\" id2=\"2\" id3=\"0\" id4=\"4\"/>", FALSE, "1:1 2:1" },
-        { "all ten",
-          "<image id=\"1\" id1=\"2\" id2=\"3\" id3=\"4\" id4=\"5\" id5=\"6\" id6=\"7\" id7=\"8\" id8=\"9\" "
-          "id9=\"1\"/>",
-          FALSE, "1:1 2:1 3:1 4:1 5:1 6:1 7:1 8:1 9:1" },
-        { "other elements", "<picture id=\"1\"/><image id=\"2\"/>", FALSE, "2:1" },
-        { "from the end where the layout is mirrored", "<image id=\"1\"/><image id=\"2\" index=\"7\"/>", TRUE,
-          "1:3 2:2" },
+        { "one image after another", "<image id='1'/><image id='2'/><image id='3'/>", FALSE, "1:1 2:2 3:3" },
+        { "from an index on", "<image id='1'/><image id='2' index='5'/><image id='3'/>", FALSE, "1:1 2:6 3:7" },
+        { "several commands", "<image id='1' id1='2' id9='9'/><image id2='7'/>", FALSE, "1:1 2:1" },
+        { "the first may be missing", "<image id1='1' id2='2' id3='0' id4='4'/>", FALSE, "1:1 2:1" },
+        { "all ten", "<image id='1' id1='2' id2='3' id3='4' id4='5' id5='6' id6='7' id7='8' id8='9' id9='1'/>", FALSE,
+          "1:1 2:1 3:1 4:1 5:1 6:1 7:1 8:1 9:1" },
+        { "other elements", "<picture id='1'/><image id='2'/>", FALSE, "2:1" },
+        { "from the end where the layout is mirrored", "<image id='1'/><image id='2' index='7'/>", TRUE, "1:3 2:2" },
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.why);
         CreateDefault();
         GetGuiManager().m_bRightToLeft = FALSE;
-        EXPECT_TRUE(Load("<commandImages><bitmap path=\"one.bmp\"/></commandImages>"));
+        EXPECT_TRUE(Load("<commandImages><bitmap path='one.bmp'/></commandImages>"));
         GetGuiManager().m_bRightToLeft = c.bRightToLeft;
         EXPECT_TRUE(Load(kStripOf + c.pszImages + kEnd));
         EXPECT_EQ(Commands(), c.pszExpected);
@@ -181,70 +178,70 @@ TEST_F(GuiSkinImages, MapsStripsToCommands)
 
 TEST_F(GuiSkinImages, DrawsWhatTheStripShows)
 {
-    EXPECT_TRUE(Load(kStripOf + "<image id=\"1\"/><image id=\"2\"/>" + kEnd));
+    EXPECT_TRUE(Load(kStripOf + "<image id='1'/><image id='2'/>" + kEnd));
     EXPECT_EQ(Pixel(1, 9, 9), RGB(255, 0, 0));
     EXPECT_EQ(Pixel(2, 9, 9), RGB(0, 0, 255));
     // Of the mask's colour nothing is drawn; the memory below is black.
-    EXPECT_TRUE(Load("<commandImages><bitmap path=\"strip.bmp\" mask=\"FF0000\"><image id=\"3\"/>" + kEnd));
+    EXPECT_TRUE(Load("<commandImages><bitmap path='strip.bmp' mask='FF0000'><image id='3'/>" + kEnd));
     EXPECT_EQ(Pixel(3, 9, 9), RGB(0, 0, 0));
     // Mirrored, the first image of the text is the last of the strip and comes from its beginning.
-    EXPECT_TRUE(Load("<manifest type=\"language\" dir=\"rtl\"/>" + kStripOf + "<image id=\"4\"/>" + kEnd));
+    EXPECT_TRUE(Load("<manifest type='language' dir='rtl'/>" + kStripOf + "<image id='4'/>" + kEnd));
     EXPECT_EQ(Pixel(4, 9, 9), RGB(255, 0, 0));
 }
 
 TEST_F(GuiSkinImages, PassesOverWhatCannotBeLoaded)
 {
-    EXPECT_TRUE(Load("<commandImages><bitmap path=\"missing.bmp\"><image id=\"1\"/></bitmap><bitmap id=\"str\" "
-                     "path=\"ip.bmp\"><image id=\"2\"/>" +
+    EXPECT_TRUE(Load("<commandImages><bitmap path='missing.bmp'><image id='1'/></bitmap><bitmap id='str' "
+                     "path='ip.bmp'><image id='2'/>" +
                      kEnd));
     EXPECT_EQ(Commands(), "2:0") << "a bitmap's id stands before its path";
-    EXPECT_FALSE(Load("<commandImages><bitmap path=\"small.bmp\"/></commandImages>"
-                      "<strings><string id=\"7\" value=\"a\"/></strings>"));
+    EXPECT_FALSE(
+        Load("<commandImages><bitmap path='small.bmp'/></commandImages><strings><string id='7' value='a'/></strings>"));
     EXPECT_TRUE(LoadStringA(7).IsEmpty()) << "a strip that is narrower than an image fails the skin";
 }
 
 TEST_F(GuiSkinImages, AddsIcons)
 {
     const string strModule = std::to_string(reinterpret_cast<ULONG_PTR>(::GetModuleHandleA(nullptr)));
-    EXPECT_TRUE(
-        Load("<commandImages><icon id=\"1\" path=\"icon.ico\"/><icon id=\"0\" path=\"icon.ico\"/>"
-             "<icon id=\"3\" path=\"missing.ico\"/><icon id=\"4\" res=\"icon\" path=\".ico\"/></commandImages>"));
+    EXPECT_TRUE(Load("<commandImages><icon id='1' path='icon.ico'/><icon id='0' path='icon.ico'/><icon id='3' "
+                     "path='missing.ico'/><icon id='4' res='icon' path='.ico'/></commandImages>"));
     EXPECT_EQ(Commands(), "1:0 4:1");
     EXPECT_EQ(Pixel(1, 1, 9), RGB(255, 0, 0));
-    EXPECT_TRUE(Load("<manifest type=\"language\" dir=\"rtl\"/><commandImages><icon id=\"1\" path=\"icon.ico\"/>"
-                     "</commandImages>"));
+    EXPECT_TRUE(
+        Load("<manifest type='language' dir='rtl'/><commandImages><icon id='1' path='icon.ico'/></commandImages>"));
     EXPECT_EQ(Pixel(1, 1, 9), RGB(0, 0, 255)) << "mirrored";
-    EXPECT_TRUE(LoadFromString("<?xml version=\"1.0\"?><skin><commandImages><icon id=\"5\" res=\"135\"/>"
-                               "<icon id=\"6\" res=\"136\"/><icon id=\"7\" res=\"135\"/><icon id=\"8\" res=\"abc\"/>"
-                               "<icon id=\"9\" res=\"135\"/></commandImages></skin>",
-                               (strModule + "$").c_str()));
+    EXPECT_TRUE(LoadFromString(
+        "<?xml version=\"1.0\"?><skin><commandImages><icon id='5' res='135'/><icon id='6' res='136'/><icon id='7' "
+        "res='135'/><icon id='8' res='abc'/><icon id='9' res='135'/></commandImages></skin>",
+        (strModule + "$").c_str()));
+    EXPECT_TRUE(LoadFromString(
+        "<?xml version=\"1.0\"?><skin><commandImages><icon id='9' res='135'/></commandImages></skin>", "4660$"))
+        << "a number that is no module";
     EXPECT_EQ(Commands(), "1:2 4:1 5:3 7:4") << "a resource that is missing is passed over, one without a number ends";
 }
 
 TEST_F(GuiSkinImages, AddsSystemImages)
 {
-    EXPECT_TRUE(Load("<systemImages><bitmap path=\"arrows.bmp\" name=\"Arrow\"/><other path=\"arrows.bmp\" "
-                     "name=\"arrow\"/><bitmap path=\"arrows.bmp\" name=\"arrows\"/><bitmap path=\"strip.bmp\" "
-                     "name=\"LIST\"/><bitmap path=\"missing.bmp\"/><bitmap path=\"arrows.bmp\" "
-                     "name=\"arrow\"/></systemImages>"));
+    EXPECT_TRUE(
+        Load("<systemImages><bitmap path='arrows.bmp' name='Arrow'/><other path='arrows.bmp' name='arrow'/><bitmap "
+             "path='arrows.bmp' name='arrows'/><bitmap path='strip.bmp' name='LIST'/><bitmap "
+             "path='missing.bmp'/><bitmap path='arrows.bmp' name='arrow'/></systemImages>"));
     EXPECT_EQ(GetGuiInterface().m_ilArrows.GetImageCount(), 2);
     EXPECT_EQ(GetGuiInterface().m_ilLists.GetImageCount(), 3) << "54 columns hold three of 16";
-    EXPECT_FALSE(Load("<systemImages><bitmap path=\"small.bmp\" name=\"list\"/></systemImages>"));
+    EXPECT_FALSE(Load("<systemImages><bitmap path='small.bmp' name='list'/></systemImages>"));
 }
 
 // In a right-to-left layout a strip is mirrored as a whole: its images come in the opposite order, each mirrored.
 TEST_F(GuiSkinImages, MirrorsSystemImagesAndStrips)
 {
-    Write("arrows.bmp", BitmapFile("RRRRBBBWG"
-                                   "BWWWWRRGG",
-                                   6));
+    Write("arrows.bmp", BitmapFile("RRRRBBBWGBWWWWRRGG", 6));
     Write("lists.bmp", BitmapFile(string("RRRRRRRRRRRRBBBW") + "BBBBBBBBBBBBRRRW" + "WW", 16));
     Write("commands.bmp", BitmapFile(string(14, 'R') + "BBBW" + string(14, 'B') + "RRRW", 18));
-    const string strSections = "<systemImages><bitmap path=\"arrows.bmp\" name=\"arrow\"/><bitmap path=\"lists.bmp\" "
-                               "name=\"list\"/></systemImages><commandImages><bitmap path=\"commands.bmp\"/>"
-                               "</commandImages>";
+    const string strSections =
+        "<systemImages><bitmap path='arrows.bmp' name='arrow'/><bitmap path='lists.bmp' "
+        "name='list'/></systemImages><commandImages><bitmap path='commands.bmp'/></commandImages>";
     EXPECT_TRUE(Load(strSections));
-    EXPECT_TRUE(Load("<manifest type=\"language\" dir=\"rtl\"/>" + strSections));
+    EXPECT_TRUE(Load("<manifest type='language' dir='rtl'/>" + strSections));
     PelkGUI::GuiInterface& store = GetGuiInterface();
     const struct {
         const char* why;

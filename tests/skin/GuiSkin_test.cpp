@@ -47,29 +47,26 @@ TEST(GuiSkin, Strings)
         string strSections;
         string strExpected; // string 7
     } kCases[] = {
-        { "a value", "<strings><string id=\"7\" value=\"a\"/></strings>", "a" },
-        { "backslash and n become a line feed", "<strings><string id=\"7\" value=\"a\\nb\\n\\\\n\"/></strings>",
+        { "a value", "<strings><string id='7' value='a'/></strings>", "a" },
+        { "backslash and n become a line feed", "<strings><string id='7' value='a\\nb\\n\\\\n'/></strings>",
           "a\nb\n\\\n" },
-        { "the second byte of a character is no backslash",
-          "<strings><string id=\"7\" value=\"\x95\\n\\n\"/></strings>", "\x95\\n\n" },
-        { "a tip behind its message", "<strings><tip id=\"7\" message=\"M\\n\" tip=\"T\"/></strings>", "M\\n\nT" },
-        { "an empty tip", "<commandTips><TIP id=\"7\" message=\"M\" tip=\"\"/></commandTips>", "M" },
-        { "both sections know both kinds", "<commandTips><string id=\"7\" value=\"a\"/></commandTips>", "a" },
-        { "the later one wins", "<strings><string id=\"7\" value=\"a\"/><tip id=\"7\" message=\"b\"/></strings>", "b" },
+        { "the second byte of a character is no backslash", "<strings><string id='7' value='\x95\\n\\n'/></strings>",
+          "\x95\\n\n" },
+        { "a tip behind its message", "<strings><tip id='7' message='M\\n' tip='T'/></strings>", "M\\n\nT" },
+        { "an empty tip", "<commandTips><TIP id='7' message='M' tip=''/></commandTips>", "M" },
+        { "both sections know both kinds", "<commandTips><string id='7' value='a'/></commandTips>", "a" },
+        { "the later one wins", "<strings><string id='7' value='a'/><tip id='7' message='b'/></strings>", "b" },
         { "a command's name",
-          "<commandMap><command code=\"7\" id=\"seven\"/></commandMap>"
-          "<strings><string id=\"seven\" value=\"a\"/></strings>",
+          "<commandMap><command code='7' id='seven'/></commandMap><strings><string id='seven' value='a'/></strings>",
           "a" },
         { "names have case",
-          "<commandMap><command code=\"7\" id=\"seven\"/></commandMap>"
-          "<strings><string id=\"Seven\" value=\"a\"/></strings>",
+          "<commandMap><command code='7' id='seven'/></commandMap><strings><string id='Seven' value='a'/></strings>",
           "" },
         { "before it is defined a name is none",
-          "<strings><string id=\"seven\" value=\"a\"/></strings>"
-          "<commandMap><command code=\"7\" id=\"seven\"/></commandMap>",
+          "<strings><string id='seven' value='a'/></strings><commandMap><command code='7' id='seven'/></commandMap>",
           "" },
-        { "a number ends where its digits do", "<strings><string id=\"7up\" value=\"a\"/></strings>", "a" },
-        { "other elements", "<strings><text id=\"7\" value=\"a\"/></strings>", "" },
+        { "a number ends where its digits do", "<strings><string id='7up' value='a'/></strings>", "a" },
+        { "other elements", "<strings><text id='7' value='a'/></strings>", "" },
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.why);
@@ -117,9 +114,8 @@ TEST(GuiSkin, DocumentsThatAreNoSkin)
     }
     FreshSkin skin;
     EXPECT_FALSE(skin.LoadFromXML(nullptr, ""));
-    EXPECT_FALSE(
-        skin.Load("<strings><string id=\"7\" value=\"a\"/></strings><commandMap><other/><command code=\"abc\"/>"
-                  "</commandMap><strings><string id=\"7\" value=\"b\"/></strings>"))
+    EXPECT_FALSE(skin.Load("<strings><string id='7' value='a'/></strings><commandMap><other/><command "
+                           "code='abc'/></commandMap><strings><string id='7' value='b'/></strings>"))
         << "a command without a number";
     EXPECT_EQ(Bytes(skin.LoadStringA(7)), "a") << "what was read before the error stays";
 }
@@ -132,13 +128,12 @@ TEST(GuiSkin, Manifest)
         const char* pszLanguage;
         BOOL bRightToLeft;
     } kCases[] = {
-        { "of a language", "<manifest type=\"Language\" language=\"he\" dir=\"rtl\"/>", "he", TRUE },
-        { "its defaults", "<manifest type=\"language\"/>", "en", FALSE },
-        { "a direction has case", "<manifest type=\"language\" dir=\"RTL\"/>", "en", FALSE },
-        { "of a skin", "<manifest type=\"Skin\" language=\"he\" dir=\"rtl\"/>", "xx", FALSE },
+        { "of a language", "<manifest type='Language' language='he' dir='rtl'/>", "he", TRUE },
+        { "its defaults", "<manifest type='language'/>", "en", FALSE },
+        { "a direction has case", "<manifest type='language' dir='RTL'/>", "en", FALSE },
+        { "of a skin", "<manifest type='Skin' language='he' dir='rtl'/>", "xx", FALSE },
         { "the later one wins",
-          "<manifest type=\"language\" language=\"he\" dir=\"rtl\"/><manifest type=\"language\" language=\"\"/>", "",
-          FALSE },
+          "<manifest type='language' language='he' dir='rtl'/><manifest type='language' language=''/>", "", FALSE },
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.why);
@@ -158,21 +153,21 @@ TEST(GuiSkin, ColourScheme)
         const char* pszName;
         COLORREF crExpected;
     } kCases[] = {
-        { "any name", "<colour name=\"Mine\" value=\"010203\"/>", "Mine", 0x030201 },
-        { "of six characters", "<colour name=\"Tooltip.Back\" value=\"#10203\"/>", "Tooltip.Back", 0x030200 },
-        { "and no others", "<colour name=\"Tooltip.Back\" value=\"1020304\"/>", "Tooltip.Back", 0xE1FFFF },
-        { "a base colour feeds the derived ones", "<colour name=\"System.Base.Highlight\" value=\"010203\"/>",
+        { "any name", "<colour name='Mine' value='010203'/>", "Mine", 0x030201 },
+        { "of six characters", "<colour name='Tooltip.Back' value='#10203'/>", "Tooltip.Back", 0x030200 },
+        { "and no others", "<colour name='Tooltip.Back' value='1020304'/>", "Tooltip.Back", 0xE1FFFF },
+        { "a base colour feeds the derived ones", "<colour name='System.Base.Highlight' value='010203'/>",
           "System.Border", 0x030201 },
         { "one given afterwards stays",
-          "<colour name=\"System.Base.Highlight\" value=\"010203\"/><colour name=\"System.Border\" value=\"040506\"/>",
+          "<colour name='System.Base.Highlight' value='010203'/><colour name='System.Border' value='040506'/>",
           "System.Border", 0x060504 },
         { "and the others are derived from what came before",
-          "<colour name=\"System.Base.Highlight\" value=\"010203\"/><colour name=\"System.Margin\" value=\"040506\"/>"
-          "<colour name=\"System.Base.Highlight\" value=\"070809\"/>",
+          "<colour name='System.Base.Highlight' value='010203'/><colour name='System.Margin' value='040506'/><colour "
+          "name='System.Base.Highlight' value='070809'/>",
           "System.Border", 0x030201 },
-        { "names have case", "<colour name=\"system.base.highlight\" value=\"010203\"/>", "System.Border", 0x6A240A },
+        { "names have case", "<colour name='system.base.highlight' value='010203'/>", "System.Border", 0x6A240A },
         { "the skin's own are in the store", "", "Schema.Row1", RGB(245, 245, 255) },
-        { "as it has them", "<colour name=\"Dialog.Back\" value=\"010203\"/>", "Dialog.Back", 0x030201 },
+        { "as it has them", "<colour name='Dialog.Back' value='010203'/>", "Dialog.Back", 0x030201 },
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.why);
@@ -181,8 +176,8 @@ TEST(GuiSkin, ColourScheme)
         EXPECT_EQ(GetGuiInterface().GetColor(c.pszName), c.crExpected);
     }
     FreshSkin skin;
-    EXPECT_TRUE(skin.Load("<colourScheme><colour name=\"Dialog.Back\" value=\"000001\"/><colour name=\"Schema.Row1\" "
-                          "value=\"000002\"/><colour name=\"Schema.Row2\" value=\"000003\"/></colourScheme>"));
+    EXPECT_TRUE(skin.Load("<colourScheme><colour name='Dialog.Back' value='000001'/><colour name='Schema.Row1' "
+                          "value='000002'/><colour name='Schema.Row2' value='000003'/></colourScheme>"));
     EXPECT_EQ((std::array{ skin.m_crDialogBack, skin.m_crRow1, skin.m_crRow2 }),
               (std::array<COLORREF, 3>{ 0x010000, 0x020000, 0x030000 }));
     skin.Finalise();
@@ -194,10 +189,10 @@ TEST(GuiSkin, ColourScheme)
 TEST(GuiSkin, Watermarks)
 {
     FreshSkin skin;
-    EXPECT_TRUE(skin.Load("<watermarks><watermark target=\"A\" path=\"missing.bmp\"/><watermark target=\"A\" "
-                          "path=\"picture.bmp\"/><watermark target=\"\" path=\"picture.bmp\"/><watermark "
-                          "target=\"B\"/><watermark target=\"C\" path=\"missing.bmp\"/></watermarks>",
-                          TEST_SOURCE_DIR "\\"));
+    EXPECT_TRUE(skin.Load(
+        "<watermarks><watermark target='A' path='missing.bmp'/><watermark target='A' path='picture.bmp'/><watermark "
+        "target='' path='picture.bmp'/><watermark target='B'/><watermark target='C' path='missing.bmp'/></watermarks>",
+        TEST_SOURCE_DIR "\\"));
     CBitmap bmp;
     EXPECT_TRUE(skin.GetWatermark(&bmp, "A"));
     EXPECT_EQ(Text(bmp), "3x2");
@@ -211,17 +206,17 @@ TEST(GuiSkin, Watermarks)
 
 string WindowSkinFor(const string& strTargets)
 {
-    return "<windowSkin><image res=\"200\"/>" + strTargets + "</windowSkin>";
+    return "<windowSkin><image res='200'/>" + strTargets + "</windowSkin>";
 }
 
 TEST(GuiSkin, FindsWindowSkins)
 {
     FreshSkin skin;
-    EXPECT_TRUE(skin.Load("<windowSkins>" + WindowSkinFor("<target window=\"A\"/><target window=\"B.x\"/>") +
-                          "<windowSkin><target window=\"Dropped\"/></windowSkin><other/>" +
-                          WindowSkinFor("<target window=\"A\"/><target window=\"P|Q\"/>") +
-                          WindowSkinFor("<target window=\"\xd6\x7c\x41\"/>") + "</windowSkins>"));
-    EXPECT_TRUE(skin.Load("<windowSkins>" + WindowSkinFor("<target window=\"C\"/>") + "</windowSkins>"));
+    EXPECT_TRUE(skin.Load("<windowSkins>" + WindowSkinFor("<target window='A'/><target window='B.x'/>") +
+                          "<windowSkin><target window='Dropped'/></windowSkin><other/>" +
+                          WindowSkinFor("<target window='A'/><target window='P|Q'/>") +
+                          WindowSkinFor("<target window='\xd6\x7c\x41'/>") + "</windowSkins>"));
+    EXPECT_TRUE(skin.Load("<windowSkins>" + WindowSkinFor("<target window='C'/>") + "</windowSkins>"));
     ASSERT_EQ(skin.m_listWindowSkins.GetCount(), 4);
     const struct {
         const char* why;
@@ -255,12 +250,12 @@ TEST(GuiSkin, FindsWindowSkins)
 TEST(GuiSkin, FindsWindowSkinsByClass)
 {
     FreshSkin skin;
-    EXPECT_TRUE(skin.Load("<windowSkins>" + WindowSkinFor("<target window=\"CObject\"/>") +
-                          WindowSkinFor("<target window=\"CWnd\"/>") + "</windowSkins>"));
+    EXPECT_TRUE(skin.Load("<windowSkins>" + WindowSkinFor("<target window='CObject'/>") +
+                          WindowSkinFor("<target window='CWnd'/>") + "</windowSkins>"));
     CFrameWnd frame;
     EXPECT_EQ(skin.GetWindowSkin(&frame), skin.m_listWindowSkins.GetTail()) << "by the nearest class that has one";
     skin.Clear();
-    EXPECT_TRUE(skin.Load("<windowSkins>" + WindowSkinFor("<target window=\"CObject\"/>") + "</windowSkins>"));
+    EXPECT_TRUE(skin.Load("<windowSkins>" + WindowSkinFor("<target window='CObject'/>") + "</windowSkins>"));
     EXPECT_EQ(skin.GetWindowSkin(&frame), nullptr) << "the root class is not asked";
     EXPECT_EQ(skin.GetWindowSkin(nullptr), nullptr);
 }
@@ -307,17 +302,17 @@ TEST(GuiSkin, Fonts)
         const char* pszFont;
         const char* pszExpected;
     } kCases[] = {
-        { "defaults", "<font name=\"F\"/>", " -11 400" },
-        { "a character's height", "<font name=\"F\" face=\"Arial\" size=\"12\" weight=\"Bold\"/>", "Arial -12 700" },
-        { "a cell's height", "<font name=\"F\" size=\"12\" ltype=\"LFont\"/>", " 12 400" },
-        { "no other weight", "<font name=\"F\" weight=\"700\"/>", " -11 400" },
-        { "angles", "<font name=\"F\" escpm=\"900\" orient=\"-45\"/>", " -11 400 turned 900 -45" },
-        { "what is no number leaves the default", "<font name=\"F\" size=\"big\" escpm=\"x\"/>", " -11 400" },
-        { "of the language", "<font name=\"F\" language=\"DE\"/>", " -11 400" },
-        { "of another", "<font name=\"F\" language=\"fr\"/>", "" },
-        { "the later one wins", "<font name=\"F\" size=\"1\"/><font name=\"F\" size=\"2\"/>", " -2 400" },
-        { "absurd sizes", "<font name=\"F\" size=\"-2147483648\"/>", " -2147483648 400" },
-        { "a long face is cut", "<font name=\"F\" face=\"123456789012345678901234567890\xd6\xd0\"/>",
+        { "defaults", "<font name='F'/>", " -11 400" },
+        { "a character's height", "<font name='F' face='Arial' size='12' weight='Bold'/>", "Arial -12 700" },
+        { "a cell's height", "<font name='F' size='12' ltype='LFont'/>", " 12 400" },
+        { "no other weight", "<font name='F' weight='700'/>", " -11 400" },
+        { "angles", "<font name='F' escpm='900' orient='-45'/>", " -11 400 turned 900 -45" },
+        { "what is no number leaves the default", "<font name='F' size='big' escpm='x'/>", " -11 400" },
+        { "of the language", "<font name='F' language='DE'/>", " -11 400" },
+        { "of another", "<font name='F' language='fr'/>", "" },
+        { "the later one wins", "<font name='F' size='1'/><font name='F' size='2'/>", " -2 400" },
+        { "absurd sizes", "<font name='F' size='-2147483648'/>", " -2147483648 400" },
+        { "a long face is cut", "<font name='F' face='123456789012345678901234567890\xd6\xd0'/>",
           "123456789012345678901234567890 -11 400" },
     };
     for (const auto& c : kCases) {
@@ -338,8 +333,8 @@ TEST(GuiSkin, ImportsFontFiles)
     for (const char* pszFile : { "face.ttf", "other.ttf" })
         std::filesystem::copy_file("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf", dir / pszFile);
     FreshSkin skin;
-    EXPECT_TRUE(skin.Load("<fonts><import path=\"face.ttf\"/><import path=\"missing.ttf\"/><import path=\"\"/>"
-                          "<import path=\"other.ttf\"/></fonts>",
+    EXPECT_TRUE(skin.Load("<fonts><import path='face.ttf'/><import path='missing.ttf'/><import path=''/><import "
+                          "path='other.ttf'/></fonts>",
                           (dir.path().string() + "/").c_str()));
     ASSERT_EQ(skin.m_listFontFiles.GetCount(), 2);
     EXPECT_EQ(Bytes(skin.m_listFontFiles.GetHead()), dir / "face.ttf");
@@ -386,8 +381,8 @@ TEST(GuiSkin, AppliesTheInstallersSkin)
 {
     GuiSkin& skin = PelkGUI::GetGuiSkin();
     skin.Apply(130, "STID");
-    EXPECT_EQ(Bytes(skin.LoadStringA(1)), "\xbc\xec\xb2\xe2\xb0\xb2\xd7\xb0\xbb\xb7\xbe\xb3\xca\xa7\xb0\xdc\xa3\xba%d"
-                                          "\xa3\xac\xc7\xeb\xc9\xd4\xba\xf3\xd4\xda\xca\xd4\xa3\xa1");
+    EXPECT_EQ(Bytes(skin.LoadStringA(1)), "\xbc\xec\xb2\xe2\xb0\xb2\xd7\xb0\xbb\xb7\xbe\xb3\xca\xa7\xb0\xdc\xa3\xba%"
+                                          "d\xa3\xac\xc7\xeb\xc9\xd4\xba\xf3\xd4\xda\xca\xd4\xa3\xa1");
     const PelkGUI::GuiSkinWindow* const pWindow = skin.GetWindowSkin("MeravSetupWnd", nullptr);
     ASSERT_NE(pWindow, nullptr);
     std::vector<string> names = { "Background" };
