@@ -1,6 +1,6 @@
 // Skins that mean harm: large, absurd, cut off, or with paths that lead elsewhere. Each loads or is refused, in time
 // that grows with its size, and leaves nothing behind.
-#include "skin/GuiSkin.h"
+#include "tests/skin/SkinRules.h"
 
 #include <filesystem>
 #include <fstream>
@@ -8,38 +8,16 @@
 #include <gtest/gtest.h>
 
 #include "look/GuiInterface.h"
-#include "look/GuiManager.h"
 #include "platform/win32/gdi/objects.h"
-#include "skin/GuiSkinWindow.h"
-#include "tests/skin/SkinRules.h"
 #include "tests/support/TestHome.h"
 
 namespace {
 
 using namespace test;
 using PelkGUI::GetGuiInterface;
-using PelkGUI::GetGuiManager;
 using PelkGUI::GuiSkin;
 using PelkGUI::GuiSkinWindow;
 using std::string;
-
-class HostileSkin : public GuiSkin {
-public:
-    HostileSkin() { CreateDefault(); }
-    ~HostileSkin() override
-    {
-        GetGuiInterface().Clear();
-        GetGuiManager().m_strLanguage.Empty();
-        GetGuiManager().m_bRightToLeft = FALSE;
-    }
-    BOOL Load(const string& strSections)
-    {
-        const string strText = "<?xml version=\"1.0\"?><skin>" + strSections + "</skin>";
-        return LoadFromString(strText.c_str(), "");
-    }
-    using GuiSkin::CreateDefault;
-    using GuiSkin::Finalise;
-};
 
 string Repeated(int nTimes, const char* pszBefore, const char* pszBehind)
 {
@@ -125,14 +103,14 @@ TEST(GuiSkinHostile, LoadsInTimeAndLeavesNothing)
           FALSE, Windows, 1 },
     };
     { // fonts and stock objects that stay once they were used
-        HostileSkin first;
+        FreshSkin first;
         FontHeight(first);
     }
     for (const HostileCase& c : kCases) {
         SCOPED_TRACE(c.why);
         const std::size_t nObjects = win32::object_count();
         {
-            HostileSkin skin;
+            FreshSkin skin;
             EXPECT_EQ(skin.Load(c.strSections), c.bLoaded);
             EXPECT_EQ(c.pfnAsk(skin), c.nExpected);
         }
@@ -145,7 +123,7 @@ TEST(GuiSkinHostile, LoadsTwice)
 {
     const std::size_t nObjects = win32::object_count();
     {
-        HostileSkin skin;
+        FreshSkin skin;
         const string strSections = WindowSkin("<target window='A'/>") + "<fonts><font name='F'/></fonts>";
         EXPECT_TRUE(skin.Load(strSections));
         GuiSkinWindow* const pFirst = skin.GetWindowSkin("A", nullptr);
@@ -170,7 +148,7 @@ TEST(GuiSkinHostile, KeepsEveryByteOfAValue)
         strValue += nByte < 9 || nByte > 13 ? string(1, ch) : nByte == 9 ? " " : ""; // white space is one blank
         strWritten += ch == '<' ? "&lt;" : ch == '&' ? "&amp;" : ch == '\'' ? "&apos;" : string(1, ch);
     }
-    HostileSkin skin;
+    FreshSkin skin;
     EXPECT_TRUE(skin.Load("<strings><string id='1' value='" + strWritten + "'/></strings>"));
     EXPECT_EQ(Bytes(skin.LoadStringA(1)), strValue);
 }
@@ -191,7 +169,7 @@ TEST(GuiSkinHostile, PathsThatLeadElsewhere)
         SCOPED_TRACE(strPath.substr(0, 80));
         const std::size_t nObjects = win32::object_count();
         {
-            HostileSkin skin;
+            FreshSkin skin;
             const string strNamed = " path='" + strPath + "'/>";
             EXPECT_TRUE(skin.Load(
                 "<commandImages><icon id='1'" + strNamed + "<bitmap" + strNamed +
@@ -218,7 +196,7 @@ TEST(GuiSkinHostile, StripOfOneRow)
         .write(reinterpret_cast<const char*>(&file), sizeof file)
         .write(reinterpret_cast<const char*>(&header), sizeof header)
         .write("\1\2\3", 4);
-    HostileSkin skin;
+    FreshSkin skin;
     EXPECT_FALSE(skin.Load("<commandImages><bitmap path='" + (dir / "strip.bmp") + "'/></commandImages>"));
     EXPECT_EQ(GetGuiInterface().m_ilCommands.GetImageCount(), 0);
 }
@@ -236,7 +214,7 @@ TEST(GuiSkinHostile, CutOffAnywhere)
     const std::size_t nObjects = win32::object_count();
     for (size_t nLength = 0; nLength <= strText.size(); nLength++) {
         SCOPED_TRACE(strText.substr(0, nLength));
-        HostileSkin skin;
+        FreshSkin skin;
         const bool bWhole = nLength >= strText.rfind("</skin>") + 2;
         EXPECT_EQ(skin.LoadFromString(strText.substr(0, nLength).c_str(), ""), bWhole);
         EXPECT_EQ(Windows(skin), bWhole ? 1 : 0);

@@ -1,4 +1,4 @@
-#include "skin/GuiSkin.h"
+#include "tests/skin/SkinRules.h"
 
 #include <cstring>
 #include <filesystem>
@@ -17,7 +17,6 @@ namespace {
 
 using PelkGUI::GetGuiInterface;
 using PelkGUI::GetGuiManager;
-using PelkGUI::GuiSkin;
 using std::string;
 
 template <class... Values>
@@ -73,11 +72,10 @@ string IconFile()
            image;
 }
 
-class GuiSkinImages : public testing::Test, public GuiSkin {
+class GuiSkinImages : public testing::Test, public test::FreshSkin {
 protected:
     GuiSkinImages()
     {
-        CreateDefault();
         GetGuiManager().InitManager();
         Write("strip.bmp", Strip("RBW"));
         Write("one.bmp", Strip("R"));
@@ -85,22 +83,12 @@ protected:
         Write("arrows.bmp", BitmapFile(string(9, 'R') + string(9, 'B'), 6));
         Write("icon.ico", IconFile());
     }
-    ~GuiSkinImages() override
-    {
-        GetGuiInterface().Clear();
-        GetGuiManager().ExitManager();
-        GetGuiManager().m_bRightToLeft = FALSE;
-        GetGuiManager().m_strLanguage.Empty();
-    }
+    ~GuiSkinImages() override { GetGuiManager().ExitManager(); }
     void Write(const char* pszName, const string& strBytes) const
     {
         std::ofstream(m_dir / pszName, std::ios::binary) << strBytes;
     }
-    BOOL Load(const string& strSections)
-    {
-        const string strText = "<?xml version=\"1.0\"?><skin>" + strSections + "</skin>";
-        return LoadFromString(strText.c_str(), (m_dir.path().string() + "/").c_str());
-    }
+    BOOL Load(const string& strSections) { return FreshSkin::Load(strSections, m_dir.path().string() + "/"); }
     // The images of the commands 1 to 9, as they come: "1:0 2:1".
     static string Commands()
     {

@@ -1,4 +1,4 @@
-#include "skin/GuiSkin.h"
+#include "tests/skin/SkinRules.h"
 
 #include <array>
 #include <fstream>
@@ -10,8 +10,6 @@
 
 #include "look/GuiInterface.h"
 #include "look/GuiManager.h"
-#include "skin/GuiSkinWindow.h"
-#include "tests/skin/SkinRules.h"
 #include "tests/support/TestHome.h"
 
 namespace {
@@ -21,24 +19,6 @@ using PelkGUI::GetGuiInterface;
 using PelkGUI::GetGuiManager;
 using PelkGUI::GuiSkin;
 using std::string;
-
-// A skin with its defaults set, which leaves the process as it was.
-class FreshSkin : public GuiSkin {
-public:
-    FreshSkin() { CreateDefault(); }
-    ~FreshSkin() override
-    {
-        GetGuiInterface().Clear();
-        GetGuiManager().m_strLanguage.Empty();
-        GetGuiManager().m_bRightToLeft = FALSE;
-    }
-    BOOL Load(const string& strSections, const char* pszBasePath = "")
-    {
-        const string strText = "<?xml version=\"1.0\"?><skin>" + strSections + "</skin>";
-        return LoadFromString(strText.c_str(), pszBasePath);
-    }
-    using GuiSkin::Finalise;
-};
 
 TEST(GuiSkin, Strings)
 {

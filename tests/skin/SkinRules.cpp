@@ -1,5 +1,6 @@
 #include "tests/skin/SkinRules.h"
 
+#include "look/GuiInterface.h"
 #include "look/GuiManager.h"
 #include "skin/SkinFormat.h"
 
@@ -111,6 +112,19 @@ std::string DescribedWindow(const std::string& strChildren)
     GuiSkinWindow skin;
     const std::string strResult = skin.Parse(tree.get(), CString()) ? "" : "refused\n";
     return strResult + Described(skin);
+}
+
+FreshSkin::~FreshSkin()
+{
+    PelkGUI::GetGuiInterface().Clear();
+    PelkGUI::GetGuiManager().m_strLanguage.Empty();
+    PelkGUI::GetGuiManager().m_bRightToLeft = FALSE;
+}
+
+BOOL FreshSkin::Load(const std::string& strSections, const std::string& strBasePath)
+{
+    const std::string strText = "<?xml version=\"1.0\"?><skin>" + strSections + "</skin>";
+    return LoadFromString(strText.c_str(), strBasePath.c_str());
 }
 
 Language::Language(const char* pszLanguage)

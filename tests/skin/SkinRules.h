@@ -6,6 +6,7 @@
 
 #include <afxwin.h>
 
+#include "skin/GuiSkin.h"
 #include "skin/GuiSkinWindow.h"
 
 namespace test {
@@ -44,6 +45,17 @@ struct WindowSkinCase {
     std::string strExpected;
 };
 std::string DescribedWindow(const std::string& strChildren);
+
+// A skin with its defaults set, which leaves the process as it was.
+class FreshSkin : public PelkGUI::GuiSkin {
+public:
+    FreshSkin() { CreateDefault(); }
+    ~FreshSkin() override;
+    // Loads the sections as a skin.
+    BOOL Load(const std::string& strSections, const std::string& strBasePath = "");
+    using GuiSkin::CreateDefault;
+    using GuiSkin::Finalise;
+};
 
 // Sets the language of the skin while it lives.
 class Language {
