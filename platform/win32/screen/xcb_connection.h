@@ -30,6 +30,7 @@ enum class Atom {
     net_wm_ping,
     net_wm_state,
     net_wm_state_above,
+    net_wm_state_fullscreen,
     net_wm_state_hidden,
     net_wm_state_maximized_horz,
     net_wm_state_maximized_vert,

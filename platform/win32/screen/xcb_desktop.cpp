@@ -297,6 +297,7 @@ void XcbScreen::learn_state(SurfaceId id, Surface& surface)
     const std::vector<std::uint32_t> net = x.take_numbers(net_question);
     if (window.empty() || (window[0] != kNormalState && window[0] != kIconicState))
         return; // withdrawn, or no window manager has written anything yet
+    surface.filling_screen = holds(net, x.atom(Atom::net_wm_state_fullscreen));
     const bool minimised = window[0] == kIconicState || holds(net, x.atom(Atom::net_wm_state_hidden));
     const bool maximised = surface.restored || (holds(net, x.atom(Atom::net_wm_state_maximized_horz)) &&
                                                 holds(net, x.atom(Atom::net_wm_state_maximized_vert)));

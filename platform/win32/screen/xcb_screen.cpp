@@ -211,6 +211,8 @@ void XcbScreen::put_at(SurfaceId id, Surface& surface, const RECT& bounds)
     forget_placings(id);
     if (resized)
         resize_frame(surface);
+    if (std::exchange(surface.filling_screen, false)) // some take a window as large as the screen for one that must be
+        ask_state(id, false, Atom::net_wm_state_fullscreen, Atom::net_wm_state_fullscreen);
     write_size_hints(id, surface, false); // before the request: a window manager holds it against them
     const std::uint32_t values[] = { static_cast<std::uint32_t>(bounds.left), static_cast<std::uint32_t>(bounds.top),
                                      window_extent(width_of(bounds)), window_extent(height_of(bounds)) };

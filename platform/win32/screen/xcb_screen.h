@@ -64,7 +64,8 @@ private:
         bool activate_when_mapped = false;
         bool drawn = false; // presented once at least
         bool reparented = false;
-        std::deque<RECT> awaited; // our own placings that the server did not confirm yet
+        bool filling_screen = false; // a window manager holds it there
+        std::deque<RECT> awaited;    // our own placings that the server did not confirm yet
         RECT exposed{};
         FrameBuffer frame{ FrameBuffer::Memory::shared };
         xcb_shm_seg_t segment = 0; // the frame's memory, as the server knows it
