@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Our windows on real desktops: each on an Xvfb of its own, without a window manager and with openbox, xfwm4, metacity
-# and i3, driven by xdotool and checked on the screen; then what a drag and an idle window cost.
+# Our windows on real desktops, a plain one and the gallery: without a window manager and with openbox, xfwm4, metacity
+# and i3, each on an Xvfb of its own, driven by xdotool and checked on the screen. Then what a drag and an idle window
+# cost.
 #   scripts/desktop-windows.sh [filter]   runs some of it, as --gtest_filter does
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -13,7 +14,7 @@ if [ $# -gt 0 ]; then
 fi
 
 # In several processes, since most of it is waiting for programs to start.
-export GTEST_TOTAL_SHARDS=3
+export GTEST_TOTAL_SHARDS=4
 running=()
 for ((i = 0; i < GTEST_TOTAL_SHARDS; i++)); do
     GTEST_SHARD_INDEX=$i "$test" --gtest_brief=1 --gtest_filter=-'*Speed*' &

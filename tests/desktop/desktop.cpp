@@ -59,6 +59,11 @@ void PrintTo(const WindowManager& manager, std::ostream* out)
     *out << manager.name;
 }
 
+void PrintTo(const Face& face, std::ostream* out)
+{
+    *out << face.name;
+}
+
 Desktop::Desktop(const WindowManager& manager)
     : person_(server_.display()), said_path_(std::string(std::getenv("HOME")) + "/said")
 {
@@ -82,6 +87,7 @@ Desktop::~Desktop()
 
 void Desktop::open(const Face& face)
 {
+    face_ = &face;
     start(program_, face.command, said_path_.c_str());
     const bool there = sees([&] {
         window_ = find_window(person_.root(), true);
@@ -93,13 +99,19 @@ void Desktop::open(const Face& face)
 
 bool Desktop::shows(const Face& face) const
 {
-    return pixel(face.client) == face.client_colour && pixel(face.last) == face.client_colour;
+    return pixel(face.client) == face.client_colour && pixel(face.last) == face.last_colour;
 }
 
 std::string Desktop::said() const
 {
     std::ifstream file(said_path_);
-    return { std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>() };
+    std::string words;
+    for (std::string line; std::getline(file, line);) {
+        const auto is_in_line = [&](const char* word) { return line.find(word) != std::string::npos; };
+        if (std::none_of(face_->chatter.begin(), face_->chatter.end(), is_in_line))
+            words += line + '\n';
+    }
+    return words;
 }
 
 void Desktop::hand(const std::string& words)

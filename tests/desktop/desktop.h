@@ -48,14 +48,18 @@ struct Face {
     Point minimise;
     Point maximise;
     Point close;
-    Point client; // of one colour around, and with a tool tip
-    Point cut;    // outside of the outline
-    Point last;   // of the client's colour, near the lower right end
+    Point client;
+    Point last; // of the client area, near the lower right end
+    Point tip;  // where the pointer rests for a tool tip
+    Point cut;  // outside of the outline
     std::uint32_t client_colour;
+    std::uint32_t last_colour;
     std::uint32_t active_colour; // of the caption at that place
     std::uint32_t inactive_colour;
-    int overhang; // of a maximised window over each edge of the work area
+    int overhang;                     // of a maximised window over each edge of the work area
+    std::vector<const char*> chatter; // what it says in lines with such a word is of no interest
 };
+void PrintTo(const Face& face, std::ostream* out);
 
 class Desktop {
 public:
@@ -110,6 +114,7 @@ private:
     XPerson person_;
     Program manager_;
     Program program_;
+    const Face* face_ = nullptr;
     std::string said_path_;
     xcb_window_t window_ = 0;
     xcb_window_t cover_ = 0;

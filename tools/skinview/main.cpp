@@ -83,8 +83,8 @@ int Show(const Options& options)
         return kNoSkin;
     }
     theApp.Take(options);
-    AfxWinMain(AfxGetInstanceHandle(), nullptr, nullptr, SW_SHOWNORMAL);
-    return theApp.ExitCode();
+    const int nQuitCode = AfxWinMain(AfxGetInstanceHandle(), nullptr, nullptr, SW_SHOWNORMAL);
+    return theApp.ExitCode() == kDone ? nQuitCode : theApp.ExitCode(); // of a shown window: how its loop ended
 }
 
 int Run(const std::vector<std::string>& arguments)

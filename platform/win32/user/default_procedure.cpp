@@ -168,8 +168,6 @@ void open_menu_of_icon(HWND window, LPARAM lparam)
     const bool pressed = (GetKeyState(VK_LBUTTON) & 0x8000) != 0;
     if (chosen || !pressed || GetTickCount() - begin > GetDoubleClickTime())
         return;
-    if (GetKeyState(VK_ESCAPE) & 0x8000)
-        return; // a quick key is no second press
     POINT point;
     GetCursorPos(&point);
     const LPARAM place = MAKELPARAM(static_cast<WORD>(point.x), static_cast<WORD>(point.y));
