@@ -107,11 +107,11 @@ std::string Sha256(std::string_view strBytes)
     return g_checksum_get_string(checksum.get());
 }
 
-std::optional<std::string> Sha256OfFile(int fd)
+std::optional<std::string> Sha256OfFile(int fd, const std::stop_token& stop)
 {
     const Checksum checksum(g_checksum_new(G_CHECKSUM_SHA256));
     std::array<guchar, 1 << 16> buffer;
-    for (;;) {
+    while (!stop.stop_requested()) {
         const ssize_t nRead = TEMP_FAILURE_RETRY(::read(fd, buffer.data(), buffer.size()));
         if (nRead < 0)
             return std::nullopt;
@@ -119,6 +119,7 @@ std::optional<std::string> Sha256OfFile(int fd)
             return g_checksum_get_string(checksum.get());
         g_checksum_update(checksum.get(), buffer.data(), nRead);
     }
+    return std::nullopt;
 }
 
 } // namespace client

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,7 +42,7 @@ bool IsSafeName(std::string_view strName);
 
 std::string Sha256(std::string_view strBytes);
 
-// Of what stands between the descriptor's position and the end of its file. Nothing on a read error.
-std::optional<std::string> Sha256OfFile(int fd);
+// Of what stands between the descriptor's position and the end of its file. Nothing on a read error or a stop.
+std::optional<std::string> Sha256OfFile(int fd, const std::stop_token& stop = {});
 
 } // namespace client

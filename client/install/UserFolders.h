@@ -11,7 +11,10 @@ inline constexpr char kConfigFolder[] = "Varnhal";                              
 inline constexpr char kConfigFile[] = "client.conf";                            // in the config folder
 inline constexpr char kMenuEntry[] = "applications/merav-conferencing.desktop"; // in DataHome()
 
-inline constexpr char kClientProgram[] = "PelkVarnhal.exe"; // in the installation's folder
+// In the installation's folder.
+inline constexpr char kClientProgram[] = "PelkVarnhal.exe";
+inline constexpr char kUninstallProgram[] = "Uninstall.exe";
+inline constexpr char kUninstallOption[] = "--uninstall"; // has the client's program show Uninstall's window
 
 // $XDG_CONFIG_HOME, else $HOME/.config. Empty: neither variable holds an absolute path.
 std::string ConfigHome();

@@ -1,117 +1,261 @@
 #include "client/pelk_varnhal/ClientWnd.h"
 
-#include "client/pelk_varnhal/Installation.h"
+#include "client/install/UserFolders.h"
+#include "client/window/Drawing.h"
 
-#include <string_view>
+#include <shellapi.h>
 
 namespace client {
 
 namespace {
 
-constexpr UINT kPictures = 131; // of client.rc
-constexpr int kWidth = 420;
-constexpr int kHeight = 300;
+// Posted by the worker.
+constexpr UINT kCheckMoved = WM_APP + 1;
+constexpr UINT kCheckEnded = WM_APP + 2;
 
-// Where the bitmap holds what: the window when complete, beneath it when not, beneath both the characters of a version.
-constexpr int kIncompleteTop = kHeight;
-constexpr int kCharactersTop = 2 * kHeight;
-constexpr std::string_view kCharacters = "0123456789.";
-constexpr CSize kCharacter(8, 16);
+constexpr int kFactHeight = 24;
+constexpr int kLabelWidth = 92;
+constexpr int kGap = 14;
+constexpr Pen kLabelPen = { "Text", "Client.Label" };
+constexpr Pen kValuePen = { "Text", "Client.Value" };
 
-constexpr int kHeaderHeight = 96; // the window is dragged by it
-constexpr CPoint kVersionAt(96, 121);
-constexpr RECT kCloseButton = { 312, 252, 390, 282 };
-
-constexpr char kTitle[] = "Merav \xBB\xE1\xD2\xE9"; // 会议, in code page 936
+int AsInt(std::size_t n)
+{
+    return static_cast<int>(n);
+}
 
 } // namespace
 
-IMPLEMENT_DYNAMIC(ClientWnd, CFrameWnd)
+IMPLEMENT_DYNAMIC(ClientWnd, SkinnedWnd)
 
-BEGIN_MESSAGE_MAP(ClientWnd, CFrameWnd)
-ON_WM_PAINT()
-ON_WM_ERASEBKGND()
-ON_WM_NCHITTEST()
-ON_WM_LBUTTONUP()
-ON_WM_KEYDOWN()
+BEGIN_MESSAGE_MAP(ClientWnd, SkinnedWnd)
+ON_WM_CREATE()
+ON_WM_DESTROY()
+ON_WM_CONTEXTMENU()
+ON_COMMAND(kCommandCheck, &ClientWnd::OnCheck)
+ON_UPDATE_COMMAND_UI(kCommandCheck, &ClientWnd::OnUpdateCheck)
+ON_COMMAND(kCommandClose, &ClientWnd::OnCloseButton)
+ON_COMMAND(kCommandMenu, &ClientWnd::OnMenu)
+ON_COMMAND(kCommandAutoStart, &ClientWnd::OnAutoStart)
+ON_UPDATE_COMMAND_UI(kCommandAutoStart, &ClientWnd::OnUpdateAutoStart)
+ON_COMMAND(kCommandUninstall, &ClientWnd::OnUninstall)
+ON_MESSAGE(kCheckMoved, &ClientWnd::OnCheckMoved)
+ON_MESSAGE(kCheckEnded, &ClientWnd::OnCheckEnded)
 END_MESSAGE_MAP()
 
-ClientWnd::ClientWnd(const std::string& strFolder)
-    : m_bComplete(IsComplete(strFolder)), m_strVersion(InstalledVersion())
+ClientWnd::ClientWnd(std::string strFolder)
+    : SkinnedWnd(kTextProduct), m_strFolder(std::move(strFolder)), m_settings(ReadInstalledSettings())
+{}
+
+int ClientWnd::OnCreate(LPCREATESTRUCTA pCreate)
 {
-    m_bmpPictures.LoadBitmap(kPictures);
+    if (SkinnedWnd::OnCreate(pCreate) == -1)
+        return -1;
+    OnCheck();
+    return 0;
 }
 
-BOOL ClientWnd::CreateAndShow(int nShowCommand)
+void ClientWnd::OnDestroy()
 {
-    const int x = (GetSystemMetrics(SM_CXSCREEN) - kWidth) / 2;
-    const int y = (GetSystemMetrics(SM_CYSCREEN) - kHeight) / 2;
-    const std::string strTitle = m_strVersion.empty() ? kTitle : kTitle + (" " + m_strVersion);
-    if (!Create(AfxRegisterWndClass(0), strTitle.c_str(), WS_POPUP | WS_SYSMENU | WS_MINIMIZEBOX,
-                CRect(x, y, x + kWidth, y + kHeight)))
-        return FALSE;
-    ShowWindow(nShowCommand);
-    UpdateWindow();
-    return TRUE;
+    m_worker = {}; // asks it to stop, and waits
+    SkinnedWnd::OnDestroy();
 }
 
-BOOL ClientWnd::PreCreateWindow(CREATESTRUCTA& cs)
+void ClientWnd::SkinChanging()
 {
-    const BOOL bMade = CFrameWnd::PreCreateWindow(cs);
-    cs.dwExStyle &= ~WS_EX_CLIENTEDGE; // the picture is as large as the window
-    return bMade;
+    DeleteButtons();
+    for (const char* pszAnchor : { "_Menu", "_Check", "_Close" })
+        AddButton(pszAnchor);
 }
 
-void ClientWnd::OnPaint()
+// ---- The check ----
+
+void ClientWnd::OnCheck()
 {
-    CPaintDC dc(this);
-    CDC dcPictures;
-    dcPictures.CreateCompatibleDC(&dc);
-    CBitmap* pOldBitmap = dcPictures.SelectObject(&m_bmpPictures);
-    dc.BitBlt(0, 0, kWidth, kHeight, &dcPictures, 0, m_bComplete ? 0 : kIncompleteTop, SRCCOPY);
-    PaintVersion(dc, dcPictures);
-    dcPictures.SelectObject(pOldBitmap);
+    if (m_bChecking)
+        return;
+    m_bChecking = TRUE;
+    m_settings = ReadInstalledSettings();
+    m_list.SetRows({});
+    m_progress.nDone = 0;
+    m_progress.nAll = 0;
+    m_worker = std::jthread([this, hWnd = m_hWnd](const std::stop_token& stop) {
+        m_result = CheckFiles(m_strFolder, &m_progress, stop, [hWnd] { ::PostMessageA(hWnd, kCheckMoved, 0, 0); });
+        ::PostMessageA(hWnd, kCheckEnded, 0, 0);
+    });
+    Invalidate(FALSE);
 }
 
-// Writes the version with the bitmap's characters; one that is not among them leaves a gap.
-void ClientWnd::PaintVersion(CDC& dc, CDC& dcPictures) const
+LRESULT ClientWnd::OnCheckMoved(WPARAM /*wParam*/, LPARAM /*lParam*/)
 {
-    CPoint point = kVersionAt;
-    for (const char c : m_strVersion) {
-        if (const std::size_t n = kCharacters.find(c); n != std::string_view::npos)
-            dc.BitBlt(point.x, point.y, kCharacter.cx, kCharacter.cy, &dcPictures, static_cast<int>(n) * kCharacter.cx,
-                      kCharactersTop, SRCCOPY);
-        point.x += kCharacter.cx;
+    Invalidate(FALSE);
+    return 0;
+}
+
+LRESULT ClientWnd::OnCheckEnded(WPARAM /*wParam*/, LPARAM /*lParam*/)
+{
+    if (!m_worker.joinable())
+        return 0;
+    m_worker.join();
+    m_bChecking = FALSE;
+    std::vector<ListRow> rows;
+    for (const Finding& finding : m_result.findings) {
+        const bool bGone = finding.condition == Condition::Gone;
+        const TextId nNote = bGone                                     ? kTextMissing
+                             : finding.condition == Condition::Changed ? kTextChanged
+                                                                       : kTextUnreadable;
+        rows.push_back({ bGone ? "RowMissing" : "RowChanged", finding.strName, Text(nNote) });
+    }
+    m_list.SetRows(std::move(rows));
+    Invalidate(FALSE);
+    return 0;
+}
+
+void ClientWnd::OnUpdateCheck(CCmdUI* pCmdUI)
+{
+    pCmdUI->Enable(!m_bChecking);
+}
+
+// ---- Painting ----
+
+void ClientWnd::PaintContent(CDC& dc, const CRect& rcContent)
+{
+    CRect rc = rcContent;
+    rc.top = PaintCheck(dc, rc) + kGap;
+    dc.FillSolidRect(rc.left, rc.top, rc.Width(), 1, Colour("Client.Line"));
+    rc.top = PaintFacts(dc, CRect(rc.left, rc.top + kGap, rc.right, rc.bottom)) + kGap;
+    if (!m_list.IsEmpty())
+        m_list.Paint(dc, *m_pSkinWindow, rc);
+}
+
+int ClientWnd::PaintCheck(CDC& dc, const CRect& rcContent)
+{
+    CString strSentence;
+    if (m_bChecking) {
+        const std::size_t nDone = m_progress.nDone;
+        const std::size_t nAll = m_progress.nAll;
+        strSentence.Format(Text(kTextCheckedSoFar), AsInt(nDone), AsInt(nAll));
+        const int nBottom = PaintState(dc, rcContent, "Busy", Text(kTextChecking), "Client.Busy", strSentence);
+        DrawProgress(dc, CRect(rcContent.left, nBottom + 8, rcContent.right, nBottom + 14), nDone, nAll);
+        return nBottom + 14;
+    }
+    if (!m_result.bHasList)
+        return PaintState(dc, rcContent, "Bad", Text(kTextNotChecked), "Client.Bad", Text(kTextNoList));
+    if (m_result.findings.empty()) {
+        strSentence.Format(Text(kTextAllThere), AsInt(m_result.nFiles));
+        return PaintState(dc, rcContent, "Good", Text(kTextWhole), "Client.Good", strSentence);
+    }
+    const std::size_t nMissing = m_result.Count(Condition::Gone);
+    strSentence.Format(Text(kTextDamage), AsInt(nMissing), AsInt(m_result.findings.size() - nMissing),
+                       AsInt(m_result.nFiles));
+    return PaintState(dc, rcContent, "Bad", Text(kTextIncomplete), "Client.Bad", strSentence);
+}
+
+int ClientWnd::PaintFacts(CDC& dc, const CRect& rcFacts)
+{
+    CString strVersion = Text(kTextNotFound);
+    if (!m_settings.strVersion.empty())
+        strVersion.Format(Text(kTextVersions), m_settings.strVersion.c_str(), m_settings.strComponents.c_str());
+
+    CRect rc(rcFacts.left, rcFacts.top, rcFacts.right, rcFacts.top + kFactHeight);
+    const auto valuePlace = [&] { return CRect(rc.left + kLabelWidth, rc.top, rc.right, rc.bottom); };
+    DrawLine(dc, rc, Text(kTextVersion), kLabelPen);
+    DrawLine(dc, valuePlace(), strVersion, kValuePen);
+    rc.OffsetRect(0, kFactHeight);
+    DrawLine(dc, rc, Text(kTextConnection), kLabelPen);
+    DrawLine(dc, valuePlace(), ConnectionText(), kValuePen);
+    rc.OffsetRect(0, kFactHeight);
+    DrawLine(dc, rc, Text(kTextFolder), kLabelPen);
+    DrawPath(dc, valuePlace(), m_strFolder, kValuePen);
+    return rc.bottom;
+}
+
+CString ClientWnd::ConnectionText() const
+{
+    if (!m_settings.bHasConnection)
+        return Text(kTextNotFound);
+    if (m_settings.strProxyHost.empty())
+        return Text(kTextDirect);
+    CString strText;
+    strText.Format(Text(kTextProxy), m_settings.strProxyHost.c_str(), static_cast<int>(m_settings.nProxyPort));
+    return strText;
+}
+
+// ---- Commands ----
+
+void ClientWnd::KeyPressed(UINT nKey)
+{
+    switch (nKey) {
+    case VK_ESCAPE:
+        PostMessage(WM_CLOSE);
+        break;
+    case VK_F5:
+        OnCheck();
+        break;
+    case VK_F10:
+        OnMenu();
+        break;
+    default:
+        break;
     }
 }
 
-BOOL ClientWnd::OnEraseBkgnd(CDC*)
+void ClientWnd::OnCloseButton()
 {
-    return TRUE; // the picture covers everything
+    PostMessage(WM_CLOSE);
 }
 
-LRESULT ClientWnd::OnNcHitTest(CPoint point)
+// Beneath its button.
+void ClientWnd::OnMenu()
 {
-    CPoint ptClient = point;
-    ScreenToClient(&ptClient);
-    const LRESULT nHit = CFrameWnd::OnNcHitTest(point);
-    return nHit == HTCLIENT && ptClient.y < kHeaderHeight ? HTCAPTION : nHit;
+    CPoint point(0, 0);
+    if (const PelkGUI::GuiCmdButton* pButton = GetCmdButton(kCommandMenu))
+        point = CPoint(pButton->m_rcButton.left, pButton->m_rcButton.bottom + 2);
+    ClientToScreen(&point);
+    TrackMenu(point);
 }
 
-void ClientWnd::OnLButtonUp(UINT nFlags, CPoint point)
+void ClientWnd::OnContextMenu(CWnd* /*pWnd*/, CPoint point)
 {
-    if (PtInRect(&kCloseButton, point))
-        PostMessage(WM_CLOSE);
+    if (point == CPoint(-1, -1))
+        OnMenu();
     else
-        CFrameWnd::OnLButtonUp(nFlags, point);
+        TrackMenu(point);
 }
 
-void ClientWnd::OnKeyDown(UINT nChar, UINT nRepCnt, UINT nFlags)
+void ClientWnd::TrackMenu(CPoint point)
 {
-    if (nChar == VK_ESCAPE)
+    CMenu menu;
+    if (!menu.CreatePopupMenu())
+        return;
+    menu.AppendMenu(MF_STRING, kCommandCheck, Text(kTextMenuCheck) + "\tF5");
+    menu.AppendMenu(MF_STRING, kCommandAutoStart, Text(kTextMenuAutoStart));
+    menu.AppendMenu(MF_SEPARATOR);
+    menu.AppendMenu(MF_STRING, kCommandUninstall, Text(kTextMenuUninstall));
+    menu.AppendMenu(MF_STRING, kCommandClose, Text(kTextMenuExit) + "\tEsc");
+    menu.TrackPopupMenu(TPM_LEFTALIGN, point.x, point.y, this);
+}
+
+void ClientWnd::OnAutoStart()
+{
+    (void)SetStartWithSystem(m_strFolder, !StartsWithSystem(m_strFolder)); // the menu shows what it came to
+}
+
+void ClientWnd::OnUpdateAutoStart(CCmdUI* pCmdUI)
+{
+    pCmdUI->SetCheck(StartsWithSystem(m_strFolder) ? 1 : 0);
+}
+
+// Uninstall asks, and this window would only stand in its way.
+void ClientWnd::OnUninstall()
+{
+    const std::string strProgram = m_strFolder + "/" + kUninstallProgram;
+    SHELLEXECUTEINFOA info{};
+    info.cbSize = sizeof info;
+    info.lpFile = strProgram.c_str();
+    info.nShow = SW_SHOW;
+    if (ShellExecuteExA(&info))
         PostMessage(WM_CLOSE);
-    else
-        CFrameWnd::OnKeyDown(nChar, nRepCnt, nFlags);
 }
 
 } // namespace client

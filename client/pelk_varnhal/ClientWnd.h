@@ -1,38 +1,61 @@
-// The client's window: its version and whether its files are all there, on a picture that the program carries.
+// The client's window: it shows that the installation works: versions, connection and place, and whether all files are
+// as they were installed. The files are looked at by a worker thread of the window, which ends with the window; what is
+// missing or changed is then listed.
 #pragma once
 
-#include <afxwin.h>
+#include "client/install/FileCheck.h"
+#include "client/pelk_varnhal/Installation.h"
+#include "client/window/SkinnedWnd.h"
 
 #include <string>
+#include <thread>
 
 namespace client {
 
-class ClientWnd : public CFrameWnd {
+class ClientWnd : public SkinnedWnd {
     DECLARE_DYNAMIC(ClientWnd)
 
+public:
+    static constexpr CSize kSize{ 620, 500 };
+
     // For the client in strFolder. The window deletes itself when it is closed.
-    explicit ClientWnd(const std::string& strFolder);
+    explicit ClientWnd(std::string strFolder);
 
-    // Makes the window in the middle of the screen and shows it. FALSE: there is none, the object is the caller's.
-    BOOL CreateAndShow(int nShowCommand);
+    BOOL IsChecking() const { return m_bChecking; }
+    const CheckResult& Result() const { return m_result; } // of the last check that ended
 
-    BOOL PreCreateWindow(CREATESTRUCTA& cs) override;
+    void SkinChanging() override;
 
 protected:
-    afx_msg void OnPaint();
-    afx_msg BOOL OnEraseBkgnd(CDC* pDC);
-    afx_msg LRESULT OnNcHitTest(CPoint point);
-    afx_msg void OnLButtonUp(UINT nFlags, CPoint point);
-    afx_msg void OnKeyDown(UINT nChar, UINT nRepCnt, UINT nFlags);
+    void PaintContent(CDC& dc, const CRect& rcContent) override;
+    void KeyPressed(UINT nKey) override;
 
+    afx_msg int OnCreate(LPCREATESTRUCTA pCreate);
+    afx_msg void OnDestroy();
+    afx_msg void OnCheck();
+    afx_msg void OnUpdateCheck(CCmdUI* pCmdUI);
+    afx_msg void OnCloseButton();
+    afx_msg void OnMenu();
+    afx_msg void OnAutoStart();
+    afx_msg void OnUpdateAutoStart(CCmdUI* pCmdUI);
+    afx_msg void OnUninstall();
+    afx_msg void OnContextMenu(CWnd* pWnd, CPoint point);
+    LRESULT OnCheckMoved(WPARAM wParam, LPARAM lParam);
+    LRESULT OnCheckEnded(WPARAM wParam, LPARAM lParam);
     DECLARE_MESSAGE_MAP()
 
 private:
-    void PaintVersion(CDC& dc, CDC& dcPictures) const;
+    int PaintCheck(CDC& dc, const CRect& rcContent);
+    int PaintFacts(CDC& dc, const CRect& rcFacts);
+    void TrackMenu(CPoint point);
+    CString ConnectionText() const;
 
-    BOOL m_bComplete;
-    std::string m_strVersion;
-    CBitmap m_bmpPictures;
+    std::string m_strFolder;
+    InstalledSettings m_settings;
+    BOOL m_bChecking = FALSE;
+    Progress m_progress;
+    CheckResult m_result; // the worker's while m_bChecking
+    std::jthread m_worker;
 };
 
 } // namespace client

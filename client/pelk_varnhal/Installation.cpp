@@ -1,47 +1,41 @@
 #include "client/pelk_varnhal/Installation.h"
 
-#include "client/install/FileList.h"
-
-#include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-
-#include <windows.h>
-#include <winreg.h>
+#include "client/install/UserFolders.h"
+#include "client/registry/RegistryKey.h"
 
 namespace client {
 
-bool IsComplete(const std::string& strFolder)
+InstalledSettings ReadInstalledSettings()
 {
-    const std::filesystem::path folder = strFolder;
-    std::error_code error;
-    if (std::filesystem::file_size(folder / kFileListName, error) > kMaxFileListBytes || error)
-        return false;
-    std::ifstream stream(folder / kFileListName, std::ios::binary);
-    const auto files =
-        ParseFileList(std::string{ std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>() });
-    return files && !files->empty() && std::all_of(files->begin(), files->end(), [&](const ListedFile& file) {
-               std::error_code fileError;
-               return std::filesystem::file_size(folder / file.strName, fileError) == file.nSize && !fileError;
-           });
+    InstalledSettings settings;
+    const RegistryKey version(kVersionKey, KEY_QUERY_VALUE);
+    settings.strVersion = version.Text("MAINVER").value_or("");
+    settings.strComponents = version.Text("DLLVER").value_or("");
+    const RegistryKey connection(kConnectionKey, KEY_QUERY_VALUE);
+    const auto use = connection.Number("ProxyUse");
+    settings.bHasConnection = use.has_value();
+    if (use.value_or(0) != 0)
+        settings.strProxyHost = connection.Text("ProxyHost").value_or("");
+    settings.nProxyPort = connection.Number("ProxyPort").value_or(0);
+    return settings;
 }
 
-std::string InstalledVersion()
+bool StartsWithSystem(const std::string& strFolder)
 {
-    HKEY hKey = nullptr;
-    if (RegOpenKeyExA(HKEY_CURRENT_USER, "Software\\Dalvor\\Varnhal\\Tesk\\Version", 0, KEY_QUERY_VALUE, &hKey) !=
-        ERROR_SUCCESS)
-        return {};
-    BYTE text[64] = {};
-    DWORD nType = REG_NONE;
-    DWORD nSize = sizeof text;
-    const LSTATUS nError = RegQueryValueExA(hKey, "MAINVER", nullptr, &nType, text, &nSize);
-    RegCloseKey(hKey);
-    if (nError != ERROR_SUCCESS || nType != REG_SZ)
-        return {};
-    const std::string strVersion(reinterpret_cast<const char*>(text), nSize); // written without a terminator
-    return strVersion.substr(0, strVersion.find('\0'));
+    const auto text = RegistryKey(kRunKey, KEY_QUERY_VALUE).Text(kRunValue);
+    return text && NamesClientIn(*text, strFolder);
+}
+
+bool SetStartWithSystem(const std::string& strFolder, bool bStart)
+{
+    const RegistryKey key(kRunKey, KEY_QUERY_VALUE | KEY_SET_VALUE);
+    if (key.Error() != ERROR_SUCCESS)
+        return false;
+    if (!bStart)
+        return RegDeleteValueA(key.Get(), kRunValue) == ERROR_SUCCESS;
+    const std::string strProgram = strFolder + "/" + kClientProgram;
+    return RegSetValueExA(key.Get(), kRunValue, 0, REG_SZ, reinterpret_cast<const BYTE*>(strProgram.c_str()),
+                          static_cast<DWORD>(strProgram.size() + 1)) == ERROR_SUCCESS;
 }
 
 } // namespace client

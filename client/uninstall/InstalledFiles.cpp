@@ -1,5 +1,7 @@
 #include "client/uninstall/InstalledFiles.h"
 
+#include "client/install/UserFolders.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -13,60 +15,15 @@ namespace client {
 
 namespace {
 
-constexpr char kUninstallProgram[] = "Uninstall.exe";
 constexpr char kRootFolder[] = "Varnhal"; // the client's folder lies in it, beside the installer's copy of the payload
 constexpr char kUpdateFolder[] = "Update";
 constexpr char kPayloadCopy[] = "TeskSetup";
 
-Descriptor OpenFolder(int nParent, const std::string& strName)
-{
-    return Descriptor(::openat(nParent, strName.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-}
-
-Descriptor OpenFile(int nFolder, const std::string& strName)
-{
-    // O_NONBLOCK: something that is no file any more must not hold us
-    return Descriptor(::openat(nFolder, strName.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-}
-
-// A file of the installation: its folder, opened without following a link, and its name in it.
-struct Place {
-    Descriptor folder; // empty: the folder is not there, or is a link
-    std::string strName;
-};
-
-Place FindPlace(int nRoot, const std::string& strPath)
-{
-    Place place{ OpenFolder(nRoot, "."), strPath };
-    for (std::size_t nEnd = 0; place.folder && (nEnd = place.strName.find('/')) != std::string::npos;) {
-        place.folder = OpenFolder(place.folder.Get(), place.strName.substr(0, nEnd));
-        place.strName.erase(0, nEnd + 1);
-    }
-    return place;
-}
-
 } // namespace
 
-std::optional<std::vector<ListedFile>> ReadFileList(const std::string& strFolder)
+std::optional<std::vector<ListedFile>> ReadOwnFileList(const std::string& strFolder)
 {
-    const Descriptor root = OpenFolder(AT_FDCWD, strFolder);
-    if (!root)
-        return std::nullopt;
-    const Place place = FindPlace(root.Get(), kFileListName);
-    const Descriptor file = place.folder ? OpenFile(place.folder.Get(), place.strName) : Descriptor();
-    struct stat info {};
-    if (!file || ::fstat(file.Get(), &info) != 0 || !S_ISREG(info.st_mode) ||
-        info.st_size > static_cast<off_t>(kMaxFileListBytes))
-        return std::nullopt;
-    std::string strText(static_cast<std::size_t>(info.st_size), '\0');
-    std::size_t nRead = 0;
-    while (nRead < strText.size()) {
-        const ssize_t n = TEMP_FAILURE_RETRY(::read(file.Get(), strText.data() + nRead, strText.size() - nRead));
-        if (n <= 0)
-            return std::nullopt;
-        nRead += static_cast<std::size_t>(n);
-    }
-    std::optional<std::vector<ListedFile>> files = ParseFileList(strText);
+    std::optional<std::vector<ListedFile>> files = ReadFileList(strFolder);
     const auto bOurs = [](const ListedFile& listed) { return listed.strName == kUninstallProgram; };
     if (files && std::none_of(files->begin(), files->end(), bOurs))
         return std::nullopt; // we would not know where we are
@@ -75,27 +32,13 @@ std::optional<std::vector<ListedFile>> ReadFileList(const std::string& strFolder
 
 namespace {
 
-enum class Condition { AsInstalled, Changed, Gone };
-
-Condition ConditionOf(const Place& place, const ListedFile& listed)
-{
-    struct stat info {};
-    if (!place.folder || ::fstatat(place.folder.Get(), place.strName.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0)
-        return Condition::Gone;
-    if (!S_ISREG(info.st_mode) || info.st_size < 0 || static_cast<std::uint64_t>(info.st_size) != listed.nSize)
-        return Condition::Changed;
-    const Descriptor file = OpenFile(place.folder.Get(), place.strName);
-    const bool bSame = file && Sha256OfFile(file.Get()) == listed.strSha256;
-    return bSame ? Condition::AsInstalled : Condition::Changed;
-}
-
 // Removes a file, or with AT_REMOVEDIR a folder; a folder that is not empty stays without complaint.
 bool Remove(int nFolder, const std::string& strName, int nFlags, const std::string& strPath, Report* pReport)
 {
     if (::unlinkat(nFolder, strName.c_str(), nFlags) == 0)
         return true;
     if (errno != ENOENT && errno != ENOTEMPTY && errno != EEXIST)
-        pReport->failed.push_back(strPath + ": " + std::strerror(errno));
+        pReport->failed.push_back({ strPath, Reason::Failed, std::strerror(errno), errno });
     return false;
 }
 
@@ -107,6 +50,7 @@ void RemoveFile(int nRoot, const ListedFile& listed, std::set<std::string>* pCha
         pReport->nRemoved += Remove(place.folder.Get(), place.strName, 0, listed.strName, pReport) ? 1 : 0;
         break;
     case Condition::Changed:
+    case Condition::Unreadable: // whether it was changed cannot be told
         pChanged->insert(listed.strName);
         break;
     case Condition::Gone:
@@ -114,15 +58,17 @@ void RemoveFile(int nRoot, const ListedFile& listed, std::set<std::string>* pCha
     }
 }
 
-// The folders that the listed files lie in, and those above them; the deepest first.
+// The folders that the list and its files lie in, and those above them; the deepest first.
 std::vector<std::string> FoldersOf(const std::vector<ListedFile>& files)
 {
     std::set<std::string> folders;
-    for (const ListedFile& file : files) {
-        for (std::size_t n = file.strName.rfind('/'); n != std::string::npos && n > 0;
-             n = file.strName.rfind('/', n - 1))
-            folders.insert(file.strName.substr(0, n));
-    }
+    const auto addFoldersOf = [&](const std::string& strName) {
+        for (std::size_t n = strName.rfind('/'); n != std::string::npos && n > 0; n = strName.rfind('/', n - 1))
+            folders.insert(strName.substr(0, n));
+    };
+    addFoldersOf(kFileListName);
+    for (const ListedFile& file : files)
+        addFoldersOf(file.strName);
     return { folders.rbegin(), folders.rend() }; // "a/b" sorts behind "a"
 }
 
@@ -143,7 +89,7 @@ void NameLeftovers(const std::string& strFolder, const std::set<std::string>& ch
     std::sort(left.begin(), left.end());
     for (const std::string& strPath : left) {
         const bool bChanged = changed.contains(strPath.substr(strFolder.size() + 1));
-        pReport->kept.push_back(strPath + (bChanged ? ": changed since it was installed" : ": not installed"));
+        pReport->kept.push_back({ strPath, bChanged ? Reason::Changed : Reason::NotInstalled });
     }
 }
 
@@ -165,11 +111,12 @@ void RemovePayloadCopy(int nParent, const std::string& strParent, Report* pRepor
 
 } // namespace
 
-void RemoveInstalledFiles(const std::string& strFolder, const std::vector<ListedFile>& files, Report* pReport)
+void RemoveInstalledFiles(const std::string& strFolder, const std::vector<ListedFile>& files,
+                          const std::function<bool()>& goOn, Report* pReport)
 {
     const Descriptor root = OpenFolder(AT_FDCWD, strFolder);
     if (!root) {
-        pReport->failed.push_back(strFolder + ": " + std::strerror(errno));
+        pReport->failed.push_back({ strFolder, Reason::Failed, std::strerror(errno), errno });
         return;
     }
     // The program and its list go last: until then, what was broken off can be begun again.
@@ -177,8 +124,13 @@ void RemoveInstalledFiles(const std::string& strFolder, const std::vector<Listed
     std::stable_partition(ordered.begin(), ordered.end(),
                           [](const ListedFile& file) { return file.strName != kUninstallProgram; });
     std::set<std::string> changed;
-    for (const ListedFile& file : ordered)
+    for (const ListedFile& file : ordered) {
         RemoveFile(root.Get(), file, &changed, pReport);
+        if (!goOn() && &file != &ordered.back()) {
+            pReport->bStopped = true;
+            return;
+        }
+    }
     if (const Place list = FindPlace(root.Get(), kFileListName); list.folder)
         pReport->nRemoved += Remove(list.folder.Get(), list.strName, 0, kFileListName, pReport) ? 1 : 0;
     for (const std::string& strName : FoldersOf(files)) {

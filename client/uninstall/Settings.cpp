@@ -1,6 +1,7 @@
 #include "client/uninstall/Settings.h"
 
 #include "client/install/UserFolders.h"
+#include "client/registry/RegistryKey.h"
 
 #include <algorithm>
 #include <array>
@@ -16,16 +17,13 @@ namespace client {
 
 namespace {
 
-constexpr char kRunKey[] = "Software\\Microsoft\\Windows\\CurrentVersion\\Run";
-constexpr char kRunValue[] = "Merav Conferencing";
-
 constexpr char kRegistryFolder[] = "registry"; // in ConfigHome()
 constexpr char kRegistryFile[] = "current-user.sqlite";
 
 // Removed with their values, in this order.
 constexpr const char* kSettingsKeys[] = {
-    "Software\\Dalvor\\Varnhal\\Tesk\\Connection",
-    "Software\\Dalvor\\Varnhal\\Tesk\\Version",
+    kConnectionKey,
+    kVersionKey,
 };
 
 // Removed in this order when nothing is left in them.
@@ -35,59 +33,18 @@ constexpr const char* kParentKeys[] = {
     "Software\\Dalvor",
 };
 
-// An open registry key.
-class Key {
-public:
-    Key(const char* pszName, REGSAM nAccess) : m_nError(RegOpenKeyExA(HKEY_CURRENT_USER, pszName, 0, nAccess, &m_hKey))
-    {}
-    ~Key()
-    {
-        if (m_nError == ERROR_SUCCESS)
-            RegCloseKey(m_hKey);
-    }
-    Key(const Key&) = delete;
-    Key& operator=(const Key&) = delete;
-
-    HKEY Get() const { return m_hKey; }
-    LSTATUS Error() const { return m_nError; }
-
-private:
-    HKEY m_hKey = nullptr;
-    LSTATUS m_nError;
-};
-
 void NoteFailure(const std::string& strWhat, LSTATUS nError, Report* pReport)
 {
     if (nError != ERROR_SUCCESS && nError != ERROR_FILE_NOT_FOUND)
-        pReport->failed.push_back("registry, " + strWhat + ": error " + std::to_string(nError));
-}
-
-// Whether the registry's path text names the client in the folder, by whatever spelling.
-bool NamesClientIn(std::string strPath, const std::string& strFolder)
-{
-    std::replace(strPath.begin(), strPath.end(), '\\', '/');
-    const std::filesystem::path path = strPath;
-    std::error_code error;
-    return path.filename() == kClientProgram && std::filesystem::equivalent(path.parent_path(), strFolder, error);
-}
-
-std::optional<std::string> QueryText(HKEY hKey, const char* pszValue)
-{
-    std::array<BYTE, 4096> text{};
-    DWORD nType = REG_NONE;
-    DWORD nSize = static_cast<DWORD>(text.size());
-    if (RegQueryValueExA(hKey, pszValue, nullptr, &nType, text.data(), &nSize) != ERROR_SUCCESS || nType != REG_SZ)
-        return std::nullopt;
-    const std::string strText(reinterpret_cast<const char*>(text.data()), nSize);
-    return strText.substr(0, strText.find('\0'));
+        pReport->failed.push_back({ strWhat, Reason::Failed, "registry error " + std::to_string(nError), nError });
 }
 
 void RemoveAutoStart(const std::string& strFolder, Report* pReport)
 {
-    const Key key(kRunKey, KEY_QUERY_VALUE | KEY_SET_VALUE);
+    const RegistryKey key(kRunKey, KEY_QUERY_VALUE | KEY_SET_VALUE);
     if (key.Error() != ERROR_SUCCESS)
         return NoteFailure(kRunKey, key.Error(), pReport);
-    const std::optional<std::string> text = QueryText(key.Get(), kRunValue);
+    const std::optional<std::string> text = key.Text(kRunValue);
     if (!text || !NamesClientIn(*text, strFolder))
         return;
     NoteFailure(kRunValue, RegDeleteValueA(key.Get(), kRunValue), pReport);
@@ -97,7 +54,7 @@ void RemoveAutoStart(const std::string& strFolder, Report* pReport)
 
 bool HasValues(const char* pszKey)
 {
-    const Key key(pszKey, KEY_QUERY_VALUE);
+    const RegistryKey key(pszKey, KEY_QUERY_VALUE);
     std::array<char, 256> name{};
     DWORD nNameSize = static_cast<DWORD>(name.size());
     return key.Error() == ERROR_SUCCESS && RegEnumValueA(key.Get(), 0, name.data(), &nNameSize, nullptr, nullptr,
@@ -116,7 +73,7 @@ void RemoveSettingsKeys(Report* pReport)
 
 bool HasKey(const std::string& strKey, DWORD nIndex, std::string* pName)
 {
-    const Key key(strKey.c_str(), KEY_ENUMERATE_SUB_KEYS);
+    const RegistryKey key(strKey.c_str(), KEY_ENUMERATE_SUB_KEYS);
     std::array<char, 256> name{};
     DWORD nNameSize = static_cast<DWORD>(name.size());
     const bool bThere = key.Error() == ERROR_SUCCESS &&
@@ -158,7 +115,7 @@ void RemoveOwnFile(const std::string& strPath, Report* pReport)
     std::error_code error;
     std::filesystem::remove(strPath, error);
     if (error)
-        pReport->failed.push_back(strPath + ": " + error.message());
+        pReport->failed.push_back({ strPath, Reason::Failed, error.message(), error.value() });
 }
 
 // A registry that nobody has anything in goes with the installation that brought it.
@@ -177,7 +134,7 @@ void RemoveConfigFolder(const std::string& strConfigFolder, Report* pReport)
     RemoveOwnFile(strConfigFolder + "/" + kConfigFile, pReport);
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator(strConfigFolder, error))
-        pReport->kept.push_back(entry.path().string() + ": not installed");
+        pReport->kept.push_back({ entry.path().string(), Reason::NotInstalled });
     std::filesystem::remove(strConfigFolder, error); // stays when it is not empty
 }
 
@@ -187,7 +144,7 @@ void RemoveSettings(const std::string& strFolder, Report* pReport)
 {
     RemoveAutoStart(strFolder, pReport);
     if (ConfigHome().empty() || DataHome().empty()) {
-        pReport->failed.push_back("HOME is not set to a folder: settings and menu entry are still there");
+        pReport->failed.push_back({ "HOME", Reason::NoHome });
         return;
     }
 
@@ -201,7 +158,7 @@ void RemoveSettings(const std::string& strFolder, Report* pReport)
     const std::string strConfigFolder = ConfigHome() + "/" + kConfigFolder;
     const std::string strConfigFile = strConfigFolder + "/" + kConfigFile;
     if (const auto folder = SettingIn(strConfigFile, "Folder"); folder && *folder != strFolder) {
-        pReport->kept.push_back(strConfigFile + ": belongs to the client in " + *folder);
+        pReport->kept.push_back({ strConfigFile, Reason::OtherClient, *folder });
         return;
     }
     RemoveConfigFolder(strConfigFolder, pReport);

@@ -1,23 +1,37 @@
-// Uninstall [--yes]
+// Uninstall [--yes | --terminal]
 // Removes the client that this program lies beside: its files, its settings, its menu entry and its start with the
-// system. What the user changed or added stays, and is named. Asks first on a terminal; --yes is the answer for
-// scripts.
+// system. What the user changed or added stays, and is named. Asks first: in a window where there is a display, on the
+// terminal where there is none, and with --terminal; --yes is the answer for scripts.
 //
 // Exit codes: 0 everything that was installed and not changed is gone; 1 something that should have gone is still
-// there, named on standard error; 2 an argument is unknown; 3 nothing was done: the answer was no, or there was no
-// terminal and no --yes; 4 nothing was done: the list of installed files is missing or damaged.
+// there, named in the window or on standard error; 2 an argument is unknown; 3 nothing was done: the answer was no, or
+// there was neither display nor terminal and no --yes; 4 nothing was done: the list of installed files is missing or
+// damaged.
 #include "client/install/UserFolders.h"
-#include "client/uninstall/InstalledFiles.h"
-#include "client/uninstall/Settings.h"
+#include "client/uninstall/Removal.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <string_view>
 
 #include <unistd.h>
 
 namespace {
 
-enum ExitCode { kDone = 0, kSomeLeft = 1, kUsage = 2, kNotConfirmed = 3, kNoList = 4 };
+using namespace client;
+
+bool HasDisplay()
+{
+    const char* pszDisplay = std::getenv("DISPLAY");
+    return pszDisplay && *pszDisplay;
+}
+
+// Returns only if the client's program cannot be started.
+void BecomeTheWindow()
+{
+    const std::string strProgram = ProgramFolder() + "/" + kClientProgram;
+    (void)::execl(strProgram.c_str(), strProgram.c_str(), kUninstallOption, nullptr);
+}
 
 bool Confirm(const std::string& strFolder)
 {
@@ -31,36 +45,46 @@ bool Confirm(const std::string& strFolder)
     return nAnswer == 'y' || nAnswer == 'Y';
 }
 
-ExitCode Tell(const client::Report& report)
+ExitCode Tell(const Report& report)
 {
     std::printf("Removed %zu files.\n", report.nRemoved);
-    for (const std::string& strKept : report.kept)
-        std::printf("Kept %s\n", strKept.c_str());
-    for (const std::string& strFailed : report.failed)
-        std::fprintf(stderr, "Uninstall: %s\n", strFailed.c_str());
-    return report.failed.empty() ? kDone : kSomeLeft;
+    for (const Left& left : report.kept)
+        std::printf("Kept %s\n", LineOf(left).c_str());
+    for (const Left& left : report.failed)
+        std::fprintf(stderr, "Uninstall: %s\n", LineOf(left).c_str());
+    return ExitCodeOf(report);
+}
+
+ExitCode RunOnTerminal(bool bYes)
+{
+    const std::string strFolder = ProgramFolder();
+    const auto files = ReadOwnFileList(strFolder);
+    if (!files) {
+        std::fprintf(stderr, "Uninstall: %s/%s is missing or damaged; nothing was removed\n", strFolder.c_str(),
+                     kFileListName);
+        return kNoList;
+    }
+    if (!bYes && !Confirm(strFolder))
+        return kNotConfirmed;
+    Progress progress;
+    return Tell(RemoveInstallation(strFolder, *files, &progress, {}, [] {}));
+}
+
+ExitCode Run(int argc, char** argv)
+{
+    const std::string_view strOption = argc > 1 ? argv[1] : "";
+    if (argc > 2 || (argc == 2 && strOption != "--yes" && strOption != "--terminal")) {
+        std::fprintf(stderr, "usage: Uninstall [--yes | --terminal]\n");
+        return kUsage;
+    }
+    if (argc == 1 && HasDisplay())
+        BecomeTheWindow();
+    return RunOnTerminal(strOption == "--yes");
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const bool bYes = argc == 2 && std::string_view(argv[1]) == "--yes";
-    if (argc > 1 && !bYes) {
-        std::fprintf(stderr, "usage: Uninstall [--yes]\n");
-        return kUsage;
-    }
-    const std::string strFolder = client::ProgramFolder();
-    const auto files = client::ReadFileList(strFolder);
-    if (!files) {
-        std::fprintf(stderr, "Uninstall: %s/%s is missing or damaged; nothing was removed\n", strFolder.c_str(),
-                     client::kFileListName);
-        return kNoList;
-    }
-    if (!bYes && !Confirm(strFolder))
-        return kNotConfirmed;
-    client::Report report;
-    client::RemoveSettings(strFolder, &report);
-    client::RemoveInstalledFiles(strFolder, *files, &report);
-    return Tell(report);
+    return Run(argc, argv);
 }

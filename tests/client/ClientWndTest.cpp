@@ -1,11 +1,7 @@
 // The client's window, before a person on a screen in memory.
 #include "client/pelk_varnhal/ClientWnd.h"
-#include "client/install/FileList.h"
-#include "client/pelk_varnhal/Installation.h"
-#include "platform/win32/screen/memory_screen.h"
+#include "tests/client/ClientRun.h"
 #include "tests/client/Programs.h"
-
-#include <functional>
 
 #include <winreg.h>
 
@@ -13,107 +9,82 @@
 
 namespace {
 
+using client::ClientWnd;
+using client::Condition;
 using test::Home;
 using test::WriteFile;
 
-void WriteInstallation(const Home& home)
+// An installation of that many files, with its list.
+void WriteInstallation(const Home& home, int nFiles)
 {
-    WriteFile(home.Tesk() / "Data/Config.xml", "<client/>");
-    WriteFile(
-        home.Tesk() / client::kFileListName,
-        client::FormatFileList(std::vector{ client::ListedFile{ client::Sha256("<client/>"), 9, "Data/Config.xml" } }));
-}
-
-// The program: one window, before which a person does one thing.
-class ClientRun : public CWinApp {
-public:
-    // The program's exit code.
-    int Run(const std::string& strFolder, std::function<void(HWND)> person)
-    {
-        m_strFolder = strFolder;
-        m_person = std::move(person);
-        return AfxWinMain(AfxGetInstanceHandle(), nullptr, nullptr, SW_SHOWNORMAL);
+    std::vector<client::ListedFile> files;
+    for (int i = 0; i < nFiles; i++) {
+        const std::string strName = "Help/zh-CN/page-" + std::to_string(i) + ".html";
+        const std::string strBytes = "<p>" + std::to_string(i) + "</p>";
+        WriteFile(home.Tesk() / strName, strBytes);
+        files.push_back({ client::Sha256(strBytes), strBytes.size(), strName });
     }
+    WriteFile(home.Tesk() / client::kFileListName, client::FormatFileList(files));
+}
 
-    BOOL InitInstance() override
-    {
-        auto* pWindow = new client::ClientWnd(m_strFolder);
-        m_pMainWnd = pWindow;
-        EXPECT_TRUE(pWindow->CreateAndShow(SW_SHOWNORMAL));
-        m_person(pWindow->m_hWnd);
-        return TRUE;
+void Damage(const Home& home, int nMissing, int nChanged)
+{
+    for (int i = 0; i < nMissing + nChanged; i++) {
+        const auto path = home.Tesk() / ("Help/zh-CN/page-" + std::to_string(i) + ".html");
+        std::filesystem::remove(path);
+        if (i >= nMissing)
+            WriteFile(path, "<q>" + std::to_string(i) + "</q>"); // as long as before
     }
-
-private:
-    using CWinApp::Run;
-    std::string m_strFolder;
-    std::function<void(HWND)> m_person;
-};
-
-ClientRun theApp;
-
-std::shared_ptr<win32::MemoryScreen> NewScreen()
-{
-    auto screen = std::make_shared<win32::MemoryScreen>();
-    win32::set_screen(screen);
-    return screen;
 }
 
-std::uint32_t PixelOf(const win32::MemoryScreen& screen, HWND hWnd, int x, int y)
+void WriteText(const char* pszKey, const char* pszName, const std::string& strText)
 {
-    RECT rcWindow{};
-    ::GetWindowRect(hWnd, &rcWindow);
-    return screen.pixel_at({ rcWindow.left + x, rcWindow.top + y }) & 0xFFFFFF;
+    HKEY hKey = nullptr;
+    ASSERT_EQ(RegCreateKeyA(HKEY_CURRENT_USER, pszKey, &hKey), ERROR_SUCCESS);
+    EXPECT_EQ(RegSetValueExA(hKey, pszName, 0, REG_SZ, reinterpret_cast<const BYTE*>(strText.data()),
+                             static_cast<DWORD>(strText.size())),
+              ERROR_SUCCESS);
+    RegCloseKey(hKey);
 }
 
-TEST(ClientWnd, ShowsThatAllFilesAreThereUntilItsButtonIsClicked)
-{
-    const Home home;
-    WriteInstallation(home);
-    const auto screen = NewScreen();
-    const int nExitCode = theApp.Run(home.Tesk().string(), [&](HWND hWnd) {
-        EXPECT_EQ(PixelOf(*screen, hWnd, 98, 163), 0x339FFEu);
-        EXPECT_EQ(PixelOf(*screen, hWnd, 419, 299), 0xF4F7FAu) << "the picture fills the window";
-        RECT rcWindow{};
-        ::GetWindowRect(hWnd, &rcWindow);
-        screen->click({ rcWindow.left + 350, rcWindow.top + 265 });
-    });
-    EXPECT_EQ(nExitCode, 0);
-}
+constexpr std::uint32_t kGood = 0xE5F5EC; // grounds of the state's mark
+constexpr std::uint32_t kBad = 0xFDEEE6;
+constexpr int kMarkX = 45; // in the window
+constexpr int kMarkY = 130;
 
-TEST(ClientWnd, ShowsThatFilesAreMissingAndClosesOnEscape)
+TEST(ClientWnd, ShowsWhetherAllFilesAreThere)
 {
-    const Home home;
-    const auto screen = NewScreen();
-    const int nExitCode = theApp.Run(home.Tesk().string(), [&](HWND hWnd) {
-        EXPECT_EQ(PixelOf(*screen, hWnd, 98, 163), 0xCC6001u);
-        screen->press_key(VK_ESCAPE);
-        screen->release_key(VK_ESCAPE);
-    });
-    EXPECT_EQ(nExitCode, 0);
-}
-
-TEST(ClientWnd, ClosesWhenTheDesktopAsks)
-{
-    const Home home;
-    const auto screen = NewScreen();
-    const int nExitCode =
-        theApp.Run(home.Tesk().string(), [&](HWND) { screen->request_close(screen->stack().back()); });
-    EXPECT_EQ(nExitCode, 0);
-}
-
-TEST(Installation, IsCompleteWhenEveryFileHasItsSize)
-{
-    const Home home;
-    EXPECT_FALSE(client::IsComplete(home.Tesk().string())) << "no list";
-    WriteInstallation(home);
-    EXPECT_TRUE(client::IsComplete(home.Tesk().string()));
-    WriteFile(home.Tesk() / "Data/Config.xml", "<client/");
-    EXPECT_FALSE(client::IsComplete(home.Tesk().string())) << "cut";
-    std::filesystem::remove(home.Tesk() / "Data/Config.xml");
-    EXPECT_FALSE(client::IsComplete(home.Tesk().string())) << "missing";
-    WriteFile(home.Tesk() / client::kFileListName, "");
-    EXPECT_FALSE(client::IsComplete(home.Tesk().string())) << "an empty list";
+    struct CheckCase {
+        const char* why;
+        int nFiles, nMissing, nChanged;
+        std::uint32_t crMark;
+        const char* pszPicture;
+    };
+    const CheckCase cases[] = {
+        { "whole", 40, 0, 0, kGood, "client-whole" },      { "one missing", 3, 1, 0, kBad, "client-one" },
+        { "some of both", 40, 3, 2, kBad, "client-some" }, { "many", 332, 200, 100, kBad, "client-many" },
+        { "no list", 0, 0, 0, kBad, "client-nolist" },
+    };
+    for (const CheckCase& c : cases) {
+        SCOPED_TRACE(c.why);
+        const Home home;
+        WriteText("Software\\Dalvor\\Varnhal\\Tesk\\Version", "MAINVER", "4.0.0.1");
+        WriteText("Software\\Dalvor\\Varnhal\\Tesk\\Version", "DLLVER", "15");
+        WriteInstallation(home, c.nFiles);
+        Damage(home, c.nMissing, c.nChanged);
+        test::ClientRun run;
+        auto pWindow = std::make_unique<ClientWnd>(home.Tesk().string());
+        ClientWnd* const pClient = pWindow.get();
+        run.Run(std::move(pWindow), ClientWnd::kSize,
+                { [&] { return !pClient->IsChecking(); },
+                  [&] {
+                      EXPECT_EQ(pClient->Result().bHasList, c.nFiles > 0);
+                      EXPECT_EQ(pClient->Result().Count(Condition::Gone), static_cast<std::size_t>(c.nMissing));
+                      EXPECT_EQ(pClient->Result().Count(Condition::Changed), static_cast<std::size_t>(c.nChanged));
+                      return run.PixelAt(kMarkX - 17, kMarkY + 18) == c.crMark;
+                  },
+                  [&] { return run.Photograph(c.pszPicture); }, [&] { return run.Click(client::kCommandClose); } });
+    }
 }
 
 } // namespace

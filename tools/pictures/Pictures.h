@@ -24,8 +24,8 @@ struct Sheet {
     bool bMirrored = false; // left to right, as a skin from right to left cuts from it
 };
 
-// "skin": the installer's four pages and the strip of what no page shows. "client": the client's window, complete and
-// not, and the characters of a version. "gallery" and the names that begin so: the pictures of the gallery skin.
+// "skin": the installer's four pages and the strip of what no page shows. "client": the skin of the client and of
+// Uninstall. "gallery" and the names that begin so: the pictures of the gallery skin.
 const std::vector<Sheet>& Sheets();
 
 // Draws the sheet's pictures from the files in the folder. Empty, with the fault in *pError: a file is missing or no
