@@ -1,6 +1,8 @@
 // Random drawing against a slow and obvious model of it.
 #include "tests/platform/win32/gdi/Pictures.h"
 
+#include "platform/win32/gdi/raster.h"
+
 #include <gtest/gtest.h>
 
 #include <winbase.h>
@@ -247,5 +249,30 @@ TEST(GdiModel, AgreesWithRandomDrawing)
             duel.Step();
             ASSERT_EQ(duel.Differences(), 0) << "seed " << seed << ", step " << step;
         }
+    }
+}
+
+// Rows of any length, four pixels at a time and the rest one by one, against the rule for a pixel.
+TEST(GdiModel, MixesRowsAsPixels)
+{
+    std::mt19937 chance(7);
+    for (int count = 0; count < 2000; count++) {
+        std::vector<std::uint32_t> under(static_cast<std::size_t>(count % 40));
+        std::vector<std::uint8_t> coverage(under.size());
+        const auto over = static_cast<std::uint32_t>(chance()) & win32::kWhite;
+        std::vector<std::uint32_t> expected;
+        for (std::size_t i = 0; i < under.size(); i++) {
+            under[i] = static_cast<std::uint32_t>(chance()) & win32::kWhite;
+            coverage[i] = chance() % 3 ? static_cast<std::uint8_t>(chance()) : chance() % 2 ? 255 : 0;
+            std::uint32_t mixed = 0;
+            for (int shift = 0; shift < 24; shift += 8) {
+                const std::uint32_t sum =
+                    (over >> shift & 255) * coverage[i] + (under[i] >> shift & 255) * (255 - coverage[i]);
+                mixed |= (2 * sum + 255) / 510 << shift; // to the nearest
+            }
+            expected.push_back(mixed);
+        }
+        win32::mix_row(over, under.data(), coverage.data(), static_cast<int>(under.size()));
+        ASSERT_EQ(under, expected);
     }
 }
