@@ -6,6 +6,7 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <cstdlib>
 #include <type_traits>
 #include <vector>
 
@@ -15,6 +16,52 @@ namespace win32 {
 static_assert(sizeof(pixman_box32_t) == sizeof(RECT) && offsetof(pixman_box32_t, x2) == offsetof(RECT, right) &&
               offsetof(pixman_box32_t, y1) == offsetof(RECT, top));
 static_assert(std::is_same_v<LONG, std::int32_t>);
+
+namespace {
+
+// The memory of lists of rectangles that regions of this thread let go of. Clipping makes and drops a few with every
+// painting, and painting should take nothing from the heap.
+struct SpareLists {
+    static constexpr std::size_t kMost = 6;
+    static constexpr long kLongest = 256; // rectangles; longer ones are not worth keeping
+
+    std::array<pixman_region32_data_t*, kMost> lists{};
+    std::size_t count = 0;
+    bool is_closed = false; // the thread ends
+};
+thread_local constinit SpareLists spare_lists;
+
+struct SpareListsCloser {
+    bool is_on_watch = false;
+    ~SpareListsCloser()
+    {
+        while (spare_lists.count > 0)
+            std::free(spare_lists.lists[--spare_lists.count]);
+        spare_lists.is_closed = true;
+    }
+};
+thread_local SpareListsCloser spare_lists_closer;
+
+// Gives an empty region room for rectangles that it is about to receive.
+void lend_list(pixman_region32_t& region)
+{
+    if (spare_lists.count == 0)
+        return;
+    region.data = spare_lists.lists[--spare_lists.count];
+    region.data->numRects = 0;
+}
+
+} // namespace
+
+void Region::keep_list()
+{
+    if (spare_lists.is_closed || spare_lists.count == SpareLists::kMost || region_.data->size > SpareLists::kLongest) {
+        pixman_region32_fini(&region_);
+        return;
+    }
+    spare_lists_closer.is_on_watch = true; // it stands from its first use on
+    spare_lists.lists[spare_lists.count++] = region_.data;
+}
 
 Region::Region(const RECT& rect)
 {
@@ -35,6 +82,8 @@ Region::Region(std::span<const RECT> rects)
 Region::Region(const Region& other)
 {
     pixman_region32_init(&region_);
+    if (other.has_list())
+        lend_list(region_);
     pixman_region32_copy(&region_, &other.mutable_region());
 }
 
@@ -122,19 +171,30 @@ Region Region::round_rectangle(const RECT& rect, int width, int height)
     return bands.region();
 }
 
+// By one of pixman's operations, whose result cannot take the place of an operand without new memory.
+template <class Operation>
+bool Region::become(Operation operation, const Region& a, const Region& b)
+{
+    Region result;
+    lend_list(result.region_);
+    const bool is_done = operation(&result.region_, &a.mutable_region(), &b.mutable_region());
+    std::swap(region_, result.region_);
+    return is_done;
+}
+
 bool Region::set_union(const Region& a, const Region& b)
 {
-    return pixman_region32_union(&region_, &a.mutable_region(), &b.mutable_region());
+    return become(pixman_region32_union, a, b);
 }
 
 bool Region::set_intersection(const Region& a, const Region& b)
 {
-    return pixman_region32_intersect(&region_, &a.mutable_region(), &b.mutable_region());
+    return become(pixman_region32_intersect, a, b);
 }
 
 bool Region::set_difference(const Region& a, const Region& b)
 {
-    return pixman_region32_subtract(&region_, &a.mutable_region(), &b.mutable_region());
+    return become(pixman_region32_subtract, a, b);
 }
 
 bool Region::exclusive(const Region& other)

@@ -37,7 +37,11 @@ public:
     Region(Region&& other) noexcept;
     Region& operator=(const Region& other);
     Region& operator=(Region&& other) noexcept;
-    ~Region() { pixman_region32_fini(&region_); }
+    ~Region()
+    {
+        if (has_list())
+            keep_list();
+    }
 
     // The ellipse within `rect`: the pixels whose centre lies in it.
     static Region ellipse(const RECT& rect);
@@ -67,6 +71,12 @@ public:
     int kind() const; // NULLREGION, SIMPLEREGION, COMPLEXREGION
 
 private:
+    // A single rectangle needs none.
+    bool has_list() const { return region_.data && region_.data->size > 0; }
+    void keep_list(); // for another region; this one is no more
+    template <class Operation>
+    bool become(Operation operation, const Region& a, const Region& b);
+
     // pixman asks for a changeable region even where it only reads.
     pixman_region32_t& mutable_region() const { return const_cast<pixman_region32_t&>(region_); }
 
