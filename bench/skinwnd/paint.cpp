@@ -160,6 +160,8 @@ int main(int argc, char** argv)
     Register("frame_1920x1080", { .size = kLarge });
     Register("frame_with_text_510x349", { .size = kSmall, .bHasText = true });
     Register("frame_with_text_1920x1080", { .size = kLarge, .bHasText = true });
+    Register("caption_with_text_510", { .size = kSmall, .bCaptionOnly = true, .bHasText = true });
+    Register("caption_with_text_1920", { .size = kLarge, .bCaptionOnly = true, .bHasText = true });
     Register("caption_510", { .size = kSmall, .bCaptionOnly = true });
     Register("caption_1920", { .size = kLarge, .bCaptionOnly = true });
     Register("client_510x349", { .size = kSmall, .bClient = true });
