@@ -169,16 +169,78 @@ void copy_rows(const Copy& copy, const RECT& part)
                     copy.same_pixels);
 }
 
+// Which source columns the `count` target columns from x on show; at most kChunk of them.
+class ColumnMap {
+public:
+    ColumnMap(const AxisMap& map, int x, int count) : count_(count)
+    {
+        // As AxisMap::source_of says it, with one division for all: from one column to the next the numerator grows by
+        // twice the source's count.
+        const Run& from = map.from;
+        const bool is_forward = map.to.step > 0;
+        const std::int64_t first = is_forward ? x - map.to.start : map.to.start - (x + count - 1);
+        const std::int64_t divisor = 2 * map.to.count;
+        std::int64_t quotient = (2 * first + 1) * from.count / divisor;
+        std::int64_t rest = (2 * first + 1) * from.count % divisor;
+        const std::int64_t step = 2 * from.count / divisor;
+        const std::int64_t rest_step = 2 * from.count % divisor;
+        for (int i = 0; i < count; i++) {
+            column(is_forward ? i : count - 1 - i) = static_cast<int>(from.start + quotient * from.step);
+            quotient += step;
+            rest += rest_step;
+            if (rest >= divisor) {
+                rest -= divisor;
+                quotient++;
+            }
+        }
+        is_reversed_ = column(0) - column(count - 1) == count - 1;
+        constexpr int kWide = 8; // pixels of one colour, on average, that are worth a fill
+        if (map.to.count / kWide >= from.count)
+            find_bands();
+    }
+
+    void draw_row(const std::uint32_t* from, std::uint32_t* to) const
+    {
+        if (is_reversed_) {
+            std::reverse_copy(from + columns_[0] - count_ + 1, from + columns_[0] + 1, to);
+        } else if (bands_ > 0) {
+            for (int i = 0; i < bands_; i++)
+                to =
+                    std::fill_n(to, lengths_[static_cast<std::size_t>(i)], from[columns_[static_cast<std::size_t>(i)]]);
+        } else {
+            for (int i = 0; i < count_; i++)
+                to[i] = from[columns_[static_cast<std::size_t>(i)]];
+        }
+    }
+
+private:
+    int& column(int i) { return columns_[static_cast<std::size_t>(i)]; }
+    // Makes of neighbours that show the same column one band.
+    void find_bands()
+    {
+        for (int i = 0; i < count_; i++) {
+            if (bands_ == 0 || column(bands_ - 1) != column(i)) {
+                column(bands_) = column(i);
+                lengths_[static_cast<std::size_t>(bands_++)] = 0;
+            }
+            lengths_[static_cast<std::size_t>(bands_ - 1)]++;
+        }
+    }
+
+    int count_;
+    std::array<int, kChunk> columns_; // by band, if there are any
+    std::array<int, kChunk> lengths_;
+    int bands_ = 0;
+    bool is_reversed_ = false;
+};
+
 // Mirrored or stretched copies of 32-bit rows. Neighbours that show the same source row are made once.
 void map_rows(const Copy& copy, const RECT& part)
 {
     const Raster& raster = copy.target.canvas.raster;
-    std::array<int, kChunk> columns;
     for (int x = part.left; x < part.right; x += kChunk) {
         const int count = std::min(kChunk, part.right - x);
-        for (int i = 0; i < count; i++)
-            columns[static_cast<std::size_t>(i)] = static_cast<int>(copy.columns.source_of(x + i));
-        const bool is_reversed = columns[0] - columns[static_cast<std::size_t>(count - 1)] == count - 1;
+        const ColumnMap columns(copy.columns, x, count);
         std::int64_t shown = -1;
         for (int y = part.top; y < part.bottom; y++) {
             std::uint32_t* to = raster.colour_row(y) + x;
@@ -188,13 +250,7 @@ void map_rows(const Copy& copy, const RECT& part)
                 continue;
             }
             shown = source_y;
-            const std::uint32_t* from = copy.source.row(static_cast<int>(source_y));
-            if (is_reversed) {
-                std::reverse_copy(from + columns[0] - count + 1, from + columns[0] + 1, to);
-                continue;
-            }
-            for (int i = 0; i < count; i++)
-                to[i] = from[columns[static_cast<std::size_t>(i)]];
+            columns.draw_row(copy.source.row(static_cast<int>(source_y)), to);
         }
     }
 }
