@@ -205,7 +205,7 @@ void FramePainter::FillColumn(CDC& dc, int x, int nTop, int nBottom, const CRect
 
 FramePainter::Patch FramePainter::PatchOf(const CRect& rcPart, const CSize& sizeStep, std::int64_t nWanted)
 {
-    constexpr int kWorthwhile = 4; // tiles in a patch, and copies of it in a run
+    constexpr int kWorthwhile = 2; // tiles in a patch, and patches in a run
     const Patch single{ &m_skin.m_dcSkin, rcPart.TopLeft(), 1 };
     const int cx = rcPart.Width();
     const int cy = rcPart.Height();
