@@ -85,6 +85,24 @@ TEST(GuiSkinWindowPreBlend, PicturesOfAnySizeAndPlace)
     }
 }
 
+// The image over itself, a row further down: every row becomes what the one above it was before.
+TEST(GuiSkinWindowPreBlend, ReadsBeforeItWritesOverItself)
+{
+    constexpr int kRows = 40;
+    Pixels image(1, kRows);
+    for (unsigned y = 0; y < kRows; y++)
+        image.all[y] = y + 1;
+    PelkGUI::GuiSkinWindow skin;
+    skin.m_bmpImage.Attach(image.NewBitmap());
+    EXPECT_TRUE(skin.PreBlend(&skin.m_bmpImage, CRect(0, 1, 1, kRows), CRect(0, 0, 1, kRows)));
+    BITMAPINFO info{ { sizeof(BITMAPINFOHEADER), 1, -kRows, 1, 32, BI_RGB, 0, 0, 0, 0, 0 }, {} };
+    Pixels moved(1, kRows);
+    const CClientDC screen(nullptr);
+    ::GetDIBits(screen.m_hDC, skin.m_bmpImage, 0, kRows, moved.all.data(), &info, DIB_RGB_COLORS);
+    for (unsigned y = 0; y < kRows; y++)
+        EXPECT_EQ(moved.all[y], std::max(y, 1U));
+}
+
 TEST(GuiSkinWindowPreBlend, AsksForBothPictures)
 {
     PelkGUI::GuiSkinWindow skin;
