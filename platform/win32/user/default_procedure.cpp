@@ -163,10 +163,11 @@ WPARAM command_of_box(HWND window, int hit)
 // A second press on the icon, which closes the menu, closes the window when it comes as quickly as a double click.
 void open_menu_of_icon(HWND window, LPARAM lparam)
 {
-    const DWORD begin = GetTickCount();
+    const auto first_press = static_cast<DWORD>(GetMessageTime());
     const bool chosen = open_system_menu(window, OpenedBy::pointer);
+    const auto second_press = static_cast<DWORD>(GetMessageTime());
     const bool pressed = (GetKeyState(VK_LBUTTON) & 0x8000) != 0;
-    if (chosen || !pressed || GetTickCount() - begin > GetDoubleClickTime())
+    if (chosen || !pressed || second_press - first_press > GetDoubleClickTime())
         return;
     POINT point;
     GetCursorPos(&point);

@@ -255,6 +255,15 @@ void handle_key(InputState& input, const ScreenEvent& event)
     add_ready(input, event, window, down ? first : first + 1, key, lparam);
 }
 
+// What was released while another program had the keys nobody told. Buttons and modifiers come with every event.
+void forget_typed_keys(InputState& input)
+{
+    for (std::size_t key = VK_BACK; key < input.keys.size(); key++) {
+        if (key < VK_SHIFT || key > VK_MENU)
+            input.keys[key] = false;
+    }
+}
+
 void handle_event(InputState& input, const MessageQueue::WindowEvent& incoming)
 {
     const auto& [window, event] = incoming;
@@ -281,6 +290,7 @@ void handle_event(InputState& input, const MessageQueue::WindowEvent& incoming)
         enter_state(window, event.state, MovedBy::desktop);
         break;
     case EventKind::focus_in:
+        forget_typed_keys(input);
         make_active(window, WA_ACTIVE);
         break;
     case EventKind::focus_out:

@@ -63,11 +63,10 @@ RECT place_root(POINT at, SIZE size, UINT flags, const RECT& work)
         x -= size.cx / 2;
     else if (((flags & TPM_RIGHTALIGN) != 0) != mirrored)
         x -= size.cx;
+    const bool fits_above_only = y + size.cy > work.bottom && y - size.cy >= work.top;
     if (flags & TPM_VCENTERALIGN)
         y -= size.cy / 2;
-    else if (flags & TPM_BOTTOMALIGN)
-        y -= size.cy;
-    else if (y + size.cy > work.bottom && y - size.cy >= work.top)
+    else if ((flags & TPM_BOTTOMALIGN) || fits_above_only)
         y -= size.cy;
     return rect_at(brought_within(x, size.cx, work.left, work.right), brought_within(y, size.cy, work.top, work.bottom),
                    size);

@@ -28,6 +28,8 @@ constexpr UINT kMessages[] = {
     WM_NCMOUSEMOVE,
     WM_MOUSEMOVE,
     WM_LBUTTONDOWN,
+    WM_LBUTTONUP,
+    WM_TIMER,
     WM_NCLBUTTONDOWN,
     WM_SYSCOMMAND,
     WM_ENTERSIZEMOVE,
@@ -58,8 +60,7 @@ constexpr UINT kMessages[] = {
 };
 
 // A life with a bit of everything.
-void live(HWND window, TestWindow& plan, Person person,
-          const std::function<void(const std::function<bool()>&)>& run_until)
+void live(HWND window, Person person, const std::function<void(const std::function<bool()>&)>& run_until)
 {
     ShowWindow(window, SW_SHOW);
     SetWindowTextA(window, "another");
@@ -67,11 +68,13 @@ void live(HWND window, TestWindow& plan, Person person,
     SetWindowLongA(window, GWL_STYLE, WS_VISIBLE | static_cast<LONG>(WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN));
     SetWindowRgn(window, CreateRectRgn(0, 0, 280, 190), TRUE);
     SetFocus(window);
-    const Play play(plan, std::move(person),
+    const UINT_PTR timer = SetTimer(window, 1, 10, nullptr);
+    const Play play(std::move(person),
                     "elsewhere look at:350,250 press release at:250,110 press at:255,115 release at:106,200 press "
                     "at:95,200 release A "
                     "at:350,260 rclick look look");
     run_until([&] { return play.is_over() || !IsWindow(window); });
+    KillTimer(window, timer);
     SetCapture(window);
     ReleaseCapture();
     EnableWindow(window, FALSE);
@@ -89,6 +92,7 @@ TEST_F(BadLuck, OfDestructionInAnyMessage)
 {
     for (const UINT message : kMessages) {
         SCOPED_TRACE(message_name(message));
+        screen_->release(win32::kLeftButton); // the window before may have gone beneath a press
         screen_->move_pointer({ 900, 700 });
         bool destroyed = false;
         TestWindow window(journal_,
@@ -106,7 +110,7 @@ TEST_F(BadLuck, OfDestructionInAnyMessage)
         const HWND handle = window.get();
         const TestWindow child(journal_, { .style = WS_CHILD | WS_VISIBLE, .parent = handle });
         const TestWindow owned(journal_, { .name = "owned", .parent = handle });
-        live(handle, window, Person(screen_), [this](const std::function<bool()>& condition) { run_until(condition); });
+        live(handle, Person(screen_), [this](const std::function<bool()>& condition) { run_until(condition); });
         EXPECT_TRUE(destroyed);
         EXPECT_FALSE(IsWindow(handle));
         EXPECT_FALSE(IsWindow(child.get()));
@@ -176,7 +180,7 @@ TEST_F(BadLuck, OfALostDisplayEndsEveryLoop)
                 screen_->press(win32::kLeftButton);
                 window.on(WM_NCLBUTTONDOWN, [](HWND, WPARAM, LPARAM) { return 0; });
                 run_queue();
-                const Play play(window, Person(screen_), c.words);
+                const Play play(Person(screen_), c.words);
                 window.on(WM_USER, [&](HWND, WPARAM, LPARAM) {
                     screen_->disconnect();
                     return 0;

@@ -13,9 +13,9 @@ class Frames : public UserTest {
 protected:
     Frames() { screen_->move_pointer({ 900, 700 }); }
 
-    void play(TestWindow& window, const std::string& words)
+    void play(const std::string& words)
     {
-        const Play play(window, Person(screen_), words + " look look");
+        const Play play(Person(screen_), words + " look look");
         run_until([&] { return play.is_over() && GetCapture() == nullptr; });
     }
 
@@ -134,7 +134,7 @@ TEST_F(Frames, TurnPressesAndKeysIntoCommands)
         { "Alt and F4", "hold:alt f4 leave:alt", SC_CLOSE },
         { "Space alone", "space", 0 },
         { "a click on the icon, and away from its menu", "at:112,112 click look escape", 0 },
-        { "a second click on it", "at:112,112 click look click", SC_CLOSE },
+        { "a second click on it", "at:112,112 click click", SC_CLOSE },
         { "a command of its menu", "at:112,112 click N", SC_MINIMIZE },
     };
     const PlainIcon icon(RGB(255, 0, 0));
@@ -149,7 +149,7 @@ TEST_F(Frames, TurnPressesAndKeysIntoCommands)
         });
         SendMessageA(window.get(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon.get()));
         ShowWindow(window.get(), SW_SHOW);
-        play(window, c.words);
+        play(c.words);
         EXPECT_EQ(commands, c.expected ? std::vector{ c.expected } : std::vector<WPARAM>());
         screen_->move_pointer({ 900, 700 });
         run_queue();
@@ -166,7 +166,7 @@ TEST_F(Frames, DoNotCloseWithoutTheMenusClose)
     });
     ShowWindow(window.get(), SW_SHOW);
     const auto try_to_close = [&] {
-        play(window, "at:285,110 click hold:alt f4 leave:alt");
+        play("at:285,110 click hold:alt f4 leave:alt");
         screen_->request_close(surface_of(window.get()));
         run_queue();
         return std::exchange(commands, {});
@@ -194,7 +194,7 @@ TEST_F(Frames, ShowABoxPressedWhileThePointerIsOnIt)
         SendMessageA(handle, WM_APP, 0, 0);
         return std::nullopt;
     });
-    play(window, "at:285,110 press at:286,110 at:200,110 at:201,110 release");
+    play("at:285,110 press at:286,110 at:200,110 at:201,110 release");
     // Before the press, at it, pressed, leaving, away.
     const std::uint32_t face = 0xD4D0C8;
     const std::uint32_t shade = 0x808080;
@@ -253,7 +253,7 @@ TEST_F(Frames, FollowArrowKeys)
         screen_->move_pointer({ 400, 400 });
         run_queue();
         PostMessageA(window.get(), WM_SYSCOMMAND, c.command, 0);
-        play(window, c.words);
+        play(c.words);
         RECT rect{};
         GetWindowRect(window.get(), &rect);
         EXPECT_TRUE(EqualRect(&rect, &c.expected))

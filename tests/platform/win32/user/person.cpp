@@ -8,8 +8,6 @@ namespace test {
 
 namespace {
 
-constexpr UINT_PTR kBeat = 77;
-
 struct Key {
     const char* word;
     unsigned key;
@@ -70,29 +68,29 @@ void Person::act(const std::string& word)
     }
 }
 
-Play::Play(TestWindow& window, Person person, const std::string& text) : window_(window.get()), words_(words_of(text))
+Play* Play::current_ = nullptr;
+
+Play::Play(Person person, const std::string& text)
+    : person_(std::move(person)), words_(words_of(text)), timer_(SetTimer(nullptr, 0, USER_TIMER_MINIMUM, beat))
 {
     std::reverse(words_.begin(), words_.end());
-    window.on(WM_TIMER,
-              [this, person = std::move(person)](HWND handle, WPARAM id, LPARAM) mutable -> std::optional<LRESULT> {
-                  if (id != kBeat)
-                      return std::nullopt;
-                  if (words_.empty()) {
-                      KillTimer(handle, kBeat);
-                      return 0;
-                  }
-                  const std::string word = words_.back();
-                  words_.pop_back();
-                  if (word != "look")
-                      person.act(word);
-                  return 0;
-              });
-    timer_ = SetTimer(window_, kBeat, USER_TIMER_MINIMUM, nullptr);
+    current_ = this;
 }
 
 Play::~Play()
 {
-    KillTimer(window_, timer_);
+    KillTimer(nullptr, timer_);
+    current_ = nullptr;
+}
+
+void CALLBACK Play::beat(HWND, UINT, UINT_PTR, DWORD)
+{
+    if (current_->is_over())
+        return;
+    const std::string word = current_->words_.back();
+    current_->words_.pop_back();
+    if (word != "look")
+        current_->person_.act(word);
 }
 
 } // namespace test

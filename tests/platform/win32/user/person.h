@@ -24,20 +24,23 @@ private:
     std::shared_ptr<win32::MemoryScreen> screen_;
 };
 
-// Says the next word at each beat of a timer of the window, so that it goes on while a loop of the window runs, and
-// runs the queue until the last one has been done. "look" waits one beat.
+// Says the next word at each beat of a timer, so that it goes on while a window runs a loop of its own. "look" waits
+// one beat. One at a time.
 class Play {
 public:
-    Play(TestWindow& window, Person person, const std::string& text);
+    Play(Person person, const std::string& text);
     ~Play();
     Play(const Play&) = delete;
     Play& operator=(const Play&) = delete;
     bool is_over() const { return words_.empty(); }
 
 private:
-    HWND window_;
-    UINT_PTR timer_ = 0;
+    static void CALLBACK beat(HWND window, UINT message, UINT_PTR timer, DWORD time);
+
+    static Play* current_;
+    Person person_;
     std::vector<std::string> words_; // the next one last
+    UINT_PTR timer_;
 };
 
 } // namespace test

@@ -72,45 +72,6 @@ TEST_F(Windows, GoWithTheirChildrenAndTheWindowsTheyOwn)
     EXPECT_FALSE(DestroyWindow(owner.get()));
 }
 
-TEST_F(Windows, MayBeDestroyedInsideAnyOfTheirMessages)
-{
-    for (const UINT message :
-         { WM_NCCALCSIZE,       WM_CREATE,        WM_SIZE,       WM_MOVE,      WM_SHOWWINDOW, WM_WINDOWPOSCHANGING,
-           WM_WINDOWPOSCHANGED, WM_ACTIVATEAPP,   WM_NCACTIVATE, WM_ACTIVATE,  WM_SETFOCUS,   WM_NCPAINT,
-           WM_ERASEBKGND,       WM_PAINT,         WM_NCHITTEST,  WM_SETCURSOR, WM_MOUSEMOVE,  WM_LBUTTONDOWN,
-           WM_LBUTTONUP,        WM_MOUSEACTIVATE, WM_KILLFOCUS,  WM_DESTROY,   WM_NCDESTROY,  WM_CLOSE,
-           WM_STYLECHANGING,    WM_SETTEXT,       WM_CANCELMODE, WM_ENABLE,    WM_TIMER }) {
-        SCOPED_TRACE(message_name(message));
-        HWND window = nullptr;
-        WindowPlan plan{ .handlers = { { message, [](HWND handle, WPARAM, LPARAM) {
-                                            DestroyWindow(handle);
-                                            return 0;
-                                        } } } };
-        if (message == WM_MOUSEACTIVATE)
-            plan.ex_style = WS_EX_NOACTIVATE;
-        const TestWindow doomed(journal_, plan);
-        window = doomed.get();
-        const TestWindow other(journal_, { .name = "other", .rect = { 300, 300, 400, 400 } });
-        ShowWindow(window, message == WM_MOUSEACTIVATE ? SW_SHOWNA : SW_SHOW);
-        SetWindowPos(window, nullptr, 30, 30, 90, 90, SWP_FRAMECHANGED);
-        InvalidateRect(window, nullptr, TRUE);
-        SetTimer(window, 1, 10, nullptr);
-        run_queue();
-        screen_->click({ 50, 50 });
-        run_queue();
-        SetWindowLongPtrA(window, GWL_STYLE, static_cast<LONG_PTR>(WS_POPUP));
-        SetWindowTextA(window, "text");
-        EnableWindow(window, FALSE);
-        ShowWindow(other.get(), SW_SHOW);
-        SendMessageA(window, WM_CLOSE, 0, 0);
-        run_until([&] { return message != WM_TIMER || !IsWindow(window); });
-        DestroyWindow(window);
-        EXPECT_FALSE(IsWindow(window));
-        EXPECT_NE(GetActiveWindow(), window);
-        EXPECT_NE(GetFocus(), window);
-    }
-}
-
 struct PlaceCase {
     const char* why;
     RECT place;
