@@ -14,6 +14,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <set>
 
 using test::Picture;
 
@@ -234,22 +235,20 @@ TEST(GdiSheet, DrawsTheSameMirrored)
     }
     EXPECT_EQ(wrong, 0);
 
-    // Text keeps its glyphs: the words of one half stand in the other as they are, only elsewhere.
+    // Text keeps its glyphs: the columns of one half stand in the other as they are, only elsewhere.
     for (int line = 0; line < 4; line++) {
         SCOPED_TRACE(line);
         const auto columns = [line](const Picture& half) {
-            std::vector<int> ink;
-            for (int x = 0; x < kHalf / 2 - 4; x++) {
+            std::multiset<int> ink;
+            for (int x = 0; x < kHalf; x++) {
                 int count = 0;
                 for (int y = 0; y < 24; y++)
                     count += GetPixel(half.dc(), x, kTextTop + 24 * line + y) != RGB(255, 255, 255);
-                if (count > 0)
-                    ink.push_back(count);
+                ink.insert(count);
             }
             return ink;
         };
-        const std::vector<int> ltr = columns(left);
-        EXPECT_GT(ltr.size(), 20U);
+        EXPECT_EQ(columns(left), columns(right));
     }
 
     const Picture sheet(2 * kHalf, kHeight);
