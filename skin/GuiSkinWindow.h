@@ -179,6 +179,7 @@ private:
     void PrepareOnce(CDC* pDC);
     CDC* TileContext();
     void TakeCaption(const CWnd& wnd, CString& strCaption) const;
+    void PaintOuterFrame(CDC& dcStrip, CDC& dc, const CRect& rcWindow, int bCaptionOnly, bool bInactive);
     int ButtonPart(int nButton) const;
     void PaintCaptionButtons(CDC& dcStrip, const CRect& rcWindow);
     void PaintMirrorStrips(CDC& dcStrip, int nCornerPart);

@@ -80,14 +80,26 @@ void GuiSkinWindow::Paint(CWnd* pWnd, CDC& dc, int bCaptionOnly, int nActive)
     TakeCaption(*pWnd, strCaption);
     const HICON hIcon = m_pAnchorPresent[CaptionAnchor::Icon] ? IconOf(*pWnd) : nullptr;
 
-    using namespace FramePart;
-    const int nCaptionHeight = GreatestHeight(*this, { TopLeft, Top, TopRight });
+    const int nCaptionHeight = GreatestHeight(*this, { FramePart::TopLeft, FramePart::Top, FramePart::TopRight });
     CSize sizeStrip(rcWindow.Width(), std::min(nCaptionHeight, rcWindow.Height())); // what is below does not show
     CDC& dcStrip = *GetGuiInterface().GetBuffer(dc, sizeStrip);
     PaintCaptionButtons(dcStrip, rcWindow);
+    PaintOuterFrame(dcStrip, dc, rcWindow, bCaptionOnly, nActive == kInactive);
+    if (hIcon)
+        PaintCaptionIcon(dcStrip, rcWindow, hIcon);
+    if (m_bCaption && !strCaption.IsEmpty())
+        PaintCaptionText(dcStrip, strCaption, rcWindow.Width(), nActive == kActive ? m_crColour : m_crInactiveColour);
+    dc.BitBlt(0, 0, sizeStrip.cx, sizeStrip.cy, &dcStrip, 0, 0, SRCCOPY);
+    dcStrip.SelectClipRgn(nullptr);
+    dc.SetTextColor(0);
+    m_strPaintedCaption = std::move(strCaption);
+}
 
+void GuiSkinWindow::PaintOuterFrame(CDC& dcStrip, CDC& dc, const CRect& rcWindow, int bCaptionOnly, bool bInactive)
+{
+    using namespace FramePart;
     const auto inLook = [&](int nPart, int nInactivePart) {
-        return nActive == kInactive && FindPart(*this, nInactivePart) ? nInactivePart : nPart;
+        return bInactive && FindPart(*this, nInactivePart) ? nInactivePart : nPart;
     };
     FramePainter painter(*this, FramePainter::Frame::Outer, dcStrip, dc, rcWindow, TileContext());
     const int nTopLeft = inLook(TopLeft, TopLeftIA);
@@ -104,15 +116,6 @@ void GuiSkinWindow::Paint(CWnd* pWnd, CDC& dc, int bCaptionOnly, int nActive)
         painter.DrawRightEdge();
         painter.DrawBottomEdge();
     }
-
-    if (hIcon)
-        PaintCaptionIcon(dcStrip, rcWindow, hIcon);
-    if (m_bCaption && !strCaption.IsEmpty())
-        PaintCaptionText(dcStrip, strCaption, rcWindow.Width(), nActive == kActive ? m_crColour : m_crInactiveColour);
-    dc.BitBlt(0, 0, sizeStrip.cx, sizeStrip.cy, &dcStrip, 0, 0, SRCCOPY);
-    dcStrip.SelectClipRgn(nullptr);
-    dc.SetTextColor(0);
-    m_strPaintedCaption = std::move(strCaption);
 }
 
 void GuiSkinWindow::PaintClient(CDC* pDC, const CRect& rcClient)

@@ -110,6 +110,30 @@ void BlendRow(BYTE* pBelow, const BYTE* pAbove, const BYTE* pMask, int nCount)
     }
 }
 
+struct Pictures {
+    PixelRows image;
+    PixelRows below;
+    PixelRows mask;
+};
+
+// Blends `nCount` rows; the mask reaches over the first nMasked of them.
+void BlendBand(const CDC& dc, Pictures& pictures, CPoint ptTo, CPoint ptFrom, int nColumns, int nCount, int nMasked)
+{
+    pictures.below.Read(dc, ptTo.y, nCount);
+    pictures.image.Read(dc, ptFrom.y, nCount);
+    if (nMasked > 0)
+        pictures.mask.Read(dc, ptFrom.y, nMasked);
+    for (int k = 0; k < nCount; k++) {
+        BYTE* const pTo = pictures.below.Pixel(ptTo.x, k);
+        const BYTE* const pFrom = pictures.image.Pixel(ptFrom.x, k);
+        if (k < nMasked)
+            BlendRow(pTo, pFrom, pictures.mask.Pixel(ptFrom.x, k), nColumns);
+        else
+            std::memcpy(pTo, pFrom, static_cast<size_t>(nColumns) * 4);
+    }
+    pictures.below.WriteBack(dc);
+}
+
 } // namespace
 
 // Rows and columns that lie outside one of the pictures are passed over; the mask may end before the image does at the
@@ -120,9 +144,8 @@ BOOL GuiSkinWindow::PreBlend(CBitmap* pBitmap, const CRect& rcDestination, const
     const GuiManager& manager = GetGuiManager();
     if (manager.m_bRightToLeft && manager.m_pfnSetLayout)
         manager.m_pfnSetLayout(dcScreen.GetSafeHdc(), LAYOUT_BITMAPORIENTATIONPRESERVED);
-    PixelRows image;
-    PixelRows below;
-    PixelRows mask;
+    Pictures pictures;
+    auto& [image, below, mask] = pictures;
     if (!pBitmap || !image.Describe(dcScreen, m_bmpImage) || !below.Describe(dcScreen, *pBitmap))
         return FALSE;
     const bool bHasMask = mask.Describe(dcScreen, m_bmpAlpha);
@@ -149,20 +172,9 @@ BOOL GuiSkinWindow::PreBlend(CBitmap* pBitmap, const CRect& rcDestination, const
         return FALSE;
     for (int nRow = 0; nRow < rows.Count(); nRow += nBand) {
         const int nCount = std::min(nBand, rows.Count() - nRow);
-        const int nMasked = std::clamp(nMaskedRows - nRow, 0, nCount);
-        below.Read(dcScreen, ptTo.y + nRow, nCount);
-        image.Read(dcScreen, ptFrom.y + nRow, nCount);
-        if (nMasked > 0)
-            mask.Read(dcScreen, ptFrom.y + nRow, nMasked);
-        for (int k = 0; k < nCount; k++) {
-            BYTE* const pTo = below.Pixel(ptTo.x, k);
-            const BYTE* const pFrom = image.Pixel(ptFrom.x, k);
-            if (k < nMasked)
-                BlendRow(pTo, pFrom, mask.Pixel(ptFrom.x, k), columns.Count());
-            else
-                std::memcpy(pTo, pFrom, static_cast<size_t>(columns.Count()) * 4);
-        }
-        below.WriteBack(dcScreen);
+        const CSize down(0, nRow);
+        BlendBand(dcScreen, pictures, ptTo + down, ptFrom + down, columns.Count(), nCount,
+                  std::clamp(nMaskedRows - nRow, 0, nCount));
     }
     return TRUE;
 }

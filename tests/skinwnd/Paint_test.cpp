@@ -20,6 +20,20 @@ protected:
     }
     ~GuiSkinWindowPaint() override { SetMirrored(false); }
 
+    // An icon of 20 by 20 pixels, some of them clear.
+    static HICON NewIcon()
+    {
+        std::mt19937 random(1);
+        Pixels picture(20, 20);
+        picture.FillRandomly(random);
+        CBitmap bmp;
+        bmp.Attach(picture.NewBitmap());
+        CBitmap bmpMask;
+        bmpMask.CreateBitmap(20, 20, 1, 1, picture.all.data());
+        const ICONINFO info{ TRUE, 0, 0, bmpMask, bmp };
+        return ::CreateIconIndirect(&info);
+    }
+
     // A new layout asks for a new buffer, whose pixels are black.
     static void SetMirrored(bool bMirrored)
     {
@@ -34,6 +48,7 @@ protected:
 
 TEST_F(GuiSkinWindowPaint, DrawsWhatTheModelDraws)
 {
+    const HICON hIcon = NewIcon();
     for (unsigned nSeed = 0; nSeed < 600; nSeed++) {
         SCOPED_TRACE(nSeed);
         std::mt19937 random(nSeed);
@@ -48,11 +63,17 @@ TEST_F(GuiSkinWindowPaint, DrawsWhatTheModelDraws)
         painted.FillRandomly(random);
         Pixels expected = painted;
         m_wnd.SetWindowPos(nullptr, 5, 5, painted.cx, painted.cy, 0);
+        m_wnd.SetIcon(nSeed % 3 == 1 ? hIcon : nullptr, FALSE); // the big one serves where there is no small one
+        m_wnd.SetIcon(nSeed % 3 == 2 ? hIcon : nullptr, TRUE);
         painted.Draw(LayoutNow(), [&](CDC& dc) { skin.Paint(&m_wnd, dc, bCaptionOnly, nActive); });
         ModelPainter(skin, bMirrored)
-            .Paint(expected, bCaptionOnly, nActive, skin.m_bCaps ? "AA \xc4\xe3" : "Aa \xc4\xe3", nullptr);
+            .Paint(expected, bCaptionOnly, nActive, skin.m_bCaps ? "AA \xc4\xe3" : "Aa \xc4\xe3",
+                   nSeed % 3 ? hIcon : nullptr);
         ASSERT_TRUE(painted.all == expected.all);
     }
+    m_wnd.SetIcon(nullptr, FALSE);
+    m_wnd.SetIcon(nullptr, TRUE);
+    ::DestroyIcon(hIcon);
 }
 
 TEST_F(GuiSkinWindowPaint, DrawsTheInnerFrameThatTheModelDraws)
