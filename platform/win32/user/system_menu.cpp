@@ -63,6 +63,22 @@ bool may_have_system_menu(const Window& window)
     return is_top_level(window) || (window.style & WS_SYSMENU);
 }
 
+// Makes `fresh` the window's menu in place of `stale`, unless another thread was first or the window is gone. The menu
+// that the window has then.
+HMENU give_menu(Window& window, HMENU stale, HMENU fresh)
+{
+    HMENU kept = nullptr;
+    {
+        const WindowLock lock = lock_windows();
+        if (window.parent && window.system_menu == stale)
+            window.system_menu = fresh;
+        kept = window.system_menu;
+    }
+    if (kept != fresh)
+        DestroyMenu(fresh);
+    return kept;
+}
+
 // Shows the menu, and posts what was chosen.
 bool show(HWND window, POINT at, MenuTracker::Begin begin)
 {
@@ -170,11 +186,8 @@ HMENU GetSystemMenu(HWND handle, BOOL revert)
             DestroyMenu(menu);
         return nullptr;
     }
-    if (!IsMenu(menu)) {
-        const HMENU fresh = make_system_menu(closable);
-        const WindowLock lock = lock_windows();
-        menu = window->system_menu = fresh;
-    }
+    if (!IsMenu(menu))
+        menu = give_menu(*window, menu, make_system_menu(closable));
     update_system_menu(handle);
     return menu;
 }

@@ -5,6 +5,7 @@
 #include "winbase.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace win32 {
 
@@ -178,12 +179,14 @@ RECT client_on_screen(const Window& window, Locked lock)
 void remove_window(Window& window)
 {
     WindowPtr kept; // until its fields are given up
+    HMENU system_menu = nullptr;
     {
         const WindowLock lock = lock_windows();
         for (Window* child : window.children)
             child->parent = nullptr; // of another thread, which takes it away itself
         window.children.clear();
         unlink(window, lock);
+        system_menu = std::exchange(window.system_menu, nullptr);
         kept = windows().remove(reinterpret_cast<std::uintptr_t>(window.handle));
     }
     if (!kept)
@@ -192,8 +195,8 @@ void remove_window(Window& window)
         window.queue->remove_surface(*window.surface);
         window.surface->close();
     }
-    if (window.system_menu)
-        DestroyMenu(window.system_menu);
+    if (system_menu)
+        DestroyMenu(system_menu);
     window.queue->forget_window(window.handle);
     forget_foreground(window.handle);
 }

@@ -1,10 +1,7 @@
 // Menus as data.
 #include <windows.h>
 
-#include <map>
-#include <random>
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -83,45 +80,6 @@ TEST_F(MenuItems, TakeTheirSubmenusWithThem)
     AppendMenuA(menu_, MF_POPUP, reinterpret_cast<UINT_PTR>(deep), "deep");
     EXPECT_TRUE(DeleteMenu(menu_, 3, MF_BYPOSITION));
     EXPECT_FALSE(IsMenu(deep));
-}
-
-// Against a list of texts, with random insertions and deletions by position and by id.
-TEST_F(MenuItems, KeepTheOrderOfTheModel)
-{
-    const HMENU menu = CreatePopupMenu();
-    std::vector<UINT> model;
-    std::mt19937 random(5);
-    const auto place_of = [&](UINT id) { return std::find(model.begin(), model.end(), id) - model.begin(); };
-    for (UINT id = 1; id <= 3000; id++) {
-        const UINT at = random() % 40;
-        const UINT other = model.empty() ? 0 : model[random() % model.size()];
-        const std::string text = std::to_string(id);
-        switch (random() % 4) {
-        case 0:
-            EXPECT_TRUE(InsertMenuA(menu, at, MF_BYPOSITION, id, text.c_str()));
-            model.insert(model.begin() + std::min<std::ptrdiff_t>(at, std::ssize(model)), id);
-            break;
-        case 1:
-            EXPECT_TRUE(InsertMenuA(menu, other, MF_BYCOMMAND, id, text.c_str()));
-            model.insert(model.begin() + place_of(other), id);
-            break;
-        case 2:
-            EXPECT_EQ(DeleteMenu(menu, at, MF_BYPOSITION), at < model.size());
-            model.erase(model.begin() + std::min<std::ptrdiff_t>(at, std::ssize(model)),
-                        model.begin() + std::min<std::ptrdiff_t>(at + 1, std::ssize(model)));
-            break;
-        default:
-            EXPECT_EQ(RemoveMenu(menu, other, MF_BYCOMMAND), !model.empty());
-            std::erase(model, other);
-            break;
-        }
-        ASSERT_EQ(GetMenuItemCount(menu), std::ssize(model));
-    }
-    std::string expected;
-    for (const UINT id : model)
-        expected += std::to_string(id) + ";";
-    EXPECT_EQ(texts(menu), expected);
-    DestroyMenu(menu);
 }
 
 } // namespace
