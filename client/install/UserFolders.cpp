@@ -2,10 +2,13 @@
 
 #include "client/install/Descriptor.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <initializer_list>
+#include <string_view>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -44,6 +47,55 @@ std::string ProgramFolder()
 {
     std::error_code error;
     return std::filesystem::read_symlink("/proc/self/exe", error).parent_path().string();
+}
+
+std::vector<DesktopFolder> DesktopFolders()
+{
+    const std::string strConfigHome = ConfigHome();
+    const std::string strDataHome = DataHome();
+    std::vector<DesktopFolder> folders = {
+        { "autostart", strConfigHome + "/autostart" },
+        { "config", strConfigHome },
+        { "applications", strDataHome + "/applications" },
+        { "data", strDataHome },
+    };
+    const std::string strLocal = AbsoluteVariable("HOME") + "/.local";
+    if (strDataHome == strLocal + "/share")
+        folders.push_back({ "local", strLocal });
+    return folders;
+}
+
+namespace {
+
+// Whether the folder is not there, or holds nothing but entries of these names.
+bool HoldsOnly(const std::string& strFolder, std::initializer_list<std::string_view> names)
+{
+    std::error_code error;
+    for (auto it = std::filesystem::directory_iterator(strFolder, error); it != std::filesystem::directory_iterator();
+         it.increment(error)) {
+        if (std::find(names.begin(), names.end(), it->path().filename().string()) == names.end())
+            return false;
+    }
+    return !error || error == std::errc::no_such_file_or_directory;
+}
+
+} // namespace
+
+std::string MadeFolders()
+{
+    std::string strMade;
+    for (const DesktopFolder& folder : DesktopFolders()) {
+        const std::string_view strName = folder.pszName;
+        std::error_code error;
+        const bool bMade = strName == "config"  ? HoldsOnly(folder.strPath, { kRegistryFolder })
+                           : strName == "data"  ? HoldsOnly(folder.strPath, { kRootFolder })
+                           : strName == "local" ? HoldsOnly(folder.strPath, { "share" }) &&
+                                                      HoldsOnly(folder.strPath + "/share", { kRootFolder })
+                                                : !std::filesystem::exists(folder.strPath, error);
+        if (bMade)
+            strMade += (strMade.empty() ? "" : " ") + std::string(strName);
+    }
+    return strMade;
 }
 
 bool MakeFolders(const std::string& strFolder)

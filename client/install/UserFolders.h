@@ -3,12 +3,16 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace client {
 
 // What an installation has outside its own folder.
 inline constexpr char kConfigFolder[] = "Varnhal";                              // in ConfigHome()
 inline constexpr char kConfigFile[] = "client.conf";                            // in the config folder
+inline constexpr char kMadeFoldersSetting[] = "MadeFolders";                    // in the config file
+inline constexpr char kRootFolder[] = "Varnhal";                                // in DataHome()
+inline constexpr char kRegistryFolder[] = "registry";                           // in ConfigHome()
 inline constexpr char kMenuEntry[] = "applications/merav-conferencing.desktop"; // in DataHome()
 
 // In the installation's folder.
@@ -24,6 +28,19 @@ std::string DataHome();
 
 // The folder of the running program, without a separator at its end. Empty: the system does not tell.
 std::string ProgramFolder();
+
+// A folder of the desktop's that an installation makes when it is not there.
+struct DesktopFolder {
+    const char* pszName; // in the settings file
+    std::string strPath;
+};
+
+// Those within others first.
+std::vector<DesktopFolder> DesktopFolders();
+
+// Names, with a space between, those of them that are not there, or hold nothing but what the installer has made by the
+// time it runs SetupConfigure. Uninstall takes away no others.
+std::string MadeFolders();
 
 // Makes the folder and those above it. FALSE: one of them cannot be made.
 [[nodiscard]] bool MakeFolders(const std::string& strFolder);

@@ -2,6 +2,7 @@
 
 #include "client/install/UserFolders.h"
 #include "client/window/Drawing.h"
+#include "client/window/SkinMenu.h"
 
 #include <shellapi.h>
 
@@ -15,14 +16,8 @@ constexpr UINT kCheckEnded = WM_APP + 2;
 
 constexpr int kFactHeight = 24;
 constexpr int kLabelWidth = 92;
-constexpr int kGap = 14;
 constexpr Pen kLabelPen = { "Text", "Client.Label" };
 constexpr Pen kValuePen = { "Text", "Client.Value" };
-
-int AsInt(std::size_t n)
-{
-    return static_cast<int>(n);
-}
 
 } // namespace
 
@@ -37,8 +32,8 @@ ON_UPDATE_COMMAND_UI(kCommandCheck, &ClientWnd::OnUpdateCheck)
 ON_COMMAND(kCommandClose, &ClientWnd::OnCloseButton)
 ON_COMMAND(kCommandMenu, &ClientWnd::OnMenu)
 ON_COMMAND(kCommandAutoStart, &ClientWnd::OnAutoStart)
-ON_UPDATE_COMMAND_UI(kCommandAutoStart, &ClientWnd::OnUpdateAutoStart)
 ON_COMMAND(kCommandUninstall, &ClientWnd::OnUninstall)
+ON_MESSAGE(WM_SYSKEYDOWN, &ClientWnd::OnSysKeyDown)
 ON_MESSAGE(kCheckMoved, &ClientWnd::OnCheckMoved)
 ON_MESSAGE(kCheckEnded, &ClientWnd::OnCheckEnded)
 END_MESSAGE_MAP()
@@ -192,12 +187,18 @@ void ClientWnd::KeyPressed(UINT nKey)
     case VK_F5:
         OnCheck();
         break;
-    case VK_F10:
-        OnMenu();
-        break;
     default:
         break;
     }
+}
+
+// F10 is the system's key.
+LRESULT ClientWnd::OnSysKeyDown(WPARAM wParam, LPARAM /*lParam*/)
+{
+    if (wParam != VK_F10)
+        return Default();
+    OnMenu();
+    return 0;
 }
 
 void ClientWnd::OnCloseButton()
@@ -210,9 +211,9 @@ void ClientWnd::OnMenu()
 {
     CPoint point(0, 0);
     if (const PelkGUI::GuiCmdButton* pButton = GetCmdButton(kCommandMenu))
-        point = CPoint(pButton->m_rcButton.left, pButton->m_rcButton.bottom + 2);
+        point = CPoint(pButton->m_rcButton.right, pButton->m_rcButton.bottom + 2);
     ClientToScreen(&point);
-    TrackMenu(point);
+    TrackMenu(point, TPM_RIGHTALIGN);
 }
 
 void ClientWnd::OnContextMenu(CWnd* /*pWnd*/, CPoint point)
@@ -220,30 +221,23 @@ void ClientWnd::OnContextMenu(CWnd* /*pWnd*/, CPoint point)
     if (point == CPoint(-1, -1))
         OnMenu();
     else
-        TrackMenu(point);
+        TrackMenu(point, TPM_LEFTALIGN);
 }
 
-void ClientWnd::TrackMenu(CPoint point)
+void ClientWnd::TrackMenu(CPoint point, UINT nAlign)
 {
-    CMenu menu;
-    if (!menu.CreatePopupMenu())
-        return;
-    menu.AppendMenu(MF_STRING, kCommandCheck, Text(kTextMenuCheck) + "\tF5");
-    menu.AppendMenu(MF_STRING, kCommandAutoStart, Text(kTextMenuAutoStart));
-    menu.AppendMenu(MF_SEPARATOR);
-    menu.AppendMenu(MF_STRING, kCommandUninstall, Text(kTextMenuUninstall));
-    menu.AppendMenu(MF_STRING, kCommandClose, Text(kTextMenuExit) + "\tEsc");
-    menu.TrackPopupMenu(TPM_LEFTALIGN, point.x, point.y, this);
+    SkinMenu menu({
+        { kCommandCheck, Text(kTextMenuCheck), "F5", false, !m_bChecking },
+        { kCommandAutoStart, Text(kTextMenuAutoStart), "", StartsWithSystem(m_strFolder) },
+        { kCommandUninstall, Text(kTextMenuUninstall), "", false, true, true },
+        { kCommandClose, Text(kTextMenuExit), "Esc" },
+    });
+    menu.Track(this, point, nAlign);
 }
 
 void ClientWnd::OnAutoStart()
 {
     (void)SetStartWithSystem(m_strFolder, !StartsWithSystem(m_strFolder)); // the menu shows what it came to
-}
-
-void ClientWnd::OnUpdateAutoStart(CCmdUI* pCmdUI)
-{
-    pCmdUI->SetCheck(StartsWithSystem(m_strFolder) ? 1 : 0);
 }
 
 // Uninstall asks, and this window would only stand in its way.

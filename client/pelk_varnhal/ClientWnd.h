@@ -37,9 +37,9 @@ protected:
     afx_msg void OnCloseButton();
     afx_msg void OnMenu();
     afx_msg void OnAutoStart();
-    afx_msg void OnUpdateAutoStart(CCmdUI* pCmdUI);
     afx_msg void OnUninstall();
     afx_msg void OnContextMenu(CWnd* pWnd, CPoint point);
+    LRESULT OnSysKeyDown(WPARAM wParam, LPARAM lParam);
     LRESULT OnCheckMoved(WPARAM wParam, LPARAM lParam);
     LRESULT OnCheckEnded(WPARAM wParam, LPARAM lParam);
     DECLARE_MESSAGE_MAP()
@@ -47,7 +47,7 @@ protected:
 private:
     int PaintCheck(CDC& dc, const CRect& rcContent);
     int PaintFacts(CDC& dc, const CRect& rcFacts);
-    void TrackMenu(CPoint point);
+    void TrackMenu(CPoint point, UINT nAlign);
     CString ConnectionText() const;
 
     std::string m_strFolder;

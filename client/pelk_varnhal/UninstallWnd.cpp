@@ -12,13 +12,7 @@ namespace {
 constexpr UINT kRemovalMoved = WM_APP + 1;
 constexpr UINT kRemovalEnded = WM_APP + 2;
 
-constexpr int kGap = 14;
 constexpr Pen kFolderPen = { "Row", "Client.Label" };
-
-int AsInt(std::size_t n)
-{
-    return static_cast<int>(n);
-}
 
 CString NoteOf(const Left& left)
 {

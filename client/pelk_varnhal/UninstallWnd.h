@@ -15,7 +15,7 @@ class UninstallWnd : public SkinnedWnd {
     DECLARE_DYNAMIC(UninstallWnd)
 
 public:
-    static constexpr CSize kSize{ 560, 400 };
+    static constexpr CSize kSize{ 560, 440 };
 
     // For the installation in the folder; *pExitCode says at any time how it would end now, and outlives the window.
     UninstallWnd(std::string strFolder, ExitCode* pExitCode);

@@ -49,9 +49,10 @@ bool Sets(std::string_view strLine, std::string_view strName)
 
 } // namespace
 
-std::string ConfigText(const std::string& strFolder, const std::string& strOld)
+std::string ConfigText(const std::string& strFolder, const std::string& strMadeFolders, const std::string& strOld)
 {
     std::string strText;
+    bool bHasMadeFolders = false;
     bool bHasSetting[std::size(kSettings)] = {};
     for (std::size_t nStart = 0; nStart < strOld.size();) {
         const std::size_t nEnd = std::min(strOld.find('\n', nStart), strOld.size());
@@ -59,6 +60,7 @@ std::string ConfigText(const std::string& strFolder, const std::string& strOld)
         nStart = nEnd + 1;
         if (Sets(strLine, kFolderSetting))
             continue;
+        bHasMadeFolders |= Sets(strLine, kMadeFoldersSetting);
         for (std::size_t i = 0; i < std::size(kSettings); ++i)
             bHasSetting[i] |= Sets(strLine, kSettings[i].strName);
         strText += std::string(strLine) + "\n";
@@ -69,6 +71,8 @@ std::string ConfigText(const std::string& strFolder, const std::string& strOld)
         if (!bHasSetting[i])
             strText += Line(kSettings[i].strName, kSettings[i].strDefault);
     }
+    if (!bHasMadeFolders) // those of the first installation
+        strText += Line(kMadeFoldersSetting, strMadeFolders);
     return strText + Line(kFolderSetting, strFolder);
 }
 
@@ -151,6 +155,7 @@ bool ConfigureClient(const std::string& strFolder, std::string* pError)
     const std::string strConfigPath = strConfigFolder + "/" + kConfigFile;
     const std::string strMenuPath = strDataHome + "/" + kMenuEntry;
     const std::string strMenuFolder = strMenuPath.substr(0, strMenuPath.rfind('/'));
+    const std::string strMadeFolders = MadeFolders();
     for (const std::string& strNeeded : { strConfigFolder, strMenuFolder }) {
         if (!MakeFolders(strNeeded))
             return Fail(pError, strNeeded + ": cannot be made");
@@ -161,7 +166,7 @@ bool ConfigureClient(const std::string& strFolder, std::string* pError)
     std::error_code error;
     if (!strOld && std::filesystem::is_regular_file(strConfigPath, error))
         return Fail(pError, strConfigPath + ": cannot be read, and is left as it is"); // the user's lines are in there
-    return ReplaceFile(strConfigPath, ConfigText(strFolder, strOld.value_or("")), pError);
+    return ReplaceFile(strConfigPath, ConfigText(strFolder, strMadeFolders, strOld.value_or("")), pError);
 }
 
 } // namespace client

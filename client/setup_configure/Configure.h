@@ -5,9 +5,10 @@
 
 namespace client {
 
-// The text of the settings file for a client installed in strFolder. What the user's own file strOld says of anything
-// but the folder stays; settings it does not have are added with their defaults.
-std::string ConfigText(const std::string& strFolder, const std::string& strOld);
+// The text of the settings file for a client installed in strFolder, which made those folders (UserFolders.h). What the
+// user's own file strOld says of anything but the client's folder stays; settings it does not have are added with their
+// defaults.
+std::string ConfigText(const std::string& strFolder, const std::string& strMadeFolders, const std::string& strOld);
 
 // The text of the menu entry that starts the client in strFolder, and falls silent when the client is gone. Empty: the
 // folder's name holds a control character, which no entry can say.

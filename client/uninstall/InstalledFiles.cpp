@@ -15,7 +15,6 @@ namespace client {
 
 namespace {
 
-constexpr char kRootFolder[] = "Varnhal"; // the client's folder lies in it, beside the installer's copy of the payload
 constexpr char kUpdateFolder[] = "Update";
 constexpr char kPayloadCopy[] = "TeskSetup";
 

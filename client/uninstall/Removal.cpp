@@ -2,6 +2,8 @@
 
 #include "client/uninstall/Settings.h"
 
+#include <unistd.h>
+
 namespace client {
 
 Report RemoveInstallation(const std::string& strFolder, const std::vector<ListedFile>& files, Progress* pProgress,
@@ -9,6 +11,7 @@ Report RemoveInstallation(const std::string& strFolder, const std::vector<Listed
 {
     Report report;
     pProgress->nAll = files.size();
+    const std::vector<std::string> folders = FoldersToRemove(strFolder);
     RemoveSettings(strFolder, &report);
     RemoveInstalledFiles(
         strFolder, files,
@@ -18,6 +21,8 @@ Report RemoveInstallation(const std::string& strFolder, const std::vector<Listed
             return !stop.stop_requested();
         },
         &report);
+    for (const std::string& strMade : folders)
+        (void)::rmdir(strMade.c_str()); // stays when anything is in it
     return report;
 }
 

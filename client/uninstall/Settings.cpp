@@ -17,7 +17,6 @@ namespace client {
 
 namespace {
 
-constexpr char kRegistryFolder[] = "registry"; // in ConfigHome()
 constexpr char kRegistryFile[] = "current-user.sqlite";
 
 // Removed with their values, in this order.
@@ -45,11 +44,8 @@ void RemoveAutoStart(const std::string& strFolder, Report* pReport)
     if (key.Error() != ERROR_SUCCESS)
         return NoteFailure(kRunKey, key.Error(), pReport);
     const std::optional<std::string> text = key.Text(kRunValue);
-    if (!text || !NamesClientIn(*text, strFolder))
-        return;
-    NoteFailure(kRunValue, RegDeleteValueA(key.Get(), kRunValue), pReport);
-    std::error_code error;
-    std::filesystem::remove(ConfigHome() + "/autostart", error); // stays when it is not empty
+    if (text && NamesClientIn(*text, strFolder))
+        NoteFailure(kRunValue, RegDeleteValueA(key.Get(), kRunValue), pReport);
 }
 
 bool HasValues(const char* pszKey)
@@ -140,6 +136,20 @@ void RemoveConfigFolder(const std::string& strConfigFolder, Report* pReport)
 
 } // namespace
 
+std::vector<std::string> FoldersToRemove(const std::string& strFolder)
+{
+    const std::string strConfigFile = ConfigHome() + "/" + kConfigFolder + "/" + kConfigFile;
+    std::vector<std::string> folders;
+    if (SettingIn(strConfigFile, "Folder") != strFolder)
+        return folders;
+    const std::string strMade = " " + SettingIn(strConfigFile, kMadeFoldersSetting).value_or("") + " ";
+    for (const DesktopFolder& folder : DesktopFolders()) {
+        if (strMade.find(std::string(" ") + folder.pszName + " ") != std::string::npos)
+            folders.push_back(folder.strPath);
+    }
+    return folders;
+}
+
 void RemoveSettings(const std::string& strFolder, Report* pReport)
 {
     RemoveAutoStart(strFolder, pReport);
@@ -149,11 +159,8 @@ void RemoveSettings(const std::string& strFolder, Report* pReport)
     }
 
     const std::string strMenuEntry = DataHome() + "/" + kMenuEntry;
-    if (const auto program = SettingIn(strMenuEntry, "TryExec"); program && NamesClientIn(*program, strFolder)) {
+    if (const auto program = SettingIn(strMenuEntry, "TryExec"); program && NamesClientIn(*program, strFolder))
         RemoveOwnFile(strMenuEntry, pReport);
-        std::error_code error;
-        std::filesystem::remove(std::filesystem::path(strMenuEntry).parent_path(), error); // stays when it is not empty
-    }
 
     const std::string strConfigFolder = ConfigHome() + "/" + kConfigFolder;
     const std::string strConfigFile = strConfigFolder + "/" + kConfigFile;

@@ -82,6 +82,12 @@ int DrawLine(CDC& dc, const CRect& rc, const CString& strText, const Pen& pen, U
     return dc.GetTextExtent(strText).cx;
 }
 
+int LineWidth(CDC& dc, const CString& strText, const Pen& pen)
+{
+    const Selected selected(dc, pen);
+    return dc.GetTextExtent(strText).cx;
+}
+
 namespace {
 
 constexpr bool IsLeadByte(char c)

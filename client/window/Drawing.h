@@ -10,6 +10,14 @@
 
 namespace client {
 
+inline constexpr int kGap = 14; // between what stands below each other
+
+// As the texts want their numbers.
+inline int AsInt(std::size_t n)
+{
+    return static_cast<int>(n);
+}
+
 CString Text(TextId nText);
 
 // Text of the files' world, which is UTF-8, in the bytes of the code page.
@@ -24,6 +32,8 @@ struct Pen {
 
 // One line in the middle of the rectangle's height. nAlign: DT_LEFT, DT_CENTER or DT_RIGHT. Returns its width.
 int DrawLine(CDC& dc, const CRect& rc, const CString& strText, const Pen& pen, UINT nAlign = DT_LEFT);
+
+int LineWidth(CDC& dc, const CString& strText, const Pen& pen);
 
 // As many lines of nLineHeight as the rectangle's width makes it. A line ends before a character of two bytes or
 // behind a space; a word that is wider than the rectangle is cut off. Returns the bottom of the last line.

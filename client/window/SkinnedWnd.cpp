@@ -2,6 +2,7 @@
 
 #include "assets/CarriedFont.h"
 #include "client/window/Drawing.h"
+#include "client/window/SkinMenu.h"
 #include "look/GuiManager.h"
 #include "skin/GuiSkin.h"
 #include "skin/GuiSkinWindow.h"
@@ -42,6 +43,8 @@ ON_WM_LBUTTONDOWN()
 ON_WM_MOUSEMOVE()
 ON_WM_LBUTTONUP()
 ON_WM_CAPTURECHANGED()
+ON_WM_MEASUREITEM()
+ON_WM_DRAWITEM()
 ON_MESSAGE(WM_MOUSEWHEEL, &SkinnedWnd::OnMouseWheel)
 END_MESSAGE_MAP()
 
@@ -128,6 +131,18 @@ int SkinnedWnd::PaintState(CDC& dc, const CRect& rcContent, const char* pszMark,
     DrawLine(dc, rcText, strHeading, { "State", pszColour });
     rcText.top = rcText.bottom + 2;
     return DrawWrapped(dc, rcText, strSentence, kSentencePen, kSentenceLine);
+}
+
+void SkinnedWnd::OnMeasureItem(int /*nIDCtl*/, LPMEASUREITEMSTRUCT pItem)
+{
+    if (pItem->itemData != 0) // an item of ours
+        SkinMenu::Measure(pItem);
+}
+
+void SkinnedWnd::OnDrawItem(int /*nIDCtl*/, LPDRAWITEMSTRUCT pItem)
+{
+    if (pItem->itemData != 0)
+        SkinMenu::Draw(*pItem);
 }
 
 // ---- Input ----

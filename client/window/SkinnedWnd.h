@@ -22,6 +22,8 @@ public:
     // Makes the window in the middle of the screen and shows it. FALSE: there is none, the object is the caller's.
     BOOL CreateAndShow(CSize size, int nShowCommand);
 
+    const ListPane& List() const { return m_list; }
+
     void Paint(CDC* pDC, CRect rcClient) override;
 
 protected:
@@ -44,6 +46,8 @@ protected:
     afx_msg void OnMouseMove(UINT nFlags, CPoint point);
     afx_msg void OnLButtonUp(UINT nFlags, CPoint point);
     afx_msg void OnCaptureChanged(CWnd* pWnd);
+    afx_msg void OnMeasureItem(int nIDCtl, LPMEASUREITEMSTRUCT pItem);
+    afx_msg void OnDrawItem(int nIDCtl, LPDRAWITEMSTRUCT pItem);
     LRESULT OnMouseWheel(WPARAM wParam, LPARAM lParam);
     DECLARE_MESSAGE_MAP()
 

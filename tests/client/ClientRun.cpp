@@ -98,9 +98,14 @@ bool ClientRun::Close()
 
 std::uint32_t ClientRun::PixelAt(int x, int y) const
 {
+    return m_pScreen->pixel_at(OnScreen({ x, y })) & 0xFFFFFF;
+}
+
+POINT ClientRun::OnScreen(CPoint point) const
+{
     CRect rc;
     m_pWindow->GetWindowRect(&rc);
-    return m_pScreen->pixel_at({ rc.left + x, rc.top + y }) & 0xFFFFFF;
+    return rc.TopLeft() + point;
 }
 
 bool ClientRun::Photograph(const char* pszName)

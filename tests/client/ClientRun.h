@@ -25,6 +25,7 @@ public:
     bool Press(UINT nKey);
     bool Close(); // as the desktop asks
     std::uint32_t PixelAt(int x, int y) const;
+    POINT OnScreen(CPoint point) const;
     client::SkinnedWnd& Window() const { return *m_pWindow; }
     win32::MemoryScreen& Screen() { return *m_pScreen; }
 

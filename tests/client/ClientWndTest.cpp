@@ -1,5 +1,6 @@
 // The client's window, before a person on a screen in memory.
 #include "client/pelk_varnhal/ClientWnd.h"
+#include "client/registry/RegistryKey.h"
 #include "tests/client/ClientRun.h"
 #include "tests/client/Programs.h"
 
@@ -68,8 +69,8 @@ TEST(ClientWnd, ShowsWhetherAllFilesAreThere)
     for (const CheckCase& c : cases) {
         SCOPED_TRACE(c.why);
         const Home home;
-        WriteText("Software\\Dalvor\\Varnhal\\Tesk\\Version", "MAINVER", "4.0.0.1");
-        WriteText("Software\\Dalvor\\Varnhal\\Tesk\\Version", "DLLVER", "15");
+        WriteText(client::kVersionKey, "MAINVER", "4.0.0.1");
+        WriteText(client::kVersionKey, "DLLVER", "15");
         WriteInstallation(home, c.nFiles);
         Damage(home, c.nMissing, c.nChanged);
         test::ClientRun run;
@@ -85,6 +86,62 @@ TEST(ClientWnd, ShowsWhetherAllFilesAreThere)
                   },
                   [&] { return run.Photograph(c.pszPicture); }, [&] { return run.Click(client::kCommandClose); } });
     }
+}
+
+// A person drives the window with many findings: list, menu, check, close in the middle.
+TEST(ClientWnd, AnswersKeysWheelMenuAndPointer)
+{
+    const Home home;
+    WriteInstallation(home, 332);
+    Damage(home, 300, 0);
+    WriteText(client::kRunKey, client::kRunValue, "/elsewhere/PelkVarnhal.exe");
+    test::ClientRun run;
+    auto pWindow = std::make_unique<ClientWnd>(home.Tesk().string());
+    ClientWnd* const pClient = pWindow.get();
+    const auto checked = [&] { return !pClient->IsChecking(); };
+    const auto top = [&] { return pClient->List().TopRow(); };
+    std::size_t nLast = 0;
+    run.Run(std::move(pWindow), ClientWnd::kSize,
+            { checked,
+              [&] { return run.Press(VK_DOWN); },
+              [&] { return top() == 1; },
+              [&] {
+                  run.Screen().move_pointer(run.OnScreen({ 300, 350 }));
+                  run.Screen().turn_wheel(-WHEEL_DELTA);
+                  return true;
+              },
+              [&] { return top() == 4; },
+              [&] { return run.Press(VK_END); },
+              [&] {
+                  nLast = top();
+                  return nLast > 280 && nLast < 300;
+              },
+              [&] { // the rail above the thumb, then the thumb to the top
+                  run.Screen().click(run.OnScreen({ 588, 345 }));
+                  return true;
+              },
+              [&] { return top() < nLast; },
+              [&] {
+                  pClient->ShowWindow(SW_MAXIMIZE);
+                  return true;
+              },
+              [&] { return pClient->IsZoomed() && run.Press(VK_END); },
+              [&] { return top() < nLast; },
+              [&] { return run.Photograph("client-maximised"); },
+              [&] {
+                  pClient->ShowWindow(SW_RESTORE);
+                  pClient->SetWindowPos(nullptr, 0, 0, 460, 440, SWP_NOMOVE | SWP_NOZORDER);
+                  return true;
+              },
+              [&] { return run.Photograph("client-small"); },
+              [&] { return run.Press(VK_F10) && run.Press(VK_DOWN) && run.Press(VK_DOWN) && run.Press(VK_RETURN); },
+              [&] { return client::StartsWithSystem(home.Tesk().string()); },
+              [&] { return run.Press(VK_F5); },
+              checked,
+              [&] { return run.Press(VK_F5); },
+              [&] { return run.Press(VK_ESCAPE); } });
+    EXPECT_TRUE(client::SetStartWithSystem(home.Tesk().string(), false));
+    EXPECT_FALSE(client::StartsWithSystem(home.Tesk().string()));
 }
 
 } // namespace

@@ -39,14 +39,15 @@ TEST(SetupConfigure, WritesSettingsAndAMenuEntryThatTheDesktopAccepts)
 
 TEST(SetupConfigure, KeepsWhatTheUserChose)
 {
-    const std::string strFirst = client::ConfigText("/old", "");
+    const std::string strFirst = client::ConfigText("/old", "autostart data", "");
     EXPECT_NE(strFirst.find("MuteOnJoin=yes\n"), std::string::npos);
-    const std::string strSecond = client::ConfigText("/new", "# mine\nMuteOnJoin=no\nOwn=1\nFolder=/old\nTheme=dark");
+    const std::string strSecond =
+        client::ConfigText("/new", "", "# mine\nMuteOnJoin=no\nOwn=1\nFolder=/old\nTheme=dark");
     EXPECT_TRUE(strSecond.starts_with("# mine\nMuteOnJoin=no\nOwn=1\nTheme=dark\n")) << strSecond;
     EXPECT_TRUE(strSecond.ends_with("\nFolder=/new\n"));
     EXPECT_EQ(strSecond.find("/old"), std::string::npos);
     EXPECT_EQ(strSecond.find("MuteOnJoin=yes"), std::string::npos);
-    EXPECT_EQ(client::ConfigText("/new", strSecond), strSecond);
+    EXPECT_EQ(client::ConfigText("/new", "config", strSecond), strSecond);
 }
 
 TEST(SetupConfigure, QuotesAnyFolderForTheDesktop)

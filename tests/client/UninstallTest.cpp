@@ -1,5 +1,7 @@
 // Uninstall removes what was installed, and nothing else.
 #include "client/install/FileList.h"
+#include "client/install/UserFolders.h"
+#include "client/registry/RegistryKey.h"
 #include "client/uninstall/Settings.h"
 #include "tests/client/Programs.h"
 
@@ -7,6 +9,8 @@
 #include <winreg.h>
 
 #include <gtest/gtest.h>
+
+#include <set>
 
 #include <sys/stat.h>
 
@@ -245,7 +249,54 @@ bool AutoStarts()
     return nError == ERROR_SUCCESS;
 }
 
-// The registry is the process's own: the one test that fills it.
+// Names of everything below the folder.
+std::set<std::string> Below(const fs::path& folder)
+{
+    std::set<std::string> names;
+    for (const auto& entry : fs::recursive_directory_iterator(folder))
+        names.insert(entry.path().lexically_relative(folder).string());
+    return names;
+}
+
+TEST(Uninstall, LeavesTheHomeAsTheInstallationFoundIt)
+{
+    struct HomeCase {
+        const char* why;
+        std::vector<const char*> folders;
+    };
+    const HomeCase cases[] = {
+        { "a new home", {} },
+        { "a home in use", { ".config/other/folder", ".local/share/other", ".local/bin" } },
+        { "empty folders were there before", { ".config/autostart", ".local/share/applications" } },
+    };
+    for (const HomeCase& c : cases) {
+        SCOPED_TRACE(c.why);
+        const Installation installation;
+        const fs::path home = installation.home().Data().parent_path().parent_path();
+        fs::remove_all(home / ".config");
+        fs::remove_all(home / ".local/state");
+        for (const char* pszFolder : c.folders)
+            fs::create_directories(home / pszFolder);
+        fs::rename(installation.home().Root(), home / "away");
+        if (c.folders.empty())
+            fs::remove_all(home / ".local");
+        std::set<std::string> before = Below(home);
+        std::erase_if(before, [](const std::string& strName) { return strName.starts_with("away"); });
+        fs::create_directories(installation.home().Data());
+        fs::rename(home / "away", installation.home().Root());
+        WriteValue(client::kVersionKey, "MAINVER", "4.0.0.1"); // as the installer does before it runs SetupConfigure
+
+        installation.home().Install(SETUP_CONFIGURE, "SetupConfigure.exe");
+        installation.WriteList({});
+        ASSERT_EQ(RunProgram(installation.Path("SetupConfigure.exe").string()).nExitCode, 0);
+        WriteValue(client::kRunKey, client::kRunValue, installation.Path(client::kClientProgram).string());
+        EXPECT_TRUE(fs::exists(home / ".config/autostart/Merav Conferencing.desktop"));
+        EXPECT_EQ(installation.Uninstall().nExitCode, 0);
+        EXPECT_EQ(Below(home), before);
+    }
+}
+
+// The registry is the process's own: the one test that fills it and looks at it afterwards.
 TEST(Uninstall, RemovesItsOwnSettingsAndNoOthers)
 {
     constexpr char kRunKey[] = "Software\\Microsoft\\Windows\\CurrentVersion\\Run";
