@@ -1,6 +1,7 @@
 #include "tools/skinview/SkinFindings.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "skin/SkinText.h"
 
@@ -148,7 +149,7 @@ void SkinFindings::CheckNumbers(const OvXMLElement* pElement, const AttributeRul
     for (int n = 0; nRead < nCount; nRead++) {
         if (nRead > 0 && *psz++ != ',')
             break;
-        const char* const pszNumber = psz + std::string_view(psz).find_first_not_of(" +-");
+        const char* const pszNumber = psz + std::strspn(psz, " +-");
         if (!PelkGUI::ReadInteger(psz, n))
             break;
         if (psz - pszNumber > 1 && pszNumber[0] == '0' && pszNumber[1] >= '0' && pszNumber[1] <= '9')

@@ -79,7 +79,7 @@ private:
         else if (Is(pEntry, "icon"))
             CheckIcon(pEntry);
         else if (Is(pEntry, "bitmap"))
-            CheckStrip(pSection, pEntry);
+            return CheckStrip(pSection, pEntry);
         else if (Is(pEntry, "watermark"))
             Demand(pEntry, { "target", "path" }, "the entry is skipped");
         else if (Is(pEntry, "import"))
@@ -203,21 +203,35 @@ private:
         }
     }
 
-    // Of the command images, or of the system's, whose section ends at a bitmap that is not there.
-    void CheckStrip(const OvXMLElement* pSection, const OvXMLElement* pEntry)
+    // Of the command images, or of the system's, whose section ends at a bitmap that is not there. False: the image
+    // list refuses the strip, and the loader stops.
+    bool CheckStrip(const OvXMLElement* pSection, const OvXMLElement* pEntry)
     {
         const bool bSystem = Is(pSection, "systemImages");
         const std::string strFile = (bSystem ? "" : Written(pEntry, "id")) + Written(pEntry, "path");
         const auto size = m_findings.CheckBitmap(pEntry, "path", strFile, Weight::Skipped,
                                                  bSystem ? "the section ends here" : "the entry is skipped");
         m_bEnded = bSystem && !size;
+        const int nImageWidth = bSystem ? SystemImageWidth(Written(pEntry, "name")) : kCommandWidth;
+        if (size && size->cx < nImageWidth) {
+            m_findings.Add(Weight::Fails, pEntry, "path",
+                           "the strip is narrower than one image, which is " + std::to_string(nImageWidth) +
+                               " wide: the skin fails here");
+            return false;
+        }
         if (!bSystem)
             CheckImages(pEntry, size);
+        return true;
+    }
+
+    // 0: the name is of no list, which refuses nothing.
+    static int SystemImageWidth(const std::string& strName)
+    {
+        return IsSameWord(strName, "arrow") ? 9 : IsSameWord(strName, "list") ? 16 : 0;
     }
 
     void CheckImages(const OvXMLElement* pEntry, const std::optional<CSize>& size)
     {
-        constexpr int kImageWidth = 18;
         const ElementRule& rule = *SkinElement().Child("commandImages")->Child("bitmap")->Child("image");
         int nIndex = 0;
         for (const OvXMLElement* const pImage : ChildrenOf(pEntry)) {
@@ -226,13 +240,15 @@ private:
             m_findings.CheckByRule(pImage, rule);
             if (const std::string strIndex = Written(pImage, "index"); !strIndex.empty())
                 nIndex = static_cast<int>(std::strtol(strIndex.c_str(), nullptr, 0));
-            if (size && (nIndex < 0 || nIndex >= size->cx / kImageWidth))
+            if (size && (nIndex < 0 || nIndex >= size->cx / kCommandWidth))
                 m_findings.Add(Weight::Noted, pImage, "index",
-                               "the strip has " + std::to_string(size->cx / kImageWidth) +
+                               "the strip has " + std::to_string(size->cx / kCommandWidth) +
                                    " images, counted from 0: this is number " + std::to_string(nIndex));
             nIndex++;
         }
     }
+
+    static constexpr int kCommandWidth = 18; // of one image, in pixels
 
     SkinFindings& m_findings;
     bool m_bEnded = false; // the rest of the section is not read

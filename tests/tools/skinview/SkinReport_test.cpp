@@ -24,17 +24,24 @@ std::string ReadWhole(const std::filesystem::path& path)
     return { std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>() };
 }
 
-// A folder with "main.bmp", cx by cy white pixels.
+// A folder with "main.bmp", cx by cy white pixels, and "narrow.bmp", one.
 class SkinFolder : public test::TempDir {
 public:
     SkinFolder(int cx = 20, int cy = 10)
+    {
+        WriteBitmap("main.bmp", cx, cy);
+        WriteBitmap("narrow.bmp", 1, 1);
+    }
+
+private:
+    void WriteBitmap(const char* pszName, int cx, int cy) const
     {
         const int nRowBytes = (cx * 3 + 3) & ~3;
         std::string strFile = "BM";
         for (const int n : { 54 + nRowBytes * cy, 0, 54, 40, cx, cy, 1 | 24 << 16, 0, nRowBytes * cy, 0, 0, 0, 0 })
             strFile.append(reinterpret_cast<const char*>(&n), 4);
-        strFile.append(static_cast<size_t>(nRowBytes * cy), '\xFF');
-        std::ofstream(*this / "main.bmp", std::ios::binary) << strFile;
+        strFile.append(static_cast<size_t>(nRowBytes) * static_cast<size_t>(cy), '\xFF');
+        std::ofstream(*this / pszName, std::ios::binary) << strFile;
     }
 };
 
@@ -83,6 +90,8 @@ const ReportCase kWindowCases[] = {
     { "a part without a place", "<parts>\n<part name='Top'/></parts>", "skipped 4 part \"Top\" rect" },
     { "a part without a name", "<parts><part rect='0,0,1,1'/></parts>", "skipped 3 part name" },
     { "half a rectangle", "<parts><part name='Top' rect='0,0'/></parts>",
+      "skipped 3 part \"Top\" rect; note 3 part \"Top\" rect" },
+    { "a sign and no number", "<parts><part name='Top' rect='-'/></parts>",
       "skipped 3 part \"Top\" rect; note 3 part \"Top\" rect" },
     { "a short rectangle leans on the one before",
       "<parts><part name='Top' rect='0,0,2,2'/><part name='Left' rect='1,1'/></parts>",
@@ -183,6 +192,10 @@ const ReportCase kSkinCases[] = {
     { "more images than the strip has",
       "<commandImages><bitmap path='main.bmp'><image id='1'/><image id='2'/></bitmap></commandImages>",
       "note 3 image \"2\" index" },
+    { "a strip narrower than its images", "<systemImages><bitmap name='list' path='narrow.bmp'/></systemImages>",
+      "error 3 bitmap \"list\" path" },
+    { "a narrow strip of no list", "<systemImages><bitmap name='other' path='narrow.bmp'/></systemImages>",
+      "skipped 3 bitmap \"other\" name" },
     { "a watermark without a name", "<watermarks><watermark path='main.bmp'/></watermarks>",
       "skipped 3 watermark target" },
 };
