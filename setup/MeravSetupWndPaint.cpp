@@ -5,6 +5,8 @@
 #include "skin/GuiSkin.h"
 #include "skin/GuiSkinWindow.h"
 
+#include <cmath>
+
 namespace {
 
 constexpr UINT kErrorText = 1; // string of the skin, with a place for the error's number
@@ -85,11 +87,11 @@ void MeravSetupWnd::PaintError(CDC& dc) const
     DrawTextIn(dc, strText, kErrorPlace, kErrorColour);
 }
 
+// The bar has a copy of the column for every pixel of the progress, the last one begun: all at once, by one stretch.
 void MeravSetupWnd::PaintProgress(CDC& dc) const
 {
-    const float fLength = m_fProgress;
-    for (int i = 0; static_cast<float>(i) < fLength; i++)
-        dc.BitBlt(kBarPlace.x + i, kBarPlace.y, 1, kBarHeight, &m_pSkinWindow->m_dcSkin, kBarColumn.x, kBarColumn.y,
-                  SRCCOPY);
+    const int cxBar = static_cast<int>(std::ceil(m_fProgress));
+    dc.StretchBlt(kBarPlace.x, kBarPlace.y, cxBar, kBarHeight, &m_pSkinWindow->m_dcSkin, kBarColumn.x, kBarColumn.y, 1,
+                  kBarHeight, SRCCOPY);
     DrawTextIn(dc, m_strCurrentFile, kFilePlace, kFileColour);
 }

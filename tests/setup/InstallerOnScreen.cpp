@@ -197,16 +197,20 @@ void InstallerOnScreen::ReportFile(const char* pszName, DWORD nBytes)
     FILE_IN_CABINET_INFO_A info{};
     info.NameInCabinet = pszName;
     info.FileSize = nBytes;
-    EXPECT_EQ(m_pWindow->SendMessage(WM_INSTALL_PROGRESS, 0, reinterpret_cast<LPARAM>(&info)), 0);
+    m_pWindow->SendMessage(WM_INSTALL_PROGRESS, 0, reinterpret_cast<LPARAM>(&info));
     Pump();
 }
 
 CRect InstallerOnScreen::Difference(CRect rcWindow, CPoint ptSkin) const
 {
+    const auto picture = m_pScreen->picture();
+    CPoint ptOrigin;
+    ::ClientToScreen(m_pWindow->m_hWnd, &ptOrigin);
     CRect rcDifference;
     for (int y = rcWindow.top; y < rcWindow.bottom; y++) {
         for (int x = rcWindow.left; x < rcWindow.right; x++) {
-            if (Pixel({ x, y }) != SkinPixel(ptSkin.x + x - rcWindow.left, ptSkin.y + y - rcWindow.top))
+            if (picture.at(ptOrigin.x + x, ptOrigin.y + y) !=
+                SkinPixel(ptSkin.x + x - rcWindow.left, ptSkin.y + y - rcWindow.top))
                 rcDifference |= CRect(x, y, x + 1, y + 1);
         }
     }

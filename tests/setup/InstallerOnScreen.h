@@ -6,8 +6,6 @@
 #include "platform/win32/screen/memory_screen.h"
 #include "tests/setup/SkinPixel.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <functional>
 #include <memory>

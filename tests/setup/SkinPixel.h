@@ -11,8 +11,10 @@ namespace test {
 inline std::uint32_t SkinPixel(int x, int y)
 {
     constexpr int kHeader = 40, kRows = 1426, kRowBytes = (510 * 3 + 3) / 4 * 4;
-    const HRSRC hImage = FindResourceA(nullptr, MAKEINTRESOURCEA(131), MAKEINTRESOURCEA(2));
-    const auto* const pBytes = static_cast<const BYTE*>(LockResource(LoadResource(nullptr, hImage)));
+    static const auto* const pBytes = [] {
+        const HRSRC hImage = FindResourceA(nullptr, MAKEINTRESOURCEA(131), MAKEINTRESOURCEA(2));
+        return static_cast<const BYTE*>(LockResource(LoadResource(nullptr, hImage)));
+    }();
     const BYTE* const pPixel = pBytes + kHeader + (kRows - 1 - y) * kRowBytes + x * 3;
     return static_cast<std::uint32_t>(pPixel[2]) << 16U | static_cast<std::uint32_t>(pPixel[1]) << 8U | pPixel[0];
 }
