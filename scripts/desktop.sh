@@ -36,6 +36,7 @@ wait_for() {
     until "$@" >/dev/null 2>&1; do
         if [ "$SECONDS" -ge "$end" ]; then
             echo "waited in vain for $what" >&2
+            [ ! -e "$work/now.png" ] || cp "$work/now.png" build/pictures/failed.png
             return 1
         fi
         sleep 0.05 # between two looks: the screen and the disk have no descriptor in common to wait on
