@@ -19,7 +19,7 @@ build=(
 test=(
     libgtest-dev
     libxcb-xtest0-dev libxcb-damage0-dev        # real input and watching the screen
-    xvfb xdotool openbox x11-utils imagemagick  # a screen without a monitor, clicks, pictures of it
+    xvfb xdotool openbox x11-utils x11-xserver-utils imagemagick  # a screen without a monitor, clicks, pictures of it
     sqlite3 desktop-file-utils strace cabextract procps
     fonts-dejavu-core fonts-wqy-zenhei          # what the pictures of text in tests are made with
 )

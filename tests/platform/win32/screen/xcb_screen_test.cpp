@@ -10,7 +10,6 @@
 #include <random>
 
 #include <unistd.h>
-#include <xcb/randr.h>
 #include <xcb/shape.h>
 
 namespace win32 {
@@ -110,20 +109,14 @@ TEST(XcbScreen, KnowsTheWorkAreaOfEachMonitor)
     test::XStage stage;
     xcb_connection_t* x = stage.person().connection();
     const xcb_window_t root = stage.person().root();
-    xcb_discard_reply(x, xcb_randr_query_version(x, 1, 5).sequence);
-    const Reply<xcb_randr_get_monitors_reply_t> own(
-        xcb_randr_get_monitors_reply(x, xcb_randr_get_monitors(x, root, 1), nullptr));
-    const xcb_randr_output_t output =
-        *xcb_randr_monitor_info_outputs(xcb_randr_get_monitors_monitors_iterator(own.get()).data);
-    const auto add_monitor = [&](const char* name, std::uint8_t primary, std::int16_t left) {
-        struct {
-            xcb_randr_monitor_info_t info;
-            xcb_randr_output_t output;
-        } monitor{ { stage.person().atom(name), primary, 0, primary, left, 0, 512, 768, 130, 200 }, output };
-        xcb_randr_set_monitor(x, root, &monitor.info);
+    const auto add_monitor = [&](const char* name, const char* place, const char* output) {
+        const char* const arguments[] = { "xrandr", "--display", stage.server().display(), "--setmonitor", name, place,
+                                          output,   nullptr };
+        test::Program xrandr;
+        EXPECT_TRUE(xrandr.start(arguments) && xrandr.wait() == 0) << name;
     };
-    add_monitor("left", 0, 0);
-    add_monitor("right", 1, 512);
+    add_monitor("left", "512/130x768/200+0+0", "none");
+    add_monitor("*right", "512/130x768/200+512+0", "screen");       // takes the place of the server's own
     const std::uint32_t areas[] = { 0, 0, 0, 0, 0, 30, 1000, 738 }; // of two virtual desktops
     const std::uint32_t desktop = 1;
     xcb_change_property(x, XCB_PROP_MODE_REPLACE, root, stage.person().atom("_NET_WORKAREA"), XCB_ATOM_CARDINAL, 32, 8,
