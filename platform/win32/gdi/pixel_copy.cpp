@@ -193,7 +193,7 @@ public:
                 quotient++;
             }
         }
-        is_reversed_ = column(0) - column(count - 1) == count - 1;
+        is_reversed_ = map.to.count == from.count && is_forward != (from.step > 0);
         constexpr int kWide = 8; // pixels of one colour, on average, that are worth a fill
         if (map.to.count / kWide >= from.count)
             find_bands();
