@@ -20,7 +20,7 @@ struct Icon {
 };
 
 // One image as it stands in icon files and icon resources: a DIB of twice the height, colours then mask. Null: it is
-// none (or a PNG picture).
+// none (or a PNG picture), or has more than 1024 pixels a side.
 std::shared_ptr<const Icon> icon_from_image(Bytes image);
 
 // The image of an icon file, or of the program's icon group, that is nearest to that size (an extent of 0 asks for the

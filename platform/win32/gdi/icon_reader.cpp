@@ -24,6 +24,9 @@ bool has_any_alpha(const Bitmap& bitmap)
 
 namespace {
 
+// Directories of icons know 256 pixels a side. A small file that claims much more must cost neither memory nor time.
+constexpr int kLargestExtent = 1024;
+
 // The mask of an icon image: rows of 1 bit, bottom row first, after the colours. Bits that are missing are clear.
 void read_mask(Bytes bits, const Raster& out)
 {
@@ -47,9 +50,7 @@ std::shared_ptr<const Icon> icon_from_image(Bytes image)
         (format->compression != BI_RGB && format->compression != BI_BITFIELDS))
         return fail(nullptr, ERROR_INVALID_DATA);
     format->height /= 2;
-    // Colours and mask take five bytes a pixel here.
-    const auto pixels = static_cast<std::uint64_t>(format->width) * static_cast<std::uint64_t>(format->height);
-    if (!is_plausible(pixels * 5, image.size()))
+    if (format->width > kLargestExtent || format->height > kLargestExtent)
         return fail(nullptr, ERROR_INVALID_DATA);
 
     const Bytes bits = image.subspan(format->bits_offset);

@@ -176,6 +176,9 @@ TEST(GdiIcon, ChoosesTheNearestImageThatCanBeRead)
 
 TEST(GdiIcon, SurvivesCutsAndLies)
 {
+    EXPECT_NE(win32::icon_from_image(InfoHeader(1024, 2, 32)), nullptr);
+    EXPECT_EQ(win32::icon_from_image(InfoHeader(1025, 2, 32)), nullptr) << "no icon is as large";
+    EXPECT_EQ(win32::icon_from_image(InfoHeader(1, 2 * 1025, 1)), nullptr);
     std::mt19937 chance(5);
     const Bytes file = IconFile({ { 2, 24, MaskedImage() }, { 2, 32, AlphaImage() } });
     const std::span<const std::byte> whole = file;
