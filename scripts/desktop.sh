@@ -10,7 +10,7 @@ end_desktop() {
     rm -rf "$work"
 }
 
-# start_desktop [WINDOW MANAGER]: a screen and a home; sets DISPLAY, HOME and the desktop's folders.
+# start_desktop [WINDOW MANAGER, AND ITS ARGUMENTS]: a screen and a home; sets DISPLAY, HOME and the desktop's folders.
 start_desktop() {
     trap end_desktop EXIT
     Xvfb -displayfd 3 -screen 0 1024x768x24 -noreset 3>"$work/display" 2>"$work/xvfb.log" &
@@ -19,7 +19,7 @@ start_desktop() {
     export DISPLAY=":$(cat "$work/display")"
     if [ -n "${1:-}" ]; then # with a home of its own: what it writes is not ours to account for
         mkdir -p "$work/wm"
-        HOME=$work/wm XDG_CONFIG_HOME=$work/wm XDG_CACHE_HOME=$work/wm "$1" >"$work/wm.log" 2>&1 &
+        HOME=$work/wm XDG_CONFIG_HOME=$work/wm XDG_CACHE_HOME=$work/wm $1 >"$work/wm.log" 2>&1 &
         wm_pid=$!
         wait_for "$1" eval 'xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id"'
     fi

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds the installer and runs it. With a DISPLAY it simply opens. Without one it is installed for show: on a screen of
 # its own (Xvfb), in a home of its own, with real clicks, and taken away again; everything is checked on the way, and
-# pictures are saved.   RUN_WM=openbox scripts/run.sh   under a window manager (openbox, xfwm4, metacity, ...)
+# pictures are saved.   RUN_WM=openbox scripts/run.sh   under a window manager (or metacity, "dbus-run-session -- xfwm4")
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/deps.sh
