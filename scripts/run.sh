@@ -30,8 +30,8 @@ upper_part_of_page() { looks 510x140+0+0 0 $(($1 * 349)); }
 pixel() { convert "$work/now.png" -format "%[hex:p{$1,$2}]" info:; }
 # How many pixels of that colour are in that part of a picture.
 count() { convert "$1" -crop "$2" +repage -fill black +opaque "$3" -fill white -opaque "$3" -format "%[fx:round(mean*w*h)]" info:; }
-half_the_bar() {
-    upper_part_of_page 2 && [ "$(pixel 252 262)" = "$(pixel 30 262)" ] && [ "$(pixel 470 262)" != "$(pixel 30 262)" ] &&
+part_of_the_bar() {
+    upper_part_of_page 2 && [ "$(pixel 60 262)" = "$(pixel 30 262)" ] && [ "$(pixel 470 262)" != "$(pixel 30 262)" ] &&
         [ "$(count "$work/now.png" 370x14+100+240 '#666666')" -ge 3 ]
 }
 keep() { cp "$work/now.png" "$pictures/$1.png"; }
@@ -98,7 +98,7 @@ xdotool mouseup 1
 wait_for "nothing to come of a release elsewhere" page 1
 click "$window" 340 303
 job_began=$(now)
-wait_for "half of the bar and a file's name" half_the_bar
+wait_for "a part of the bar and a file's name" part_of_the_bar
 keep 3-installing
 wait_for "the finished page" page 3
 job_ended=$(now)
