@@ -180,12 +180,11 @@ int UninstallWnd::PaintEnd(CDC& dc, const CRect& rcContent)
 
 void UninstallWnd::KeyPressed(UINT nKey)
 {
-    if (nKey == VK_ESCAPE)
+    const bool bAnswered = m_stage == Stage::NoList || m_stage == Stage::Ended;
+    if (nKey == VK_ESCAPE || (nKey == VK_RETURN && bAnswered))
         PostMessage(WM_CLOSE);
     else if (nKey == 'Y')
         OnRemove();
-    else if (nKey == VK_RETURN && m_stage != Stage::Asking)
-        PostMessage(WM_CLOSE);
 }
 
 void UninstallWnd::OnCloseButton()
