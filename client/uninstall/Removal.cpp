@@ -12,15 +12,23 @@ Report RemoveInstallation(const std::string& strFolder, const std::vector<Listed
     Report report;
     pProgress->nAll = files.size();
     const std::vector<std::string> folders = FoldersToRemove(strFolder);
-    RemoveSettings(strFolder, &report);
+    // When only the program itself is left: until then, what was broken off can be begun again with nothing forgotten.
+    const auto removeSettings = [&] {
+        if (pProgress->nDone + 1 == files.size() && !stop.stop_requested())
+            RemoveSettings(strFolder, &report);
+    };
+    removeSettings();
     RemoveInstalledFiles(
         strFolder, files,
         [&] {
             pProgress->nDone++;
+            removeSettings();
             moved();
             return !stop.stop_requested();
         },
         &report);
+    if (report.bStopped)
+        return report;
     for (const std::string& strMade : folders)
         (void)::rmdir(strMade.c_str()); // stays when anything is in it
     return report;

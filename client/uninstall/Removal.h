@@ -10,7 +10,8 @@
 namespace client {
 
 // Removes settings and files of the installation in the folder. moved is called after each file, on the thread that
-// calls this. A stop ends it before the next file, so that it can be begun again.
+// calls this. A stop ends it before the next file; the settings go last but for the program itself, so that it can be
+// begun again.
 Report RemoveInstallation(const std::string& strFolder, const std::vector<ListedFile>& files, Progress* pProgress,
                           const std::stop_token& stop, const std::function<void()>& moved);
 

@@ -14,8 +14,8 @@ std::vector<std::string> FoldersToRemove(const std::string& strFolder);
 
 // Removes the autostart value and the menu entry if they start the client in strFolder, and the settings file and the
 // registry keys unless the settings file names another folder: they belong to the client that was configured last. The
-// registry itself goes when nothing is left in it. To be called while the client's
-// files are still there, by which a path is recognised.
+// registry itself goes when nothing is left in it. To be called while the client's folder is still there, by which a
+// path is recognised.
 void RemoveSettings(const std::string& strFolder, Report* pReport);
 
 } // namespace client

@@ -95,6 +95,8 @@ TEST(UninstallWnd, CanBeClosedInTheMiddleAndBegunAgain)
 {
     constexpr int kManyFiles = 3000;
     const Removal removal(kManyFiles);
+    const fs::path settings = removal.home().Config() / "Varnhal/client.conf";
+    WriteFile(settings, "Folder=" + removal.home().Tesk().string() + "\n");
     test::ClientRun run;
     const client::ExitCode nExitCode = removal.Run(
         run, { [&] { return run.Press('Y'); }, [&] { return !fs::exists(removal.Path("Help/page-0.html")); },
@@ -102,10 +104,12 @@ TEST(UninstallWnd, CanBeClosedInTheMiddleAndBegunAgain)
     ASSERT_TRUE(nExitCode == client::kSomeLeft || nExitCode == client::kDone); // the disk may have been faster
     EXPECT_EQ(fs::exists(removal.Path("Uninstall.exe")), nExitCode == client::kSomeLeft);
     EXPECT_EQ(fs::exists(removal.Path(client::kFileListName)), nExitCode == client::kSomeLeft);
+    EXPECT_EQ(fs::exists(settings), nExitCode == client::kSomeLeft);
     EXPECT_EQ(removal.Run(run, { [&] { return run.Press('Y'); },
                                  [&] { return !fs::exists(removal.home().Root()) || nExitCode == client::kDone; },
                                  [&] { return run.Press(VK_ESCAPE); } }),
               nExitCode == client::kDone ? client::kNoList : client::kDone);
+    EXPECT_FALSE(fs::exists(settings.parent_path()));
 }
 
 } // namespace
