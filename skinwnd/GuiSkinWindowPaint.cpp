@@ -6,6 +6,7 @@
 
 #include "look/GuiInterface.h"
 #include "look/GuiManager.h"
+#include "skin/WindowSkinPtr.h"
 #include "skinwnd/FramePainter.h"
 #include "skinwnd/Tiles.h"
 
@@ -57,10 +58,10 @@ bool IsActiveWindow(const CWnd& wnd)
     return wnd.GetSafeHwnd() && wnd.GetSafeHwnd() == ::GetForegroundWindow();
 }
 
-HICON IconOf(const CWnd& wnd)
+HICON IconOf(HWND hWnd)
 {
-    const HICON hSmall = wnd.GetIcon(FALSE);
-    return hSmall ? hSmall : wnd.GetIcon(TRUE);
+    const LRESULT nSmall = ::SendMessageA(hWnd, WM_GETICON, ICON_SMALL, 0);
+    return reinterpret_cast<HICON>(nSmall ? nSmall : ::SendMessageA(hWnd, WM_GETICON, ICON_BIG, 0));
 }
 
 } // namespace
@@ -74,11 +75,17 @@ void GuiSkinWindow::Paint(CWnd* pWnd, CDC& dc, int bCaptionOnly, int nActive)
     if (nActive == 0)
         nActive = IsActiveWindow(*pWnd) ? kActive : kInactive;
 
-    // Asking the window may draw elsewhere, so the shared buffer comes afterwards. The text's memory is kept from one
-    // painting to the next; meanwhile it is ours alone, should this window be painted while it answers.
+    // Asking the window may draw elsewhere, so the shared buffer comes afterwards; it may also end the window, or this
+    // object. The text's memory is kept from one painting to the next; meanwhile it is ours alone, should this window
+    // be painted while it answers.
+    const WindowSkinPtr pSelf(this);
+    const HWND hWnd = pWnd->GetSafeHwnd();
+    const bool bIcon = m_pAnchorPresent[CaptionAnchor::Icon] != 0;
     CString strCaption = std::move(m_strPaintedCaption);
     TakeCaption(*pWnd, strCaption);
-    const HICON hIcon = m_pAnchorPresent[CaptionAnchor::Icon] ? IconOf(*pWnd) : nullptr;
+    const HICON hIcon = bIcon ? IconOf(hWnd) : nullptr;
+    if (!pSelf || !::IsWindow(hWnd))
+        return;
 
     const int nCaptionHeight = GreatestHeight(*this, { FramePart::TopLeft, FramePart::Top, FramePart::TopRight });
     CSize sizeStrip(rcWindow.Width(), std::min(nCaptionHeight, rcWindow.Height())); // what is below does not show

@@ -13,8 +13,9 @@ void GuiSkinWindow::TakeCaption(const CWnd& wnd, CString& strCaption) const
 {
     if (!m_bCaption)
         return;
-    wnd.GetWindowText(strCaption);
-    if (m_bCaps) {
+    const BOOL bCaps = m_bCaps;
+    wnd.GetWindowText(strCaption); // may be the end of this object
+    if (bCaps) {
         ::CharUpperA(strCaption.GetBuffer(strCaption.GetLength()));
         strCaption.ReleaseBuffer();
     }

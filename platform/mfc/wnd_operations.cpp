@@ -5,8 +5,9 @@
 
 void CWnd::GetWindowText(CString& rString) const
 {
-    const int length = ::GetWindowTextLengthA(m_hWnd);
-    const int copied = ::GetWindowTextA(m_hWnd, rString.GetBufferSetLength(length), length + 1);
+    const HWND window = m_hWnd; // the answers may end this object
+    const int length = ::GetWindowTextLengthA(window);
+    const int copied = ::GetWindowTextA(window, rString.GetBufferSetLength(length), length + 1);
     rString.ReleaseBuffer(copied);
 }
 

@@ -14,7 +14,8 @@ const char* const kSkin =
     "<part name=\"Background\" rect=\"1,2,3,4\"/><part name=\"_7.Up\" rect=\"1,0,9,9\"/>"
     "<part name=\"_7.Hover\" rect=\"20,0,9,9\"/></parts><resizeBorder rect=\"0,0,0,0\"/>"
     "<anchors><anchor name=\"_7\" rect=\"10,10,20,20\"/><anchor name=\"System\" rect=\"5,5,10,10\"/>"
-    "<anchor name=\"Close\" rect=\"-20,5,10,10\"/></anchors>";
+    "<anchor name=\"Close\" rect=\"-20,5,10,10\"/><anchor name=\"Icon\" rect=\"40,3,16,16\"/></anchors>"
+    "<caption rect=\"60,3,-60,18\" caps=\"true\"/>";
 
 class GuiMiniFrame : public SkinnedWindowTest {};
 
@@ -196,7 +197,8 @@ TEST_F(GuiMiniFrame, SurvivesEndsInTheMiddle)
         { "the buttons go", [&] { m_pWnd->DeleteButtons(); } },
     };
     for (const auto& c : kEnds) {
-        for (const char* pszWhen : { "paint", "hover", "command", "update", "changing" }) {
+        for (const char* pszWhen :
+             { "paint", "hover", "command", "update", "changing", "text length", "text", "icon" }) {
             SCOPED_TRACE(c.first + " at " + pszWhen);
             OpenSkinned(kSkin, { "_7", "_8" });
             m_pWnd->m_mapHappens[pszWhen] = [&] {

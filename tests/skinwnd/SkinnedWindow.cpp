@@ -103,6 +103,15 @@ LRESULT SkinnedWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
         Happen("menu");
         return 0;
     }
+    static const std::map<UINT, const char*> kQuestions = { { WM_GETTEXTLENGTH, "text length" },
+                                                            { WM_GETTEXT, "text" },
+                                                            { WM_GETICON, "icon" } };
+    if (const auto found = kQuestions.find(message); found != kQuestions.end()) {
+        const HWND hWnd = m_hWnd;
+        Happen(found->second);
+        if (!::IsWindow(hWnd))
+            return 0;
+    }
     return GuiMiniFrameWnd::WindowProc(message, wParam, lParam);
 }
 

@@ -36,7 +36,7 @@ public:
 
     std::vector<const char*> m_aButtons; // the names to make buttons of
     std::map<std::string, std::function<void()>>
-        m_mapHappens;        // at "paint", "hover", "command", "update", "changing", "menu"
+        m_mapHappens; // at "paint", "hover", "command", "update", "changing", "menu", "text length", "text", "icon"
     UINT m_nHandledFrom = 1; // the commands up to 99 that this window handles
 
 protected:
