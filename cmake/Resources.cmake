@@ -1,6 +1,6 @@
 # add_resources(target file.rc [DEPENDS files the script names...] [INCLUDES directories...])
 # Compiles a resource script to the standard .res form and embeds it whole in the program. A program without resources
-# links as well, and finds none.
+# links as well, and finds none. Part of the library's package, for programs outside this tree.
 #
 # The script is preprocessed by the C compiler (llvm-rc would want clang for it), then compiled by llvm-rc to a temporary
 # that is renamed when whole: on an error llvm-rc leaves a partial file behind. llvm-rc writes no dependency file, so the
@@ -19,7 +19,7 @@ function(add_resources target script)
         list(APPEND rc_flags /I ${dir})
     endforeach()
     add_custom_command(OUTPUT ${base}.pre.rc
-        COMMAND ${CMAKE_C_COMPILER} -E -P -undef -xc -DRC_INVOKED -MD -MF ${base}.pre.rc.d -MT ${base}.pre.rc
+        COMMAND ${CMAKE_CXX_COMPILER} -E -P -undef -xc -DRC_INVOKED -MD -MF ${base}.pre.rc.d -MT ${base}.pre.rc
                 ${include_flags} ${script} -o ${base}.pre.rc
         DEPENDS ${script} DEPFILE ${base}.pre.rc.d VERBATIM)
     add_custom_command(OUTPUT ${base}.res
@@ -27,7 +27,8 @@ function(add_resources target script)
         COMMAND ${CMAKE_COMMAND} -E rename ${base}.res.tmp ${base}.res
         WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR} DEPENDS ${base}.pre.rc ${RES_DEPENDS} VERBATIM)
     set(RES_FILE ${base}.res)
-    configure_file(${PROJECT_SOURCE_DIR}/cmake/resources.S.in ${base}.res.S @ONLY)
-    set_source_files_properties(${base}.res.S PROPERTIES OBJECT_DEPENDS ${base}.res)
-    target_sources(${target} PRIVATE ${base}.res.S)
+    configure_file(${CMAKE_CURRENT_FUNCTION_LIST_DIR}/resources.cpp.in ${base}.res.cpp @ONLY)
+    set_source_files_properties(${base}.res.cpp PROPERTIES OBJECT_DEPENDS ${base}.res
+        SKIP_UNITY_BUILD_INCLUSION ON SKIP_PRECOMPILE_HEADERS ON)
+    target_sources(${target} PRIVATE ${base}.res.cpp)
 endfunction()

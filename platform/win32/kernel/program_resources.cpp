@@ -7,9 +7,10 @@
 #include <unistd.h>
 
 // Defined by the program's embedded resources; a program without any leaves them undefined and their addresses null.
+// Visible, as they lie in the program also when this is part of the shared library.
 extern "C" {
-[[gnu::weak, gnu::visibility("hidden")]] extern const std::byte program_resources_begin[];
-[[gnu::weak, gnu::visibility("hidden")]] extern const std::byte program_resources_end[];
+[[gnu::weak, gnu::visibility("default")]] extern const std::byte program_resources_begin[];
+[[gnu::weak, gnu::visibility("default")]] extern const std::byte program_resources_end[];
 }
 
 namespace win32 {
