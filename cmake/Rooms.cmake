@@ -27,4 +27,13 @@ function(add_room target directory)
     add_library(${target} STATIC ${sources})
     target_include_directories(${target} PUBLIC ${include})
     target_link_libraries(${target} PUBLIC ${ROOM_LINKS} PRIVATE ${ROOM_PRIVATE} varnhal_language)
+
+    # The shared library's floor: the same sources, but what the outward headers declare is to be seen by programs.
+    if(directory MATCHES "^platform/")
+        add_library(${target}_exported OBJECT EXCLUDE_FROM_ALL ${sources})
+        target_include_directories(${target}_exported PUBLIC ${include})
+        target_link_libraries(${target}_exported PUBLIC ${ROOM_LINKS} PRIVATE ${ROOM_PRIVATE} varnhal_language)
+        set_target_properties(${target}_exported PROPERTIES CXX_VISIBILITY_PRESET default)
+        set_property(GLOBAL APPEND PROPERTY VARNHAL_EXPORTED_ROOMS ${target}_exported)
+    endif()
 endfunction()
