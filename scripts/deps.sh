@@ -21,6 +21,7 @@ test=(
     libxcb-xtest0-dev libxcb-damage0-dev        # real input and watching the screen
     xvfb xdotool openbox x11-utils x11-xserver-utils imagemagick  # a screen without a monitor, clicks, pictures of it
     sqlite3 desktop-file-utils strace cabextract procps
+    dpkg-dev file                               # the .deb, and what it depends on
     fonts-dejavu-core fonts-wqy-zenhei          # what the pictures of text in tests are made with
 )
 bench=(

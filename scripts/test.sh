@@ -55,9 +55,13 @@ step_fuzz() {
 wait_all() { for pid in $(jobs -p); do wait "$pid"; done; }
 
 step_tidy() {
-    git ls-files '*.cpp' | grep -vE '^(tests|bench|fuzz)/' |
+    git ls-files '*.cpp' | grep -vE '^(tests|bench|fuzz|examples)/' |
         xargs -n 4 -P "$(nproc)" clang-tidy -p build/release --quiet 2>/dev/null
 }
+
+# Only when asked for: it compiles the floor twice more, for the shared library and inside the example's own build,
+# which takes longer than a minute on two cores.
+step_package() { scripts/package.sh; }
 
 step_desktop() {
     env -u DISPLAY scripts/run.sh
