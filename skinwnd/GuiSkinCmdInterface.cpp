@@ -135,11 +135,12 @@ int GuiSkinCmdInterface::OnMouseMove(UINT /*nFlags*/, CPoint point)
             m_pOwner->Invalidate(FALSE);
     }
     const BOOL bFree = !m_pPressed;
-    if (!m_bHoverTimer && m_pHovered && m_pOwner) {
-        m_pOwner->SetTimer(kHoverTimer, kHoverMilliseconds, nullptr);
+    const HWND hWnd = m_pOwner ? m_pOwner->GetSafeHwnd() : nullptr; // null also when the hook ended the window alone
+    if (!m_bHoverTimer && m_pHovered && hWnd) {
+        ::SetTimer(hWnd, kHoverTimer, kHoverMilliseconds, nullptr);
         m_bHoverTimer = TRUE;
-    } else if (m_bHoverTimer && !m_pHovered && m_pOwner) {
-        m_pOwner->KillTimer(kHoverTimer);
+    } else if (m_bHoverTimer && !m_pHovered && hWnd) {
+        ::KillTimer(hWnd, kHoverTimer);
         m_bHoverTimer = FALSE;
         MouseMoveStype(0, 0);
     }

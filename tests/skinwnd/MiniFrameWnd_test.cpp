@@ -219,6 +219,26 @@ TEST_F(GuiMiniFrame, SurvivesEndsInTheMiddle)
     }
 }
 
+class KeptWnd : public SkinnedWnd {
+    void PostNcDestroy() override {}
+};
+
+TEST_F(GuiMiniFrame, StartsNoTimerWithoutItsWindow)
+{
+    ApplySkin(kSkin);
+    KeptWnd wnd;
+    ASSERT_EQ(wnd.Create(AfxRegisterWndClass(0), "Main", WS_POPUP, { 100, 100, 300, 220 }), 1);
+    wnd.m_aButtons = { "_7" };
+    wnd.OnSkinChange();
+    wnd.ShowWindow(SW_SHOW);
+    Run();
+    wnd.m_mapHappens["hover"] = [&] { wnd.DestroyWindow(); };
+    m_pScreen->move_pointer({ 115, 135 });
+    Run();
+    EXPECT_EQ(wnd.GetSafeHwnd(), nullptr);
+    EXPECT_FALSE(wnd.m_bHoverTimer);
+}
+
 struct SnapCase {
     const char* why;
     bool bMonitors; // the system knows several
