@@ -172,6 +172,21 @@ bool changes_anything(UINT flags, bool reordered)
            (flags & (SWP_SHOWWINDOW | SWP_HIDEWINDOW | SWP_FRAMECHANGED | kStateChanged));
 }
 
+// A window manager that sizes the window by itself holds to it, too.
+void tell_smallest_size(HWND handle, SIZE smallest)
+{
+    const WindowPtr window = find_window(handle);
+    if (!window || !is_top_level(*window))
+        return;
+    {
+        const WindowLock lock = lock_windows();
+        if (window->smallest.cx == smallest.cx && window->smallest.cy == smallest.cy)
+            return;
+        window->smallest = smallest;
+    }
+    update_traits(handle);
+}
+
 } // namespace
 
 RECT frame_thickness(DWORD style, DWORD ex_style, bool menu)
@@ -217,6 +232,7 @@ MINMAXINFO ask_size_limits(HWND window)
     limits.ptMinTrackSize = { GetSystemMetrics(SM_CXMINTRACK), GetSystemMetrics(SM_CYMINTRACK) };
     limits.ptMaxTrackSize = { GetSystemMetrics(SM_CXMAXTRACK), GetSystemMetrics(SM_CYMAXTRACK) };
     SendMessageA(window, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
+    tell_smallest_size(window, { limits.ptMinTrackSize.x, limits.ptMinTrackSize.y });
     return limits;
 }
 

@@ -45,6 +45,7 @@ struct Window {
     std::vector<Window*> children;       // topmost first
     RECT rect{};                         // in the parent's client area, on the screen for a top-level window
     RECT client{};                       // relative to the top left corner of `rect`
+    SIZE smallest{};                     // as WM_GETMINMAXINFO last answered; 0 by 0: it was not asked
     RECT normal_rect{};                  // where it was before it was minimised or maximised
     std::optional<WindowRegion> outline; // window coordinates
     WindowRegion invalid;                // client coordinates

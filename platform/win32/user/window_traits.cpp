@@ -50,6 +50,7 @@ SurfaceTraits traits_now(const Window& window)
     traits.kind = kind_of(window);
     traits.topmost = (window.ex_style & WS_EX_TOPMOST) != 0;
     traits.resizable = (window.style & WS_THICKFRAME) != 0;
+    traits.min_size = window.smallest;
     traits.owner = window.owner && window.owner->surface ? window.owner->surface->id() : 0;
     traits.title = to_utf8(window.text);
     traits.class_name = program_name();

@@ -3,6 +3,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <optional>
 
 namespace {
 
@@ -40,6 +41,23 @@ TEST_F(Traits, SayWhoseBusinessAWindowIs)
         SetWindowLongPtrA(window.get(), GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(owner.get()));
         EXPECT_EQ(LookOf(window).traits.owner, surface_of(owner.get()));
     }
+}
+
+TEST_F(Traits, HoldTheSmallestSizeThatWasNamedLast)
+{
+    const POINT smallest{ 300, 250 };
+    WindowPlan plan;
+    plan.style = WS_POPUP | WS_THICKFRAME;
+    plan.handlers[WM_GETMINMAXINFO] = [smallest](HWND, WPARAM, LPARAM lparam) -> std::optional<LRESULT> {
+        reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize = smallest;
+        return 0;
+    };
+    const TestWindow window(journal_, plan);
+    EXPECT_EQ(LookOf(window).traits.min_size.cx, GetSystemMetrics(SM_CXMINTRACK))
+        << "asked before it knows its handlers";
+    SetWindowPos(window.get(), nullptr, 0, 0, 500, 500, 0);
+    EXPECT_EQ(LookOf(window).traits.min_size.cx, 300);
+    EXPECT_EQ(LookOf(window).traits.min_size.cy, 250);
 }
 
 TEST_F(Traits, HoldTheIconsOfAWindow)
