@@ -25,7 +25,7 @@ CArchive::CArchive(CFile* pFile, UINT nMode, int nBufSize)
       buffer_(new BYTE[buffer_size_]), here_(buffer_.get()), end_(loading_ ? here_ : here_ + buffer_size_)
 {}
 
-CArchive::~CArchive()
+CArchive::~CArchive() // NOLINT(bugprone-exception-escape): all that Close raises is a CException*
 {
     if (!file_ || !flush_on_delete_)
         return;

@@ -21,7 +21,7 @@ public:
     // behind what was stored or loaded.
     CArchive(CFile* pFile, UINT nMode, int nBufSize = 4096);
     // Closes, unless bNoFlushOnDelete was given; a failure is lost here, so call Close where it matters.
-    ~CArchive();
+    ~CArchive(); // NOLINT(bugprone-exception-escape)
     CArchive(const CArchive&) = delete;
     CArchive& operator=(const CArchive&) = delete;
 
