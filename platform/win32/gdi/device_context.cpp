@@ -189,17 +189,9 @@ void select_defaults(DrawState& state)
 
 } // namespace
 
-HDC open_window_dc(DrawTarget& target, POINT origin, SIZE size, HRGN visible)
+HDC open_window_dc(DrawTarget& target, POINT origin, SIZE size, const Region& visible)
 {
-    Region region(RECT{ origin.x, origin.y, clamp_coordinate(std::int64_t{ origin.x } + size.cx),
-                        clamp_coordinate(std::int64_t{ origin.y } + size.cy) });
-    if (visible) {
-        const std::shared_ptr<RegionObject> object = find<RegionObject>(visible);
-        if (!object)
-            return nullptr;
-        region = object->region;
-    }
-    auto context = std::make_shared<DeviceContext>(target, origin, size, std::move(region));
+    auto context = std::make_shared<DeviceContext>(target, origin, size, visible);
     select_defaults(context->state);
     return add<HDC>(std::move(context));
 }

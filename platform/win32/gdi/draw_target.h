@@ -5,6 +5,7 @@
 
 #include "windef.h"
 
+#include "platform/win32/gdi/region.h"
 #include "platform/win32/screen/screen.h"
 
 namespace win32 {
@@ -16,10 +17,9 @@ public:
     virtual void damaged(const RECT& rect) = 0; // in target pixels, within the target
 };
 
-// A device context on `target` (which must outlive it) whose point 0,0 is `origin` in target pixels and which draws
-// only within `visible` (a region in target pixels, copied; null: the `size` rectangle at the origin). `size` is in
-// pixels.
-HDC open_window_dc(DrawTarget& target, POINT origin, SIZE size, HRGN visible);
+// A device context on `target` (which must outlive it) whose point 0,0 is `origin` and which draws only within
+// `visible`; all in target pixels.
+HDC open_window_dc(DrawTarget& target, POINT origin, SIZE size, const Region& visible);
 
 // Closes a context that open_window_dc made. FALSE for any other.
 BOOL close_window_dc(HDC dc);

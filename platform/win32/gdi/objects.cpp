@@ -100,6 +100,12 @@ std::shared_ptr<GdiObject> find_of_type(const void* handle, DWORD type)
     return object;
 }
 
+Region region_of(HRGN handle)
+{
+    const std::shared_ptr<RegionObject> object = find<RegionObject>(handle);
+    return object ? object->region : Region();
+}
+
 namespace {
 
 constexpr int kStockCount = DEFAULT_GUI_FONT + 1;

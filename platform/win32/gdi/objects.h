@@ -88,6 +88,9 @@ Handle add(std::shared_ptr<GdiObject> object)
 
 std::shared_ptr<GdiObject> find_of_type(const void* handle, DWORD type);
 
+// A copy; empty where the handle is none of a region.
+Region region_of(HRGN handle);
+
 template <class Object>
 std::shared_ptr<Object> find(const void* handle)
 {

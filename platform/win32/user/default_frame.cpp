@@ -144,7 +144,7 @@ void press_box(HWND handle, int hit)
         return;
     const WindowLock lock = lock_windows();
     if (std::exchange(window->pressed_box, hit) != hit)
-        invalidate(*window, WindowRegion(), RDW_INVALIDATE | RDW_FRAME | RDW_NOCHILDREN, lock);
+        invalidate(*window, Region(), RDW_INVALIDATE | RDW_FRAME | RDW_NOCHILDREN, lock);
 }
 
 } // namespace win32

@@ -37,7 +37,7 @@ void store_text(const WindowPtr& window, LPCSTR text)
         const WindowLock lock = lock_windows();
         window->text = text ? text : "";
         if (window->style & WS_VISIBLE)
-            invalidate(*window, WindowRegion(), RDW_INVALIDATE | RDW_FRAME | RDW_NOCHILDREN, lock);
+            invalidate(*window, Region(), RDW_INVALIDATE | RDW_FRAME | RDW_NOCHILDREN, lock);
     }
     update_traits(window->handle);
 }
@@ -298,7 +298,7 @@ LRESULT exchange_icon(const WindowPtr& window, WPARAM which, std::optional<LPARA
         kept = reinterpret_cast<HICON>(*icon);
     const bool changed = kept != before;
     if (changed)
-        invalidate(*window, WindowRegion(), RDW_INVALIDATE | RDW_FRAME | RDW_NOCHILDREN, lock);
+        invalidate(*window, Region(), RDW_INVALIDATE | RDW_FRAME | RDW_NOCHILDREN, lock);
     lock.unlock();
     if (changed)
         update_icons(window->handle);

@@ -12,7 +12,7 @@ bool covers(const Window& window, POINT point, Locked lock)
     const RECT rect = window_on_screen(window, lock);
     if (!PtInRect(&rect, point))
         return false;
-    return !window.outline || PtInRegion(window.outline->get(), point.x - rect.left, point.y - rect.top);
+    return !window.outline || window.outline->contains(point.x - rect.left, point.y - rect.top);
 }
 
 // The windows at the point, the one that answers first in front.

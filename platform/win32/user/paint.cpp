@@ -1,5 +1,6 @@
 #include "platform/win32/user/paint.h"
 
+#include "platform/win32/gdi/objects.h"
 #include "platform/win32/kernel/last_error.h"
 #include "winbase.h"
 #include "wingdi.h"
@@ -17,11 +18,11 @@ RECT client_extent(const Window& window)
     return { 0, 0, width_of(window.client), height_of(window.client) };
 }
 
-void change_invalid(Window& window, const WindowRegion& region, UINT flags)
+void change_invalid(Window& window, const Region& region, UINT flags)
 {
     if (flags & RDW_INVALIDATE) {
-        WindowRegion added = region;
-        added.intersect(WindowRegion(client_extent(window)));
+        Region added = region;
+        added.intersect(Region(client_extent(window)));
         if (!added.empty()) {
             window.invalid.unite(added);
             window.erase |= (flags & RDW_ERASE) != 0;
@@ -82,7 +83,7 @@ struct View {
     std::shared_ptr<TopSurface> surface;
     POINT origin{}; // of the part, in surface pixels
     SIZE size{};
-    WindowRegion visible; // in surface pixels
+    Region visible; // in surface pixels
 };
 
 RECT in_root(const Window& window, Part part, Locked lock)
@@ -92,13 +93,13 @@ RECT in_root(const Window& window, Part part, Locked lock)
     return part == Part::whole ? whole : moved(window.client, corner);
 }
 
-void take_off_siblings_above(WindowRegion& visible, const Window& window, Locked lock)
+void take_off_siblings_above(Region& visible, const Window& window, Locked lock)
 {
     for (const Window* sibling : window.parent->children) {
         if (sibling == &window)
             return;
         if (sibling->style & WS_VISIBLE)
-            visible.subtract(WindowRegion(in_root(*sibling, Part::whole, lock)));
+            visible.subtract(Region(in_root(*sibling, Part::whole, lock)));
     }
 }
 
@@ -108,23 +109,23 @@ View view_of(Window& window, Part part, Locked lock)
     View view{ root_of(window, lock).surface,
                top_left(area),
                { width_of(area), height_of(area) },
-               is_shown(window, lock) ? WindowRegion(area) : WindowRegion() };
+               is_shown(window, lock) ? Region(area) : Region() };
     if (window.style & WS_CLIPCHILDREN) {
         for (const Window* child : window.children) {
             if (child->style & WS_VISIBLE)
-                view.visible.subtract(WindowRegion(in_root(*child, Part::whole, lock)));
+                view.visible.subtract(Region(in_root(*child, Part::whole, lock)));
         }
     }
     for (const Window* at = &window; at->parent && at->parent != &desktop(); at = at->parent) {
         if (at->outline) {
-            WindowRegion outline = *at->outline;
+            Region outline = *at->outline;
             const POINT corner = origin_in_root(*at, lock);
             outline.offset(corner.x, corner.y);
             view.visible.intersect(outline);
         }
         if (at->style & WS_CLIPSIBLINGS)
             take_off_siblings_above(view.visible, *at, lock);
-        view.visible.intersect(WindowRegion(in_root(*at->parent, Part::client, lock)));
+        view.visible.intersect(Region(in_root(*at->parent, Part::client, lock)));
     }
     return view;
 }
@@ -154,10 +155,9 @@ OpenContexts& open_contexts()
     return open;
 }
 
-HDC open_context(HWND window, const std::shared_ptr<DrawTarget>& target, POINT origin, SIZE size,
-                 const WindowRegion& visible)
+HDC open_context(HWND window, const std::shared_ptr<DrawTarget>& target, POINT origin, SIZE size, const Region& visible)
 {
-    const HDC dc = open_window_dc(*target, origin, size, visible.get());
+    const HDC dc = open_window_dc(*target, origin, size, visible);
     if (dc) {
         OpenContexts& open = open_contexts();
         const std::lock_guard lock(open.mutex);
@@ -191,7 +191,7 @@ HDC open_part(HWND window, Part part)
     if (!window || window == desktop().handle) {
         const RECT bounds = screen().monitors().front().bounds;
         return open_context(nullptr, std::make_shared<NoPixels>(), {}, { width_of(bounds), height_of(bounds) },
-                            WindowRegion(bounds));
+                            Region(bounds));
     }
     const WindowPtr found = require_window(window);
     if (!found)
@@ -202,7 +202,7 @@ HDC open_part(HWND window, Part part)
 
 } // namespace
 
-void invalidate(Window& window, const WindowRegion& region, UINT flags, Locked lock)
+void invalidate(Window& window, const Region& region, UINT flags, Locked lock)
 {
     if (!is_shown(window, lock))
         return;
@@ -215,7 +215,7 @@ void invalidate(Window& window, const WindowRegion& region, UINT flags, Locked l
     for (Window* child : window.children) {
         if (!(child->style & WS_VISIBLE))
             continue;
-        WindowRegion reached = region;
+        Region reached = region;
         reached.offset(-child->rect.left - child->client.left, -child->rect.top - child->client.top);
         invalidate(*child, reached, flags, lock);
     }
@@ -223,13 +223,12 @@ void invalidate(Window& window, const WindowRegion& region, UINT flags, Locked l
 
 void invalidate_all(Window& window, Locked lock)
 {
-    invalidate(window, WindowRegion(client_extent(window)), RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN,
-               lock);
+    invalidate(window, Region(client_extent(window)), RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN, lock);
 }
 
 void uncover(Window& parent, const RECT& area, Locked lock)
 {
-    invalidate(parent, WindowRegion(area), RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN, lock);
+    invalidate(parent, Region(area), RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN, lock);
 }
 
 Taken take_paint(MessageQueue& queue, const MessageFilter& filter, UINT remove)
@@ -301,10 +300,9 @@ BOOL RedrawWindow(HWND window, const RECT* rect, HRGN region, UINT flags)
         const WindowLock lock = lock_windows();
         if (found.get() == &desktop()) {
             for (Window* top : desktop().children)
-                invalidate(*top, WindowRegion(client_extent(*top)), flags, lock);
+                invalidate(*top, Region(client_extent(*top)), flags, lock);
         } else {
-            const WindowRegion area =
-                region ? WindowRegion(region) : WindowRegion(rect ? *rect : client_extent(*found));
+            const Region area = region ? region_of(region) : Region(rect ? *rect : client_extent(*found));
             invalidate(*found, area, flags, lock);
         }
     }
@@ -348,7 +346,7 @@ BOOL GetUpdateRect(HWND window, LPRECT rect, BOOL erase)
     bool erases = false;
     {
         const WindowLock lock = lock_windows();
-        box = found->invalid.box();
+        box = found->invalid.bounds();
         erases = erase && std::exchange(found->erase, false);
     }
     if (erases) {
@@ -375,7 +373,7 @@ HDC BeginPaint(HWND window, LPPAINTSTRUCT paint)
         lock.lock();
     }
     View view = view_of(*found, Part::client, lock);
-    WindowRegion update = std::exchange(found->invalid, WindowRegion());
+    Region update = std::exchange(found->invalid, Region());
     const bool erase = std::exchange(found->erase, false);
     found->paint_asked = false;
     update.offset(view.origin.x, view.origin.y);
@@ -386,7 +384,7 @@ HDC BeginPaint(HWND window, LPPAINTSTRUCT paint)
     if (!paint->hdc)
         return nullptr;
     const POINT back{ -view.origin.x, -view.origin.y };
-    const RECT box = view.visible.box();
+    const RECT box = view.visible.bounds();
     paint->rcPaint = IsRectEmpty(&box) ? RECT{} : moved(box, back);
     if (erase)
         paint->fErase = !SendMessageA(window, WM_ERASEBKGND, reinterpret_cast<WPARAM>(paint->hdc), 0);

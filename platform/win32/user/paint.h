@@ -7,7 +7,7 @@
 namespace win32 {
 
 // Adds a region in client coordinates to what must be painted, by RDW_ flags. Of a window that is not shown nothing is.
-void invalidate(Window& window, const WindowRegion& region, UINT flags, Locked);
+void invalidate(Window& window, const Region& region, UINT flags, Locked);
 // The whole window with its frame and all that lies in it.
 void invalidate_all(Window& window, Locked);
 // Part of the parent's client area that a child showed before.

@@ -114,9 +114,9 @@ void invalidate_new_client(Window& window, const Change& change, Locked lock)
     const bool higher = height_of(change.client) != height_of(change.old_client);
     const bool whole = (wider && ((style & CS_HREDRAW) || (change.redraw & WVR_HREDRAW))) ||
                        (higher && ((style & CS_VREDRAW) || (change.redraw & WVR_VREDRAW)));
-    WindowRegion area(RECT{ 0, 0, width_of(change.client), height_of(change.client) });
+    Region area(RECT{ 0, 0, width_of(change.client), height_of(change.client) });
     if (!whole)
-        area.subtract(WindowRegion(RECT{ 0, 0, width_of(change.old_client), height_of(change.old_client) }));
+        area.subtract(Region(RECT{ 0, 0, width_of(change.old_client), height_of(change.old_client) }));
     invalidate(window, area, RDW_INVALIDATE | RDW_ERASE, lock);
 }
 
@@ -136,7 +136,7 @@ void invalidate_changed(Window& window, const Change& change, UINT flags, bool r
         invalidate_new_client(window, change, lock);
         const RECT whole{ 0, 0, width_of(change.rect), height_of(change.rect) };
         if (!EqualRect(&whole, &change.client))
-            invalidate(window, WindowRegion(), RDW_INVALIDATE | RDW_FRAME | RDW_NOCHILDREN, lock);
+            invalidate(window, Region(), RDW_INVALIDATE | RDW_FRAME | RDW_NOCHILDREN, lock);
     }
 }
 
@@ -264,7 +264,7 @@ bool place_window(WINDOWPOS place, MovedBy moved_by)
     lock.lock();
     window->rect = change.rect;
     window->client = change.client;
-    window->invalid.intersect(WindowRegion(RECT{ 0, 0, width_of(change.client), height_of(change.client) }));
+    window->invalid.intersect(Region(RECT{ 0, 0, width_of(change.client), height_of(change.client) }));
     if (place.flags & SWP_SHOWWINDOW)
         window->style |= WS_VISIBLE;
     if (place.flags & SWP_HIDEWINDOW)

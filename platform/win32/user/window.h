@@ -4,12 +4,12 @@
 // call out a window is looked up again by its handle. Functions that end in a `Locked` argument ask for the lock.
 #pragma once
 
+#include "platform/win32/gdi/region.h"
 #include "platform/win32/kernel/handle_table.h"
 #include "platform/win32/screen/geometry.h"
 #include "platform/win32/user/message_queue.h"
 #include "platform/win32/user/top_surface.h"
 #include "platform/win32/user/window_class.h"
-#include "platform/win32/user/window_region.h"
 #include "winuser.h"
 
 #include <atomic>
@@ -42,14 +42,14 @@ struct Window {
     std::string text;
     Window* parent = nullptr; // the desktop of a top-level window; null: not in the tree (any more)
     Window* owner = nullptr;
-    std::vector<Window*> children;       // topmost first
-    RECT rect{};                         // in the parent's client area, on the screen for a top-level window
-    RECT client{};                       // relative to the top left corner of `rect`
-    SIZE smallest{};                     // as WM_GETMINMAXINFO last answered; 0 by 0: it was not asked
-    RECT normal_rect{};                  // where it was before it was minimised or maximised
-    std::optional<WindowRegion> outline; // window coordinates
-    WindowRegion invalid;                // client coordinates
-    bool erase = false;                  // the invalid region's background is to be erased
+    std::vector<Window*> children; // topmost first
+    RECT rect{};                   // in the parent's client area, on the screen for a top-level window
+    RECT client{};                 // relative to the top left corner of `rect`
+    SIZE smallest{};               // as WM_GETMINMAXINFO last answered; 0 by 0: it was not asked
+    RECT normal_rect{};            // where it was before it was minimised or maximised
+    std::optional<Region> outline; // window coordinates
+    Region invalid;                // client coordinates
+    bool erase = false;            // the invalid region's background is to be erased
     bool frame_invalid = false;
     bool paint_asked = false;    // WM_PAINT though nothing is invalid
     bool placed_once = false;    // WM_SIZE and WM_MOVE were sent

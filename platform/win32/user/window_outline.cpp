@@ -1,37 +1,28 @@
 // Windows that are no rectangles.
+#include "platform/win32/gdi/objects.h"
 #include "platform/win32/user/paint.h"
 #include "platform/win32/user/placement.h"
 #include "platform/win32/user/window.h"
 #include "wingdi.h"
 
-#include <span>
+#include <optional>
+#include <utility>
 
 namespace {
 
 using namespace win32;
 
-void shape_surface(const TopSurface& surface, HRGN region)
-{
-    if (!region) {
-        screen().set_shape(surface.id(), std::nullopt);
-        return;
-    }
-    std::vector<std::byte> bytes(GetRegionData(region, 0, nullptr));
-    auto* const data = reinterpret_cast<RGNDATA*>(bytes.data());
-    if (GetRegionData(region, static_cast<DWORD>(bytes.size()), data) == 0)
-        return;
-    const auto* const first = reinterpret_cast<const RECT*>(data->Buffer);
-    screen().set_shape(surface.id(), std::span(first, data->rdh.nCount));
-}
-
 void take_outline(Window& window, HRGN region, bool redraw)
 {
-    if (window.surface)
-        shape_surface(*window.surface, region);
-    const WindowLock lock = lock_windows();
-    window.outline = region ? std::optional<WindowRegion>(WindowRegion(region)) : std::nullopt;
-    if (region)
+    std::optional<Region> outline;
+    if (region) {
+        outline = region_of(region);
         DeleteObject(region); // the window's since the call, and it has a copy
+    }
+    if (window.surface)
+        screen().set_shape(window.surface->id(), outline ? std::optional(outline->rectangles()) : std::nullopt);
+    const WindowLock lock = lock_windows();
+    window.outline = std::move(outline);
     if (!redraw)
         return;
     if (!is_top_level(window) && window.parent)
@@ -63,5 +54,9 @@ int GetWindowRgn(HWND window, HRGN region)
     if (!found)
         return ERROR;
     const WindowLock lock = lock_windows();
-    return found->outline ? CombineRgn(region, found->outline->get(), nullptr, RGN_COPY) : ERROR;
+    const std::shared_ptr<RegionObject> copy = find<RegionObject>(region);
+    if (!found->outline || !copy)
+        return ERROR;
+    copy->region = *found->outline;
+    return copy->region.kind();
 }

@@ -135,9 +135,7 @@ TEST(GdiContext, RestoresWhatItSaved)
 TEST(GdiWindowContext, DrawsAtItsOriginWithinWhatIsVisible)
 {
     Surface surface(6, 4);
-    const HRGN visible = CreateRectRgn(1, 1, 5, 3);
-    const HDC dc = win32::open_window_dc(surface, { 2, 1 }, { 4, 3 }, visible);
-    DeleteObject(visible);
+    const HDC dc = win32::open_window_dc(surface, { 2, 1 }, { 4, 3 }, win32::Region(RECT{ 1, 1, 5, 3 }));
     const RECT everything{ -100, -100, 100, 100 };
     const HBRUSH red = CreateSolidBrush(RGB(255, 0, 0));
     FillRect(dc, &everything, red);
