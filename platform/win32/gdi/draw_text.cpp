@@ -113,13 +113,14 @@ int DrawTextA(HDC dc, LPCSTR text, int length, LPRECT rect, UINT format)
 
     const KeepState keep(dc);
     context->state.text_align = TA_LEFT | TA_TOP | (format & DT_RTLREADING ? TA_RTLREADING : 0);
-    TEXTMETRICA metrics;
-    if (!GetTextMetricsA(dc, &metrics))
+    FontMetrics metrics;
+    int no_width = 0;
+    if (!context->state.font->text_font().measure({}, Reading::left_to_right, metrics, no_width))
         return 0;
     const std::int64_t available = std::int64_t{ rect->right } - rect->left;
     const std::vector<std::string_view> lines = lines_of(
         dc, { text, size }, static_cast<int>(std::clamp<std::int64_t>(available, 0, kCoordinateLimit)), format);
-    const std::int64_t height = static_cast<std::int64_t>(lines.size()) * metrics.tmHeight;
+    const std::int64_t height = static_cast<std::int64_t>(lines.size()) * metrics.height();
 
     if (format & DT_CALCRECT) {
         int widest = 0;
@@ -139,7 +140,7 @@ int DrawTextA(HDC dc, LPCSTR text, int length, LPRECT rect, UINT format)
             x += available - width_of(dc, line);
         ExtTextOutA(dc, clamp_coordinate(x), clamp_coordinate(y), options, rect, line.data(),
                     static_cast<UINT>(line.size()), nullptr);
-        y += metrics.tmHeight;
+        y += metrics.height();
     }
     return clamp_coordinate(height);
 }

@@ -20,7 +20,7 @@ public:
 private:
     const LOGFONTA description_;
     std::once_flag made_;
-    std::unique_ptr<TextFont> text_font_;
+    std::shared_ptr<TextFont> text_font_;
 };
 
 // Turns text of the process's code page into UTF-8, bytes that are no character into U+FFFD, control characters into

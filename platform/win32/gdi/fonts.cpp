@@ -39,7 +39,7 @@ FontRequest request_of(const LOGFONTA& description)
 
 TextFont& Font::text_font()
 {
-    std::call_once(made_, [this] { text_font_ = std::make_unique<TextFont>(request_of(description_)); });
+    std::call_once(made_, [this] { text_font_ = TextFont::of(request_of(description_)); });
     return *text_font_;
 }
 

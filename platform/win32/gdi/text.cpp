@@ -69,60 +69,49 @@ void blend_row(const Raster& raster, int x, int y, int count, const std::uint8_t
     mix_row(colour, raster.colour_row(y) + x, coverage, count);
 }
 
-// Lays the mask, whose corner stands at (left, top), over the canvas.
-void blend_mask(const Canvas& canvas, const TextMask& mask, int left, int top, std::uint32_t colour)
+// Lays the part of the mask within `area` over the canvas; `origin` is where the mask counts from.
+void blend_mask(const Canvas& canvas, const TextMask& mask, POINT origin, const RECT& area, std::uint32_t colour)
 {
-    const RECT area{ left, top, left + mask.width, top + mask.height };
     for (const RECT& box : canvas.clip->rectangles()) {
         const RECT part = intersection(box, area);
-        for (int y = part.top; y < part.bottom && part.left < part.right; y++) {
-            const std::uint8_t* coverage =
-                mask.pixels.data() + std::ptrdiff_t{ y - top } * mask.width + (part.left - left);
-            blend_row(canvas.raster, part.left, y, part.right - part.left, coverage, colour);
-        }
+        for (int y = part.top; y < part.bottom && part.left < part.right; y++)
+            blend_row(canvas.raster, part.left, y, part.right - part.left, mask.row(part.left - origin.x, y - origin.y),
+                      colour);
     }
+    canvas.changed(area);
 }
 
-void fill_mask(TextMask& mask, const RECT& rect)
-{
-    const RECT part = intersection(rect, { 0, 0, mask.width, mask.height });
-    for (int y = part.top; y < part.bottom && part.left < part.right; y++)
-        std::fill_n(mask.pixels.data() + std::ptrdiff_t{ y } * mask.width + part.left, part.right - part.left,
-                    std::uint8_t{ 255 });
-}
-
-// The lines below and through the text, for a cell in mask coordinates.
-void add_rules(TextMask& mask, const RECT& cell, const FontMetrics& metrics, const LOGFONTA& font)
+// The lines below and through the text in its cell.
+void draw_rules(const Canvas& canvas, const RECT& cell, const RECT& bounds, const FontMetrics& metrics,
+                const LOGFONTA& font, const Paint& paint)
 {
     const int thickness = std::max(1, metrics.em / 16);
+    const auto rule = [&](int top) {
+        paint_rect(canvas, intersection({ cell.left, top, cell.right, top + thickness }, bounds), paint,
+                   RasterOp(PATCOPY));
+    };
     const int baseline = cell.top + metrics.ascent;
     if (font.lfUnderline)
-        fill_mask(mask, { cell.left, baseline + thickness, cell.right, baseline + 2 * thickness });
-    if (font.lfStrikeOut) {
-        const int middle = baseline - metrics.em / 3;
-        fill_mask(mask, { cell.left, middle, cell.right, middle + thickness });
-    }
+        rule(baseline + thickness);
+    if (font.lfStrikeOut)
+        rule(baseline - metrics.em / 3);
 }
 
 // Draws the line into its cell (target coordinates), nothing outside `bounds`.
 bool draw_line(DeviceContext& context, const Canvas& canvas, const Line& line, const RECT& cell, const RECT& bounds)
 {
-    // Glyphs may reach out of their cell: slanted and bold ones, marks of fall-back faces.
-    const int overhang = line.metrics.em / 2 + 2;
-    const RECT ink{ cell.left - overhang, cell.top - overhang, cell.right + overhang, cell.bottom + overhang };
-    const RECT area = intersection(intersection(ink, bounds), canvas.clip->bounds());
-    if (is_empty(area))
+    if (is_empty(bounds))
         return true;
-    thread_local TextMask mask;
-    mask.reset(area.right - area.left, area.bottom - area.top);
-    const int x = cell.left - area.left;
-    const int y = cell.top - area.top;
-    if (!context.state.font->text_font().render(line.utf8, line.reading, mask, x, y + line.metrics.ascent))
+    const POINT origin{ cell.left, cell.top + line.metrics.ascent };
+    Font& font = *context.state.font.get();
+    const std::shared_ptr<const TextMask> mask =
+        font.text_font().mask(line.utf8, line.reading, moved(bounds, -origin.x, -origin.y));
+    if (!mask)
         return false;
-    const RECT mask_cell{ x, y, x + line.width, y + line.metrics.height() };
-    add_rules(mask, mask_cell, line.metrics, context.state.font->description());
-    blend_mask(canvas, mask, area.left, area.top, Paint(context, context.state.text_colour).pixel());
-    canvas.changed(area);
+    const Paint paint(context, context.state.text_colour);
+    if (const RECT area = intersection(moved(mask->ink, origin.x, origin.y), bounds); !is_empty(area))
+        blend_mask(canvas, *mask, origin, area, paint.pixel());
+    draw_rules(canvas, cell, bounds, line.metrics, font.description(), paint);
     return true;
 }
 

@@ -3,8 +3,10 @@
 #include "platform/win32/gdi/font_files.h"
 #include "platform/win32/gdi/text_library.h"
 #include "platform/win32/kernel/never_destroyed.h"
+#include "platform/win32/screen/geometry.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <mutex>
@@ -152,12 +154,10 @@ void set_font_folders(std::vector<std::string> folders)
     font_folders() = std::move(folders);
 }
 
-void TextMask::reset(int new_width, int new_height)
-{
-    width = new_width;
-    height = new_height;
-    pixels.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 0);
-}
+TextMask::TextMask(const RECT& place)
+    : area(is_empty(place) ? RECT{} : place), ink{},
+      pixels(static_cast<std::size_t>(width_of(area)) * static_cast<std::size_t>(height_of(area)))
+{}
 
 namespace {
 
@@ -180,6 +180,8 @@ public:
     void add(PangoItem* item, std::string_view utf8);
     std::span<const Run> runs() const { return runs_; }
     int width() const { return width_; }
+
+    std::shared_ptr<const TextMask> mask; // null: not drawn yet, or too large to be kept
 
 private:
     const TextLibrary& library_;
@@ -220,7 +222,7 @@ public:
     std::uint64_t version() const { return version_; }
     const FontMetrics& metrics() const { return metrics_; }
     int width(std::string_view utf8, Reading reading) { return line(utf8, reading).width(); }
-    void render(std::string_view utf8, Reading reading, FT_Bitmap& bitmap, int x, int y);
+    std::shared_ptr<const TextMask> mask(std::string_view utf8, Reading reading, const RECT& wanted);
 
 private:
     struct Hash {
@@ -232,7 +234,8 @@ private:
     void set_em(int em);
     void find_metrics(int height);
     bool is_too_light(PangoFont* font) const;
-    const ShapedLine& line(std::string_view utf8, Reading reading);
+    ShapedLine& line(std::string_view utf8, Reading reading);
+    void render(const ShapedLine& line, TextMask& mask) const;
     void shape(std::string_view utf8, Reading reading, ShapedLine& line) const;
 
     Engine& engine_;
@@ -242,7 +245,7 @@ private:
     PangoFontDescription* description_;
     FontMetrics metrics_;
     Lines lines_[2];             // by reading
-    std::size_t remembered_ = 0; // bytes of their texts
+    std::size_t remembered_ = 0; // bytes of their texts and masks
 };
 
 TextFont::Match::Match(Engine& engine, const FontRequest& request, std::uint64_t version)
@@ -293,9 +296,9 @@ void TextFont::Match::find_metrics(int height)
     }
 }
 
-const ShapedLine& TextFont::Match::line(std::string_view utf8, Reading reading)
+ShapedLine& TextFont::Match::line(std::string_view utf8, Reading reading)
 {
-    constexpr std::size_t kMostRemembered = 16 << 10;
+    constexpr std::size_t kMostRemembered = 256 << 10;
     Lines& lines = lines_[static_cast<std::size_t>(reading)];
     if (const auto found = lines.find(utf8); found != lines.end())
         return found->second;
@@ -336,15 +339,86 @@ bool TextFont::Match::is_too_light(PangoFont* font) const
     return is_light;
 }
 
-void TextFont::Match::render(std::string_view utf8, Reading reading, FT_Bitmap& bitmap, int x, int y)
+std::shared_ptr<const TextMask> TextFont::Match::mask(std::string_view utf8, Reading reading, const RECT& wanted)
 {
-    for (const ShapedLine::Run& run : line(utf8, reading).runs()) {
+    constexpr std::int64_t kMostKept = 128 << 10; // pixels
+    ShapedLine& shaped = line(utf8, reading);
+    if (shaped.mask)
+        return shaped.mask;
+    // Glyphs may reach out of their cell: slanted and bold ones, marks of fall-back faces.
+    const int overhang = metrics_.em / 2 + 2;
+    const RECT whole{ -overhang, -metrics_.ascent - overhang, shaped.width() + overhang, metrics_.descent + overhang };
+    const bool is_kept = std::int64_t{ width_of(whole) } * height_of(whole) <= kMostKept;
+    auto drawn = std::make_shared<TextMask>(is_kept ? whole : intersection(whole, wanted));
+    render(shaped, *drawn);
+    if (is_kept) {
+        shaped.mask = drawn;
+        remembered_ += drawn->pixels.size();
+    }
+    return drawn;
+}
+
+namespace {
+
+// The smallest rectangle around what is covered.
+RECT ink_of(const TextMask& mask)
+{
+    RECT ink{};
+    for (int y = mask.area.top; y < mask.area.bottom; y++) {
+        const std::uint8_t* const begin = mask.row(mask.area.left, y);
+        const std::uint8_t* const end = begin + width_of(mask.area);
+        const auto is_covered = [](std::uint8_t coverage) { return coverage != 0; };
+        const std::uint8_t* const first = std::find_if(begin, end, is_covered);
+        if (first == end)
+            continue;
+        const std::uint8_t* last = end;
+        while (last[-1] == 0)
+            last--;
+        const int left = mask.area.left;
+        ink = hull(ink, { left + static_cast<int>(first - begin), y, left + static_cast<int>(last - begin), y + 1 });
+    }
+    return ink;
+}
+
+} // namespace
+
+void TextFont::Match::render(const ShapedLine& shaped, TextMask& mask) const
+{
+    FT_Bitmap bitmap{};
+    bitmap.rows = static_cast<unsigned>(height_of(mask.area));
+    bitmap.width = static_cast<unsigned>(width_of(mask.area));
+    bitmap.pitch = width_of(mask.area);
+    bitmap.buffer = mask.pixels.data();
+    bitmap.num_grays = 256;
+    bitmap.pixel_mode = FT_PIXEL_MODE_GRAY;
+    int x = -mask.area.left;
+    for (const ShapedLine::Run& run : shaped.runs()) {
         PangoFont* font = run.item->analysis.font;
-        library_.pango_ft2_render(&bitmap, font, run.glyphs, x, y);
+        library_.pango_ft2_render(&bitmap, font, run.glyphs, x, -mask.area.top);
         if (is_too_light(font)) // drawn once more, a pixel further: thicker, and as wide as measured
-            library_.pango_ft2_render(&bitmap, font, run.glyphs, x + 1, y);
+            library_.pango_ft2_render(&bitmap, font, run.glyphs, x + 1, -mask.area.top);
         x += run.width;
     }
+    mask.ink = ink_of(mask);
+}
+
+std::shared_ptr<TextFont> TextFont::of(FontRequest request)
+{
+    static NeverDestroyed<std::array<std::shared_ptr<TextFont>, 8>> kept; // the last that was asked for comes first
+    std::shared_ptr<TextFont> moved; // to the place of the next one; what is left at the end goes after the lock
+    const std::lock_guard lock(text_mutex());
+    const auto slots = std::span(kept.get());
+    const auto found =
+        std::find_if(slots.begin(), slots.end(), [&](const auto& font) { return font && font->request_ == request; });
+    const std::shared_ptr<TextFont> font =
+        found != slots.end() ? *found : std::make_shared<TextFont>(std::move(request));
+    moved = font;
+    for (std::shared_ptr<TextFont>& slot : slots) {
+        std::swap(slot, moved);
+        if (!moved || moved == font)
+            break;
+    }
+    return font;
 }
 
 TextFont::TextFont(FontRequest request) : request_(std::move(request)) {}
@@ -378,21 +452,11 @@ bool TextFont::measure(std::string_view utf8, Reading reading, FontMetrics& metr
     return true;
 }
 
-bool TextFont::render(std::string_view utf8, Reading reading, TextMask& mask, int x, int y)
+std::shared_ptr<const TextMask> TextFont::mask(std::string_view utf8, Reading reading, const RECT& wanted)
 {
     const std::lock_guard lock(text_mutex());
     Match* font = match();
-    if (!font)
-        return false;
-    FT_Bitmap bitmap{};
-    bitmap.rows = static_cast<unsigned>(mask.height);
-    bitmap.width = static_cast<unsigned>(mask.width);
-    bitmap.pitch = mask.width;
-    bitmap.buffer = mask.pixels.data();
-    bitmap.num_grays = 256;
-    bitmap.pixel_mode = FT_PIXEL_MODE_GRAY;
-    font->render(utf8, reading, bitmap, x, y);
-    return true;
+    return font ? font->mask(utf8, reading, wanted) : nullptr;
 }
 
 } // namespace win32

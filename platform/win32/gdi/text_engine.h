@@ -3,6 +3,9 @@
 // Pango is not made for several threads; everything here happens under one lock.
 #pragma once
 
+#include "windef.h"
+
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -17,6 +20,7 @@ struct FontRequest {
     int height = 0;     // of the cell if positive, of the em if negative; never 0
     int weight = 400;
     bool italic = false;
+    bool operator==(const FontRequest&) const = default;
 };
 
 enum class Reading { left_to_right, right_to_left };
@@ -28,33 +32,41 @@ struct FontMetrics {
     int height() const { return ascent + descent; }
 };
 
-// Coverage of pixels by text, 0 to 255, for a rectangle whose corner is (0, 0).
+// Coverage of pixels by a line of text, 0 to 255. Pixels are counted from the line's left end, at its baseline.
 struct TextMask {
+    explicit TextMask(const RECT& place);
+
+    RECT area; // of all pixels
+    RECT ink;  // of those with any coverage
     std::vector<std::uint8_t> pixels;
-    int width = 0;
-    int height = 0;
-    void reset(int new_width, int new_height);
+
+    const std::uint8_t* row(int x, int y) const
+    {
+        return pixels.data() + std::ptrdiff_t{ y - area.top } * (area.right - area.left) + (x - area.left);
+    }
 };
 
-// A request matched to faces. Made by the font that holds it, used under the lock of each call.
+// A request matched to faces, with the lines that it drew last. Shared by all fonts that ask the same, and kept for a
+// while when none does: many a program makes its font for each painting.
 class TextFont {
 public:
+    static std::shared_ptr<TextFont> of(FontRequest request);
     explicit TextFont(FontRequest request);
     ~TextFont();
     TextFont(const TextFont&) = delete;
     TextFont& operator=(const TextFont&) = delete;
 
-    // Both return false when text cannot be had at all (its libraries are not installed).
-    // The font's measures and the width of a line, in pixels.
+    // The font's measures and the width of a line, in pixels. False: text cannot be had at all (its libraries are not
+    // installed).
     bool measure(std::string_view utf8, Reading reading, FontMetrics& metrics, int& width);
-    // Adds the line to `mask`; its left edge at x, its baseline at y.
-    bool render(std::string_view utf8, Reading reading, TextMask& mask, int x, int y);
+    // The line, or of a very large one what lies in `wanted`. Null: text cannot be had.
+    std::shared_ptr<const TextMask> mask(std::string_view utf8, Reading reading, const RECT& wanted);
 
 private:
     class Match; // what the libraries answered
     Match* match();
 
-    FontRequest request_;
+    const FontRequest request_;
     std::unique_ptr<Match> match_;
 };
 
