@@ -24,8 +24,8 @@ struct CabinetRecord {
     std::uint32_t offset;
     std::uint16_t folder = 0;
     std::uint16_t attributes = 0x20;
-    std::uint16_t date = (28 << 9) | (5 << 5) | 1; // 1 May 2008
-    std::uint16_t time = 12 << 11;                 // noon
+    std::uint16_t date = (46 << 9) | (11 << 5) | 1; // 1 November 2026
+    std::uint16_t time = 12 << 11;                  // noon
 };
 
 class CabinetWriter {

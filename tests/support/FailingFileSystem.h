@@ -1,88 +1,122 @@
-// A file system that fails when a test says so, and is the real one otherwise.
+// The real file system with the faults that a test asks for. Set them before another thread uses files.
 #pragma once
 
 #include "platform/win32/kernel/file_system.h"
 
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstdint>
 #include <functional>
-#include <map>
-#include <mutex>
-#include <optional>
+#include <memory>
+
+#include <fcntl.h>
 
 namespace test {
 
-enum class FileCall {
-    open,
-    write,
-    sync,
-    rename,
-    remove_file,
-    make_directory,
-    remove_directory,
-    status,
-    change_mode,
-    change_time,
-    link_descriptor,
-};
+// The calls that change the disk.
+enum class FileCall { open, write, sync, rename, remove_file, make_directory, link_descriptor };
 
-// Everything may be set and asked while other threads use the file system.
 class FailingFileSystem : public win32::FileSystem {
 public:
-    // The disk takes this many more bytes; the write that does not fit puts down what does and fails with ENOSPC, and
-    // so does every new file and folder from then on.
-    void fill_after(std::size_t bytes);
-    // The `nth` call of this kind from now (1: the next one) fails with `error` and does nothing; later ones succeed.
-    void fail_nth(FileCall call, int nth, int error);
-    // Every call of this kind fails from now on.
-    void fail_all(FileCall call, int error);
-    // Runs before each call of this kind that succeeds: a slow disk, a signal to a thread, a kill.
-    void before(FileCall call, std::function<void()> hook);
+    // The errno that a call fails with instead of being made, or 0. Asked on the caller's thread.
+    std::function<int(FileCall)> fault = [](FileCall) { return 0; };
+    bool nameless_files = true; // whether O_TMPFILE is known
+    bool flushes = true;        // whether a flush reaches the disk
 
-    // How often a kind was called.
-    int calls(FileCall call) const;
+    void fail_all(FileCall failing, int error)
+    {
+        fault = [=](FileCall call) { return call == failing ? error : 0; };
+    }
+    // The disk takes this many more bytes; the write that does not fit puts down what does and fails, and so does every
+    // new file and folder from then on.
+    void fill_after(std::size_t bytes) { room_ = bytes; }
 
-    int open(const std::string& path, int flags, mode_t mode) override;
-    int write(int descriptor, std::span<const std::byte> bytes) override;
-    int sync(int descriptor) override;
-    int rename(const std::string& from, const std::string& to) override;
-    int remove_file(const std::string& path) override;
-    int make_directory(const std::string& path, mode_t mode) override;
-    int remove_directory(const std::string& path) override;
-    int status(const std::string& path, struct stat& info) override;
-    int change_mode(int descriptor, mode_t mode) override;
-    int change_time(int descriptor, const struct timespec& modified) override;
-    int link_descriptor(int descriptor, const std::string& path) override;
+    int open(const std::string& path, int flags, mode_t mode) override
+    {
+        const bool nameless = (flags & O_TMPFILE) == O_TMPFILE;
+        if (nameless && !nameless_files)
+            return -EOPNOTSUPP;
+        if ((flags & O_ACCMODE) == O_RDONLY)
+            return FileSystem::open(path, flags, mode);
+        const bool makes = nameless || ((flags & O_CREAT) && !exists(path));
+        return unless_faulty(FileCall::open, makes, [&] { return FileSystem::open(path, flags, mode); });
+    }
+    int write(int descriptor, std::span<const std::byte> bytes) override
+    {
+        return unless_faulty(FileCall::write, false, [&] {
+            const std::size_t fitting = take_room(bytes.size());
+            const int error = FileSystem::write(descriptor, bytes.first(fitting));
+            return error == 0 && fitting < bytes.size() ? -ENOSPC : error;
+        });
+    }
+    int sync(int descriptor) override
+    {
+        return unless_faulty(FileCall::sync, false, [&] { return flushes ? FileSystem::sync(descriptor) : 0; });
+    }
+    int rename(const std::string& from, const std::string& to) override
+    {
+        return unless_faulty(FileCall::rename, false, [&] { return FileSystem::rename(from, to); });
+    }
+    int remove_file(const std::string& path) override
+    {
+        return unless_faulty(FileCall::remove_file, false, [&] { return FileSystem::remove_file(path); });
+    }
+    int make_directory(const std::string& path, mode_t mode) override
+    {
+        return unless_faulty(FileCall::make_directory, !exists(path),
+                             [&] { return FileSystem::make_directory(path, mode); });
+    }
+    int link_descriptor(int descriptor, const std::string& path) override
+    {
+        return unless_faulty(FileCall::link_descriptor, false,
+                             [&] { return FileSystem::link_descriptor(descriptor, path); });
+    }
 
 private:
-    struct Plan {
-        int calls = 0;
-        int fails_at = 0; // in `calls`; 0: never
-        bool fails_always = false;
-        int error = 0;
-        std::function<void()> hook;
-    };
+    template <class Call>
+    int unless_faulty(FileCall kind, bool needs_room, Call call)
+    {
+        if (const int error = fault(kind); error != 0)
+            return -error;
+        return needs_room && room_ == 0 ? -ENOSPC : call();
+    }
+    std::size_t take_room(std::size_t bytes)
+    {
+        std::size_t room = room_;
+        while (!room_.compare_exchange_weak(room, room - std::min(bytes, room))) {
+        }
+        return std::min(bytes, room);
+    }
+    bool exists(const std::string& path)
+    {
+        struct stat info {};
+        return FileSystem::status(path, info) == 0;
+    }
 
-    // 0, or the -errno the call must fail with.
-    int enter(FileCall call);
-    bool is_full() const;
-
-    mutable std::mutex mutex_;
-    std::map<FileCall, Plan> plans_;
-    std::optional<std::size_t> room_;
+    std::atomic<std::size_t> room_ = SIZE_MAX;
 };
 
 // Stands in for the process's file system while it lives.
 class WithFailingFileSystem {
 public:
-    WithFailingFileSystem();
-    ~WithFailingFileSystem();
+    WithFailingFileSystem() = default;
+    ~WithFailingFileSystem() { win32::exchange_file_system(before_); }
     WithFailingFileSystem(const WithFailingFileSystem&) = delete;
     WithFailingFileSystem& operator=(const WithFailingFileSystem&) = delete;
 
     FailingFileSystem* operator->() const { return files_.get(); }
+    FailingFileSystem& operator*() const { return *files_; }
 
 private:
-    const std::shared_ptr<FailingFileSystem> files_;
-    const std::shared_ptr<win32::FileSystem> before_;
+    const std::shared_ptr<FailingFileSystem> files_ = std::make_shared<FailingFileSystem>();
+    const std::shared_ptr<win32::FileSystem> before_ = win32::exchange_file_system(files_);
+};
+
+// For tests with thousands of files that no power cut threatens.
+class WithoutFlushes : public WithFailingFileSystem {
+public:
+    WithoutFlushes() { (*this)->flushes = false; }
 };
 
 } // namespace test

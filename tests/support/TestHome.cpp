@@ -1,7 +1,10 @@
 #include "tests/support/TestHome.h"
 
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <system_error>
+#include <utility>
 
 namespace test {
 
@@ -36,11 +39,10 @@ TempDir::~TempDir()
 
 void use_home(const std::filesystem::path& home)
 {
-    struct Folder {
+    const struct {
         const char* variable;
         const char* place;
-    };
-    constexpr Folder kFolders[] = {
+    } kFolders[] = {
         { "HOME", "" },
         { "XDG_DATA_HOME", ".local/share" },
         { "XDG_STATE_HOME", ".local/state" },
@@ -48,7 +50,7 @@ void use_home(const std::filesystem::path& home)
         { "XDG_CACHE_HOME", ".cache" },
         { "TMPDIR", "tmp" },
     };
-    for (const Folder& folder : kFolders) {
+    for (const auto& folder : kFolders) {
         const std::filesystem::path place = *folder.place ? home / folder.place : home;
         std::filesystem::create_directories(place);
         ::setenv(folder.variable, place.c_str(), 1);
@@ -58,20 +60,43 @@ void use_home(const std::filesystem::path& home)
     ::unsetenv("DISPLAY");
 }
 
-const TempDir& home()
+namespace {
+
+const TempDir*& innermost_home()
 {
-    static const TempDir dir;
-    return dir;
+    static const TempDir process;
+    static const TempDir* innermost = &process;
+    return innermost;
 }
 
-FreshHome::FreshHome()
+} // namespace
+
+const TempDir& home()
+{
+    return *innermost_home();
+}
+
+FreshHome::FreshHome() : before_(std::exchange(innermost_home(), &dir_))
 {
     use_home(dir_.path());
 }
 
 FreshHome::~FreshHome()
 {
-    use_home(home().path());
+    innermost_home() = before_;
+    use_home(before_->path());
+}
+
+std::string read_file(const std::filesystem::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return { std::istreambuf_iterator<char>(file), {} };
+}
+
+void write_file(const std::filesystem::path& path, const std::string& bytes)
+{
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary) << bytes;
 }
 
 } // namespace test

@@ -1,4 +1,4 @@
-#include "platform/win32/kernel/code_page.h"
+#include "tests/platform/win32/kernel/ansi_code_page.h"
 
 #include <string>
 
@@ -29,27 +29,25 @@ TEST(CharCase, ChangesTextInPlace)
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.why);
-        const UINT before = win32::exchange_ansi_code_page(c.page);
+        const AnsiCodePage page(c.page);
         string text = c.upper;
         EXPECT_EQ(CharLowerA(text.data()), text.data());
         EXPECT_EQ(text, c.lower);
         EXPECT_EQ(CharUpperA(text.data()), text.data());
         EXPECT_EQ(text, c.upper);
-        win32::exchange_ansi_code_page(before);
     }
 }
 
 TEST(CharCase, KeepsWhatHasNoPartner)
 {
-    const UINT before = win32::exchange_ansi_code_page(1252);
-    string text = "\xff\xdf\xb5"; // an upper y with diaeresis is there, an upper sharp s and an upper mu are not
-    CharUpperA(text.data());
-    EXPECT_EQ(text, "\x9f\xdf\xb5");
-    win32::exchange_ansi_code_page(before);
-
     string cut = "A\xa3"; // a lead byte alone
     CharLowerA(cut.data());
     EXPECT_EQ(cut, "a\xa3");
+
+    const AnsiCodePage latin(1252);
+    string text = "\xff\xdf\xb5"; // an upper y with diaeresis is there, an upper sharp s and an upper mu are not
+    CharUpperA(text.data());
+    EXPECT_EQ(text, "\x9f\xdf\xb5");
 }
 
 TEST(CharCase, ChangesBuffersWithZeroBytes)

@@ -1,4 +1,4 @@
-#include "platform/win32/kernel/code_page.h"
+#include "tests/platform/win32/kernel/ansi_code_page.h"
 
 #include <string>
 #include <vector>
@@ -43,9 +43,8 @@ TEST(CharType, TellsDirections)
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.why);
-        const UINT before = win32::exchange_ansi_code_page(c.page);
+        const AnsiCodePage page(c.page);
         EXPECT_EQ(types_of(c.text), c.types);
-        win32::exchange_ansi_code_page(before);
     }
 }
 

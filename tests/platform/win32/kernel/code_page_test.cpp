@@ -1,9 +1,7 @@
-#include "platform/win32/kernel/code_page.h"
+#include "tests/platform/win32/kernel/ansi_code_page.h"
 
-#include <cstdlib>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -12,18 +10,6 @@ namespace {
 
 using std::string;
 using std::u16string;
-
-// The process's code page for the length of a test.
-class AnsiCodePage {
-public:
-    explicit AnsiCodePage(UINT number) : before_(win32::exchange_ansi_code_page(number)) {}
-    ~AnsiCodePage() { win32::exchange_ansi_code_page(before_); }
-    AnsiCodePage(const AnsiCodePage&) = delete;
-    AnsiCodePage& operator=(const AnsiCodePage&) = delete;
-
-private:
-    const UINT before_;
-};
 
 u16string decoded(UINT page, const string& text, DWORD flags = 0)
 {
@@ -61,6 +47,7 @@ TEST(CodePage, ConvertsBothWays)
         { "a pair whose second byte is an ASCII letter", 936, "\x81\x41", u"丄" },
         { "a single byte beyond ASCII", 936, "\x80", u"€" },
         { "zero bytes are characters", 936, string("a\0b", 3), u16string(u"a\0b", 3) },
+        { "of two codes for it the page's own choice", 932, "\x81\xe0", u"≒" },
         { "another double-byte page", 932, "\x93\xfa\x96{\xb1", u"日本ｱ" },
         { "a single-byte page", 1252, "caf\xe9 \x80", u"café €" },
         { "a page that iconv knows by another name", 28605, "\xa4", u"€" },
@@ -144,9 +131,9 @@ TEST(CodePage, LengthsAndBuffers)
 
     char text[8] = "#######";
     EXPECT_EQ(WideCharToMultiByte(CP_ACP, 0, u"中文", -1, nullptr, 0, nullptr, nullptr), 5);
-    EXPECT_EQ(WideCharToMultiByte(CP_ACP, 0, u"中文", 2, text, 3, nullptr, nullptr), 0);
+    EXPECT_EQ(WideCharToMultiByte(CP_ACP, 0, u"中文a", 3, text, 3, nullptr, nullptr), 0);
     EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
-    EXPECT_EQ(string(text, 4), "\xd6\xd0##") << "no half character";
+    EXPECT_EQ(string(text, 4), "\xd6\xd0##") << "no half character, and nothing behind it";
 }
 
 TEST(CodePage, RefusesWrongArguments)
@@ -217,15 +204,13 @@ TEST(CodePage, RoundTripsWholePages)
 
 TEST(CodePage, ServesManyThreadsFromTheFirstCall)
 {
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; i++) {
-        threads.emplace_back([] {
-            for (const UINT page : { 1250U, 1251U, 950U, 54936U })
-                EXPECT_EQ(decoded(page, "abc"), u"abc");
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+    const auto decode = [] {
+        for (const UINT page : { 1250U, 1251U, 950U, 54936U })
+            EXPECT_EQ(decoded(page, "abc"), u"abc");
+    };
+    std::thread first(decode), second(decode);
+    first.join();
+    second.join();
 }
 
 } // namespace

@@ -64,18 +64,6 @@ TEST(Module, KnowsTheFileOfTheProgram)
     EXPECT_EQ(GetModuleFileNameA(nullptr, path, 0), 0u);
 }
 
-TEST(Version, IsTheOneWeSpeak)
-{
-    OSVERSIONINFOA version{};
-    EXPECT_FALSE(GetVersionExA(&version)) << "its size is not filled in";
-    EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
-    version.dwOSVersionInfoSize = sizeof version;
-    EXPECT_EQ(sizeof version, 148u);
-    ASSERT_TRUE(GetVersionExA(&version));
-    EXPECT_EQ(version.dwPlatformId, VER_PLATFORM_WIN32_NT);
-    EXPECT_EQ(version.dwMajorVersion * 100 + version.dwMinorVersion, 501u);
-}
-
 TEST(Com, CountsPerThread)
 {
     int reserved = 0;

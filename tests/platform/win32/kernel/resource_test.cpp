@@ -163,7 +163,7 @@ TEST(ResourceFile, BelievesNoSizeThatLies)
     } kCases[] = {
         { "no header", 4, 0 },
         { "a header that ends in its type", 4, 12 },
-        { "a header without its tail", 4, 24 },
+        { "a header with half its tail", 4, 32 },
         { "a header beyond the end", 4, 0xFFFFFFFF },
         { "data beyond the end", 0, 0xFFFFFFFF },
         { "sizes whose sum wraps", 0, 0xFFFFFFE0 },

@@ -1,8 +1,7 @@
-#include "tests/support/WaitUntil.h"
-
 #include <windows.h>
 
 #include <atomic>
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -10,18 +9,10 @@
 
 namespace {
 
-// A handle that closes itself.
-class Handle {
-public:
-    explicit Handle(HANDLE handle) : handle_(handle) {}
-    Handle(Handle&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
-    Handle& operator=(Handle&&) = delete;
-    ~Handle() { CloseHandle(handle_); }
-    HANDLE get() const { return handle_; }
-
-private:
-    HANDLE handle_;
+struct CloseHandleOf {
+    void operator()(HANDLE handle) const { CloseHandle(handle); }
 };
+using Handle = std::unique_ptr<void, CloseHandleOf>;
 
 Handle event(BOOL manual_reset, BOOL state)
 {
@@ -88,16 +79,14 @@ TEST(Wait, KeepsToItsTime)
 
 TEST(Wait, WakesOneThreadForEachSignal)
 {
-    constexpr int kThreads = 4;
     constexpr int kSignals = 400;
     const Handle signal = event(FALSE, FALSE);
     const Handle taken = event(FALSE, FALSE);
     const Handle stop = event(TRUE, FALSE);
     std::atomic<int> woken = 0;
-    std::vector<std::thread> threads;
-    threads.reserve(kThreads);
-    for (int i = 0; i < kThreads; i++) {
-        threads.emplace_back([&] {
+    std::thread threads[4];
+    for (std::thread& thread : threads) {
+        thread = std::thread([&] {
             const HANDLE handles[] = { stop.get(), signal.get() };
             while (WaitForMultipleObjects(2, handles, FALSE, INFINITE) == WAIT_OBJECT_0 + 1) {
                 woken++;

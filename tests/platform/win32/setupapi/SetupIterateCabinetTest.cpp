@@ -1,27 +1,85 @@
-#include "tests/platform/win32/setupapi/Unpacking.h"
+#include "setupapi.h"
 #include "tests/support/CabinetBuilder.h"
-#include "tests/support/DamagedFileSystem.h"
+#include "tests/support/FailingFileSystem.h"
+#include "tests/support/KilledChild.h"
 #include "tests/support/PackedCabinet.h"
-#include "tests/support/WaitUntil.h"
+#include "tests/support/TestHome.h"
+#include "winbase.h"
 
 #include <algorithm>
-#include <atomic>
-#include <csignal>
 #include <cstring>
 #include <ctime>
-#include <new>
+#include <functional>
+#include <map>
 #include <random>
 
 #include <gtest/gtest.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 
 namespace test {
 namespace {
 
 using Files = std::map<std::string, std::string>;
 using Log = std::vector<std::string>;
+
+// Every file below a folder, by its path from there.
+Files files_below(const std::filesystem::path& folder)
+{
+    Files files;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+        if (!entry.is_directory())
+            files[entry.path().lexically_relative(folder)] = read_file(entry.path());
+    }
+    return files;
+}
+
+// Unpacks a cabinet as the installer does: folders made along the raw name, folder and name copied into the target
+// without counting. Keeps what was said on the way.
+struct Unpacking {
+    // A place of its own: "cabinet" and the folder "target" beside it, and nothing else unless something breaks out.
+    TempDir place;
+    std::filesystem::path target = place.path() / "target";
+    std::function<UINT(const FILE_IN_CABINET_INFO_A&)> answer = [](const auto&) { return FILEOP_DOCOPY; };
+    Log log;                // "+name" for an entry announced, "=error" for one done with
+    DWORD error = NO_ERROR; // of the walk
+
+    explicit Unpacking(const std::string& cabinet)
+    {
+        std::filesystem::create_directory(target);
+        replace_cabinet(cabinet);
+    }
+    void replace_cabinet(const std::string& cabinet) const { write_file(place.path() / "cabinet", cabinet); }
+
+    Unpacking& run()
+    {
+        log.clear();
+        const BOOL walked = SetupIterateCabinetA((place / "cabinet").c_str(), 0, &Unpacking::callback, this);
+        error = walked ? NO_ERROR : GetLastError();
+        return *this;
+    }
+
+    // How often the log says this.
+    auto said(const std::string& line) const { return std::count(log.begin(), log.end(), line); }
+
+    static UINT CALLBACK callback(PVOID context, UINT notification, UINT_PTR param1, UINT_PTR)
+    {
+        auto* self = static_cast<Unpacking*>(context);
+        if (notification == SPFILENOTIFY_FILEINCABINET)
+            return self->announce(*reinterpret_cast<FILE_IN_CABINET_INFO_A*>(param1));
+        self->log.push_back("=" + std::to_string(reinterpret_cast<const FILEPATHS_A*>(param1)->Win32Error));
+        return NO_ERROR;
+    }
+
+    UINT announce(FILE_IN_CABINET_INFO_A& info)
+    {
+        const std::string name = info.NameInCabinet;
+        log.push_back("+" + name);
+        for (std::size_t i = 0; (i = name.find('\\', i)) != std::string::npos; i++)
+            CreateDirectoryA((target.string() + "\\" + name.substr(0, i)).c_str(), nullptr);
+        lstrcpyA(info.FullTargetName, (target.string() + "\\" + name).c_str());
+        return answer(info);
+    }
+};
 
 // Content of a given length that no other place of a cabinet repeats.
 std::string content(std::size_t length, unsigned seed)
@@ -57,13 +115,10 @@ Files files_of(const std::vector<CabinetFile>& files)
     return expected;
 }
 
-// What must hold after any cabinet: nothing beside the target, no temporaries, every file one that was announced.
+// What must hold after any cabinet: nothing beside it and the target, no temporaries.
 void expect_contained(const Unpacking& unpacking)
 {
-    std::vector<std::string> beside;
-    for (const auto& entry : std::filesystem::directory_iterator(unpacking.place.path()))
-        beside.push_back(entry.path().filename());
-    EXPECT_LE(beside.size(), 2U) << testing::PrintToString(beside);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(unpacking.place.path()), {}), 2);
     for (const auto& [name, bytes] : files_below(unpacking.target))
         EXPECT_EQ(name.find(".unpack-"), std::string::npos) << name;
 }
@@ -84,7 +139,7 @@ TEST(SetupIterateCabinet, AnnouncesAndCopiesInOrder)
     for (const std::string& cabinet : { stored_cabinet(product(1)), packed_cabinet(product(1)) }) {
         Unpacking unpacking(cabinet);
         unpacking.answer = [](const FILE_IN_CABINET_INFO_A& info) {
-            EXPECT_EQ(info.DosDate, (28 << 9) | (5 << 5) | 1);
+            EXPECT_EQ(info.DosDate, (46 << 9) | (11 << 5) | 1);
             EXPECT_EQ(info.DosTime, 12 << 11);
             EXPECT_EQ(info.FileSize == 70000, info.DosAttribs == 0x60);
             return FILEOP_DOCOPY;
@@ -101,7 +156,7 @@ TEST(SetupIterateCabinet, AnnouncesAndCopiesInOrder)
         EXPECT_FALSE(readme.st_mode & S_IXUSR);
         const struct tm* local = ::localtime(&readme.st_mtime);
         EXPECT_EQ(std::vector({ local->tm_year, local->tm_mon, local->tm_mday, local->tm_hour, local->tm_min }),
-                  std::vector({ 108, 4, 1, 12, 0 }));
+                  std::vector({ 126, 10, 1, 12, 0 }));
     }
 }
 
@@ -168,10 +223,8 @@ TEST(SetupIterateCabinet, SurvivesHostileEntries)
         unpacking.run();
         EXPECT_EQ(unpacking.error, hostile.error);
         const std::string outcome = hostile.outcome;
-        EXPECT_EQ(std::count(unpacking.log.begin(), unpacking.log.end(), joined("+", hostile.record.name)) > 0,
-                  !outcome.empty());
-        EXPECT_TRUE(outcome.empty() || std::count(unpacking.log.begin(), unpacking.log.end(), outcome) > 0)
-            << testing::PrintToString(unpacking.log);
+        EXPECT_EQ(unpacking.said("+" + hostile.record.name) > 0, !outcome.empty());
+        EXPECT_TRUE(outcome.empty() || unpacking.said(outcome) > 0) << testing::PrintToString(unpacking.log);
         const Files files = files_below(unpacking.target);
         EXPECT_EQ(files.at("first"), hostile.record.name == "first" ? "222" : "11");
         EXPECT_EQ(files.at("last"), "33");
@@ -205,33 +258,22 @@ TEST(SetupIterateCabinet, TakesLinksForWhatTheyAre)
     EXPECT_EQ(read_file(unpacking.place / "moved/x"), "new") << "a folder the user moved stays in use";
 }
 
-// For tests with thousands of files that no power cut threatens.
-std::shared_ptr<DamagedFileSystem> without_flushes()
-{
-    auto fast = std::make_shared<DamagedFileSystem>();
-    fast->flushes = false;
-    return fast;
-}
-
 TEST(SetupIterateCabinet, ReadsAnyNumberOfEntries)
 {
-    const FileSystemInPlace in_place(without_flushes());
-    std::vector<CabinetFile> many;
-    many.reserve(20000);
-    for (int i = 0; i < 20000; i++)
-        many.push_back({ joined("d", std::to_string(i % 7)) + joined("\\f", std::to_string(i)), std::to_string(i) });
+    const WithoutFlushes fast;
+    std::vector<CabinetFile> many(20000);
+    for (std::size_t i = 0; i < many.size(); i++)
+        many[i] = { "d" + std::to_string(i % 7) + "\\f" + std::to_string(i), std::to_string(i) };
     Unpacking unpacking(stored_cabinet(many));
     unpacking.answer = [](const auto& info) { return info.FileSize == 5 ? FILEOP_SKIP : FILEOP_DOCOPY; };
     EXPECT_EQ(unpacking.run().error, NO_ERROR);
-    EXPECT_EQ(std::count_if(unpacking.log.begin(), unpacking.log.end(), [](auto& line) { return line[0] == '+'; }),
-              20000);
+    EXPECT_EQ(unpacking.log.size(), 30000U) << "all were announced";
     EXPECT_EQ(files_below(unpacking.target), files_of({ many.begin(), many.begin() + 10000 }));
 
     // all of one long folder's entries, from its end to its beginning: each would unpack everything before it anew
-    std::vector<CabinetRecord> backwards;
-    backwards.reserve(20000);
+    std::vector<CabinetRecord> backwards(20000);
     for (std::uint32_t i = 0; i < 20000; i++)
-        backwards.push_back({ joined("f", std::to_string(i)), 100, (19999 - i) * 100 });
+        backwards[i] = { "f" + std::to_string(i), 100, (19999 - i) * 100 };
     unpacking.replace_cabinet(cabinet_of({ content(2000000, 1) }, backwards));
     unpacking.answer = [](const auto& info) {
         return std::strlen(info.NameInCabinet) < 5 ? FILEOP_DOCOPY : FILEOP_SKIP;
@@ -247,7 +289,7 @@ const std::vector<CabinetFile> kTwoFiles = { { "a\\one", content(200, 1) }, { "a
 
 TEST(SetupIterateCabinet, SurvivesCutsAtEveryByte)
 {
-    const FileSystemInPlace in_place(without_flushes());
+    const WithoutFlushes fast;
     for (const std::string& cabinet : { stored_cabinet(kTwoFiles), packed_cabinet(kTwoFiles) }) {
         for (std::size_t size = 0; size < cabinet.size(); size++) {
             SCOPED_TRACE(size);
@@ -261,7 +303,7 @@ TEST(SetupIterateCabinet, SurvivesCutsAtEveryByte)
 
 TEST(SetupIterateCabinet, SurvivesRandomDamage)
 {
-    const FileSystemInPlace in_place(without_flushes());
+    const WithoutFlushes fast;
     std::mt19937 random(20080501);
     const std::string whole[] = { stored_cabinet(kTwoFiles), packed_cabinet(kTwoFiles), packed_cabinet(product(1)) };
     for (int i = 0; i < 1000; i++) {
@@ -282,74 +324,58 @@ TEST(SetupIterateCabinet, SurvivesRandomDamage)
     }
 }
 
+// Whatever one change to the disk is refused, or all from there on, every file is the old one or the new one.
 TEST(SetupIterateCabinet, LeavesOldOrNewFilesWhateverTheDiskRefuses)
 {
     const Files old_files = files_of(product(1)), new_files = files_of(product(7));
     const std::string old_cabinet = packed_cabinet(product(1)), new_cabinet = packed_cabinet(product(7));
-    for (const bool nameless_files : { true, false }) {
-        for (const bool stays_broken : { true, false }) {
-            int fail_at = -1; // the first round is the sound one and counts the changes
-            int changes = 0;
-            do {
-                SCOPED_TRACE(fail_at);
-                Unpacking unpacking(old_cabinet);
-                {
-                    const FileSystemInPlace in_place(without_flushes());
-                    unpacking.run();
-                }
-                unpacking.replace_cabinet(new_cabinet);
-                const auto damaged = without_flushes();
-                damaged->fail_at = fail_at;
-                damaged->stays_broken = stays_broken;
-                damaged->nameless_files = nameless_files;
-                {
-                    const FileSystemInPlace in_place(damaged);
-                    unpacking.run();
-                }
-                const Files found = files_below(unpacking.target);
-                EXPECT_EQ(unpacking.log.size(), 10U) << "the walk goes on";
-                EXPECT_EQ(found.size(), 5U);
-                expect_old_or_new(found, old_files, new_files);
-                const bool told = unpacking.error == ERROR_DISK_FULL ||
-                                  std::count(unpacking.log.begin(), unpacking.log.end(), "=112") > 0;
-                EXPECT_TRUE(told || found == new_files) << "a file is missing and nobody said so";
-                changes = std::max(changes, damaged->changes.load());
-            } while (++fail_at < changes);
-            EXPECT_GT(changes, 20);
+    const WithoutFlushes disk;
+    const auto sound = disk->fault;
+    for (int way = 0; way < 4; way++) {
+        const bool stays_broken = way % 2 == 1;
+        disk->nameless_files = way < 2;
+        std::atomic<int> changes = 0; // the first round is the sound one and counts them
+        for (int fail_at = -1, most = 0; fail_at < std::max(most, 20); fail_at++) {
+            SCOPED_TRACE(testing::Message() << "way " << way << ", change " << fail_at);
+            Unpacking unpacking(old_cabinet);
+            disk->fault = sound;
+            unpacking.run();
+            unpacking.replace_cabinet(new_cabinet);
+            changes = 0;
+            disk->fault = [&](FileCall call) {
+                const int change = changes++;
+                const bool fills_the_disk = call == FileCall::write || call == FileCall::sync;
+                const bool broken = stays_broken && fills_the_disk && fail_at >= 0 && change > fail_at;
+                return change == fail_at || broken ? ENOSPC : 0;
+            };
+            unpacking.run();
+            most = std::max(most, changes.load());
+            const Files found = files_below(unpacking.target);
+            EXPECT_EQ(unpacking.log.size(), 10U) << "the walk goes on";
+            EXPECT_EQ(found.size(), 5U);
+            expect_old_or_new(found, old_files, new_files);
+            const bool told = unpacking.error == ERROR_DISK_FULL || unpacking.said("=112") > 0;
+            EXPECT_TRUE(told || found == new_files) << "a file is missing and nobody said so";
         }
-    }
-}
-
-// A child that installs the two versions in turn until it is killed, and counts its steps where its parent sees them.
-void reinstall_for_ever(Unpacking& unpacking, std::atomic<int>& steps)
-{
-    unpacking.answer = [&](const auto&) {
-        steps++;
-        return FILEOP_DOCOPY;
-    };
-    for (unsigned version = 7;; version = 8 - version) {
-        unpacking.replace_cabinet(packed_cabinet(product(version)));
-        unpacking.run();
     }
 }
 
 TEST(SetupIterateCabinet, SurvivesKills)
 {
     std::mt19937 random(1);
-    auto* steps =
-        new (::mmap(nullptr, sizeof(std::atomic<int>), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0))
-            std::atomic<int>;
     Unpacking unpacking(packed_cabinet(product(1)));
     unpacking.run();
     for (int i = 0; i < 50; i++) {
-        *steps = 0;
-        const int stop = static_cast<int>(random() % 40);
-        const pid_t child = ::fork();
-        if (child == 0)
-            reinstall_for_ever(unpacking, *steps);
-        ASSERT_TRUE(wait_until([&] { return *steps > stop; }));
-        ::kill(child, SIGKILL);
-        ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+        kill_after(static_cast<int>(random() % 40), [&](std::atomic<int>& steps) {
+            unpacking.answer = [&](const auto&) {
+                steps++;
+                return FILEOP_DOCOPY;
+            };
+            for (unsigned version = 7;; version = 8 - version) {
+                unpacking.replace_cabinet(packed_cabinet(product(version)));
+                unpacking.run();
+            }
+        });
         Files found = files_below(unpacking.target);
         std::erase_if(found, [](const auto& file) { return file.first.find(".unpack-") != std::string::npos; });
         EXPECT_EQ(found.size(), 5U);
@@ -359,29 +385,22 @@ TEST(SetupIterateCabinet, SurvivesKills)
     unpacking.replace_cabinet(packed_cabinet(product(7)));
     EXPECT_EQ(unpacking.run().error, NO_ERROR);
     EXPECT_EQ(files_below(unpacking.target), files_of(product(7))) << "nothing is left behind for good";
-    ::munmap(steps, sizeof *steps);
 }
 
 TEST(SetupIterateCabinet, LetsTwoInstallersAtOnceEndWell)
 {
-    const auto named = without_flushes(); // each sees the other's temporaries for as long as they grow
-    named->nameless_files = false;
-    const FileSystemInPlace in_place(named);
+    const WithoutFlushes disk;
+    disk->nameless_files = false; // each sees the other's temporaries for as long as they grow
     Unpacking unpacking(packed_cabinet(product(1)));
     const pid_t child = ::fork();
-    if (child == 0) {
-        bool good = true;
-        for (int i = 0; i < 20; i++)
-            good = unpacking.run().error == NO_ERROR &&
-                   std::count(unpacking.log.begin(), unpacking.log.end(), "=0") == 5 && good;
-        ::_exit(good ? 0 : 1);
-    }
-    for (int i = 0; i < 20; i++) {
-        EXPECT_EQ(unpacking.run().error, NO_ERROR);
-        EXPECT_EQ(std::count(unpacking.log.begin(), unpacking.log.end(), "=0"), 5);
-    }
+    int bad = 0;
+    for (int i = 0; i < 20; i++)
+        bad += unpacking.run().error != NO_ERROR || unpacking.said("=0") != 5;
+    if (child == 0)
+        ::_exit(bad);
     int status = -1;
     ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(bad, 0);
     EXPECT_EQ(status, 0);
     EXPECT_EQ(files_below(unpacking.target), files_of(product(1)));
 }

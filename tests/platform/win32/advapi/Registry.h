@@ -1,4 +1,4 @@
-// A user's home with a registry of its own, and short words for what is done with it.
+// Short words for what tests do with the registry of the test's home.
 #pragma once
 
 #include "tests/support/TestHome.h"
@@ -6,43 +6,19 @@
 #include "winreg.h"
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
 
 namespace test {
 
 constexpr const char* kRunKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 
-inline std::string read_file(const std::filesystem::path& path)
+inline std::filesystem::path config_folder()
 {
-    std::ifstream file(path, std::ios::binary);
-    return { std::istreambuf_iterator<char>(file), {} };
+    return std::getenv("XDG_CONFIG_HOME");
 }
-
-inline void write_file(const std::filesystem::path& path, const std::string& bytes)
+inline std::filesystem::path hive_file()
 {
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << bytes;
+    return config_folder() / "registry/current-user.sqlite";
 }
-
-struct RegistryHome {
-    TempDir dir;
-    std::filesystem::path hive = dir.path() / ".config/registry/current-user.sqlite";
-    std::filesystem::path autostart = dir.path() / ".config/autostart";
-
-    RegistryHome() { enter(); }
-    ~RegistryHome() { ::setenv("XDG_CONFIG_HOME", before_.c_str(), 1); }
-    RegistryHome(const RegistryHome&) = delete;
-    RegistryHome& operator=(const RegistryHome&) = delete;
-
-    // From now on this is the user's home; the registry of the one before is let go of with the next call.
-    void enter() const { ::setenv("XDG_CONFIG_HOME", (dir / ".config").c_str(), 1); }
-
-private:
-    const std::string before_ = std::getenv("XDG_CONFIG_HOME");
-};
 
 // An open key, closed with its owner; `status` is what opening said.
 struct OpenedKey {
@@ -65,8 +41,7 @@ struct OpenedKey {
     std::string get(const char* name) const
     {
         DWORD size = 0;
-        if (RegQueryValueExA(handle, name, nullptr, nullptr, nullptr, &size) != ERROR_SUCCESS)
-            return "missing";
+        RegQueryValueExA(handle, name, nullptr, nullptr, nullptr, &size);
         std::string bytes(size, '?');
         const LSTATUS got =
             RegQueryValueExA(handle, name, nullptr, nullptr, reinterpret_cast<BYTE*>(bytes.data()), &size);
@@ -74,7 +49,7 @@ struct OpenedKey {
     }
 };
 
-// The same for a key that is made where it is missing.
+// Makes a key where it is missing.
 inline LSTATUS create_key(const char* path)
 {
     HKEY made = nullptr;
