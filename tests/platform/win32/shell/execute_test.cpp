@@ -4,8 +4,6 @@
 #include <shellapi.h>
 
 #include <csignal>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -17,12 +15,6 @@
 #include <unistd.h>
 
 namespace {
-
-std::string contents(const std::string& path)
-{
-    std::ifstream file(path);
-    return { std::istreambuf_iterator<char>(file), {} };
-}
 
 // Whether a child of ours has ended and waits for somebody to ask after it.
 bool has_zombie()
@@ -37,7 +29,7 @@ protected:
     std::string program(const char* name, const std::string& lines, mode_t mode = 0755) const
     {
         std::string path = dir / name;
-        std::ofstream(path) << lines;
+        test::write_file(path, lines);
         ::chmod(path.c_str(), mode);
         return path;
     }
@@ -63,6 +55,13 @@ protected:
         const BOOL ok = ShellExecuteExA(&info);
         handles.push_back(info.hProcess);
         return { ok, GetLastError(), reinterpret_cast<std::uintptr_t>(info.hInstApp), info.hProcess };
+    }
+
+    // Waits for its end.
+    static void await(const Started& started)
+    {
+        ASSERT_TRUE(started.ok);
+        ASSERT_EQ(WaitForSingleObject(started.process, 20000), WAIT_OBJECT_0);
     }
 
     static DWORD exit_code(HANDLE process)
@@ -100,9 +99,8 @@ TEST_F(ShellExecuteTest, WaitsForTheEndAndTellsHowItCame)
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.why);
         const Started started = start(program("prog", c.lines));
-        ASSERT_TRUE(started.ok);
         EXPECT_GT(started.instance, 32u);
-        ASSERT_EQ(WaitForSingleObject(started.process, 20000), WAIT_OBJECT_0);
+        await(started);
         EXPECT_EQ(exit_code(started.process), c.code);
     }
 }
@@ -114,7 +112,7 @@ TEST_F(ShellExecuteTest, LeavesAHangingProgramRunning)
     EXPECT_EQ(WaitForSingleObject(started.process, 50), WAIT_TIMEOUT);
     EXPECT_EQ(exit_code(started.process), STILL_ACTIVE);
     EXPECT_TRUE(TerminateProcess(started.process, 5));
-    ASSERT_EQ(WaitForSingleObject(started.process, 20000), WAIT_OBJECT_0);
+    await(started);
     EXPECT_EQ(exit_code(started.process), 5u);
     EXPECT_FALSE(TerminateProcess(started.process, 6)) << "it has ended";
     EXPECT_EQ(exit_code(started.process), 5u);
@@ -135,16 +133,16 @@ TEST_F(ShellExecuteTest, SaysWhyAProgramCannotRun)
         const char* why;
         std::string file;
         DWORD error;
-        int instance;
+        std::uintptr_t instance;
     } kCases[] = {
         { "missing", base + "\\none", ERROR_FILE_NOT_FOUND, SE_ERR_FNF },
         { "missing folder", base + "\\none\\none", ERROR_PATH_NOT_FOUND, SE_ERR_PNF },
         { "no path is searched", "true", ERROR_FILE_NOT_FOUND, SE_ERR_FNF },
         { "not executable", base + "\\plain", ERROR_ACCESS_DENIED, SE_ERR_ACCESSDENIED },
         { "a folder", base + "\\folder", ERROR_ACCESS_DENIED, SE_ERR_ACCESSDENIED },
-        { "text, and never a shell for it", base + "\\text", ERROR_BAD_EXE_FORMAT, static_cast<int>(ERROR_BAD_FORMAT) },
-        { "nothing in it", base + "\\empty", ERROR_BAD_EXE_FORMAT, static_cast<int>(ERROR_BAD_FORMAT) },
-        { "cut off", base + "\\truncated", ERROR_BAD_EXE_FORMAT, static_cast<int>(ERROR_BAD_FORMAT) },
+        { "text, and never a shell for it", base + "\\text", ERROR_BAD_EXE_FORMAT, ERROR_BAD_FORMAT },
+        { "nothing in it", base + "\\empty", ERROR_BAD_EXE_FORMAT, ERROR_BAD_FORMAT },
+        { "cut off", base + "\\truncated", ERROR_BAD_EXE_FORMAT, ERROR_BAD_FORMAT },
         { "its interpreter is missing", base + "\\orphan", ERROR_FILE_NOT_FOUND, SE_ERR_FNF },
         { "no name", "", ERROR_PATH_NOT_FOUND, SE_ERR_PNF },
     };
@@ -153,7 +151,7 @@ TEST_F(ShellExecuteTest, SaysWhyAProgramCannotRun)
         const Started started = start(c.file);
         EXPECT_FALSE(started.ok);
         EXPECT_EQ(started.error, c.error);
-        EXPECT_EQ(started.instance, static_cast<std::uintptr_t>(c.instance));
+        EXPECT_EQ(started.instance, c.instance);
         EXPECT_EQ(started.process, nullptr);
     }
     EXPECT_NE(::access((base + "/shell-ran").c_str(), F_OK), 0);
@@ -161,8 +159,7 @@ TEST_F(ShellExecuteTest, SaysWhyAProgramCannotRun)
 
     EXPECT_EQ(start(base + "/text", 0, nullptr, nullptr, "print").error, ERROR_NO_ASSOCIATION);
     EXPECT_EQ(start("/bin/true", 0, nullptr, (base + "/none").c_str()).error, ERROR_DIRECTORY);
-    SHELLEXECUTEINFOA info{};
-    info.cbSize = 60;
+    SHELLEXECUTEINFOA info{}; // its size is not filled in
     EXPECT_FALSE(ShellExecuteExA(&info));
     EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
 }
@@ -171,8 +168,7 @@ TEST_F(ShellExecuteTest, GivesTheProgramASessionAndNothingOfOurs)
 {
     const int ours = ::open((dir / "ours").c_str(), O_CREAT | O_RDWR, 0600); // would stay open over an exec
     ::signal(SIGHUP, SIG_IGN);
-    sigset_t usr1;
-    sigset_t before;
+    sigset_t usr1, before;
     ::sigemptyset(&usr1);
     ::sigaddset(&usr1, SIGUSR1);
     ::pthread_sigmask(SIG_BLOCK, &usr1, &before);
@@ -183,24 +179,20 @@ TEST_F(ShellExecuteTest, GivesTheProgramASessionAndNothingOfOurs)
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
     ::signal(SIGHUP, SIG_DFL);
     ::close(ours);
-    ASSERT_TRUE(started.ok);
-    ASSERT_EQ(WaitForSingleObject(started.process, 20000), WAIT_OBJECT_0);
+    await(started);
 
-    std::istringstream session(contents(dir / "session"));
-    int session_id = 0;
-    int process_id = -1;
-    session >> session_id >> process_id;
-    EXPECT_EQ(session_id, process_id) << "it leads a session of its own";
-    std::istringstream signals(contents(dir / "signals"));
+    const std::string session = test::read_file(dir / "session");
+    EXPECT_EQ(session, session.substr(0, session.size() / 2) + session.substr(0, session.size() / 2))
+        << "it leads a session of its own";
+    std::istringstream signals(test::read_file(dir / "signals"));
     std::string label;
-    std::uint64_t blocked = 1;
-    std::uint64_t ignored = 1;
+    std::uint64_t blocked = 1, ignored = 1;
     signals >> label >> std::hex >> blocked >> label >> ignored;
     constexpr std::uint64_t kThreadLibrarys = 0x180000000; // signals 32 and 33, which no program may use
     EXPECT_EQ(blocked, 0u);
     EXPECT_EQ(ignored & ~kThreadLibrarys, 0u);
-    EXPECT_EQ(contents(dir / "fds").find("ours"), std::string::npos) << contents(dir / "fds");
-    EXPECT_EQ(contents(dir / "fds").find("/dev/null\n"), 0u) << "standard input";
+    EXPECT_EQ(test::read_file(dir / "fds").find("ours"), std::string::npos) << test::read_file(dir / "fds");
+    EXPECT_EQ(test::read_file(dir / "fds").find("/dev/null\n"), 0u) << "standard input";
 }
 
 TEST_F(ShellExecuteTest, PassesParametersFolderAndEnvironment)
@@ -213,9 +205,8 @@ TEST_F(ShellExecuteTest, PassesParametersFolderAndEnvironment)
     const Started started = start("show", SEE_MASK_NOCLOSEPROCESS, " one \"two three\"\t\"\" fo\"u r\" ",
                                   (dir.path().string() + "\\folder").c_str(), "Open");
     SetCurrentDirectoryA("/");
-    ASSERT_TRUE(started.ok);
-    ASSERT_EQ(WaitForSingleObject(started.process, 20000), WAIT_OBJECT_0);
-    EXPECT_EQ(contents(dir / "folder/here"), (dir / "folder") + "\n[one]\n[two three]\n[]\n[fou r]\nyes\n");
+    await(started);
+    EXPECT_EQ(test::read_file(dir / "folder/here"), (dir / "folder") + "\n[one]\n[two three]\n[]\n[fou r]\nyes\n");
 }
 
 TEST_F(ShellExecuteTest, LeavesNoZombieWhenNobodyAsks)
@@ -226,7 +217,7 @@ TEST_F(ShellExecuteTest, LeavesNoZombieWhenNobodyAsks)
     EXPECT_NE(unclosed.process, nullptr);
     const Started closed = start(path);
     EXPECT_TRUE(CloseHandle(closed.process));
-    EXPECT_TRUE(test::wait_until([&] { return contents(path + ".log") == "done\ndone\ndone\n"; }));
+    EXPECT_TRUE(test::wait_until([&] { return test::read_file(path + ".log") == "done\ndone\ndone\n"; }));
     EXPECT_TRUE(test::wait_until([] { return !has_zombie(); }));
 }
 
@@ -235,7 +226,7 @@ TEST_F(ShellExecuteTest, SeesTheEndOfAProgramWhoseStatusIsLost)
 {
     ::signal(SIGCHLD, SIG_IGN);
     const Started started = start(program("prog", "#!/bin/sh\nexit 7\n"));
-    EXPECT_EQ(WaitForSingleObject(started.process, 20000), WAIT_OBJECT_0);
+    await(started);
     ::signal(SIGCHLD, SIG_DFL);
     EXPECT_EQ(exit_code(started.process), 0xFFFFFFFF);
 }
@@ -253,8 +244,8 @@ TEST_F(ShellExecuteTest, LetsTheProgramOutliveUs)
             ExitProcess(0);
         },
         testing::ExitedWithCode(0), "");
-    std::ofstream(path + ".go") << "x";
-    EXPECT_TRUE(test::wait_until([&] { return contents(path + ".log") == "done\n"; }));
+    test::write_file(path + ".go", "");
+    EXPECT_TRUE(test::wait_until([&] { return test::read_file(path + ".log") == "done\n"; }));
 }
 
 } // namespace

@@ -6,13 +6,10 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
-#include <fstream>
 #include <string>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
@@ -38,15 +35,14 @@ protected:
         ::unsetenv("XDG_DATA_HOME");
         ::unsetenv("XDG_CONFIG_HOME");
     }
-    ~ShellFolder() override { test::use_home(test::home().path()); }
 
     const test::TempDir dir;
     const std::string home = dir.path().string();
+    const std::string share = home + "/.local/share";
 };
 
 TEST_F(ShellFolder, FollowsTheDesktopsRules)
 {
-    const std::string data = "ok " + home + "/.local/share";
     const std::string longest(static_cast<std::size_t>(MAX_PATH) - 1, 'a');
     const struct {
         const char* why;
@@ -55,11 +51,11 @@ TEST_F(ShellFolder, FollowsTheDesktopsRules)
         int id;
         std::string result;
     } kCases[] = {
-        { "the default", "XDG_DATA_HOME", "", CSIDL_LOCAL_APPDATA, data },
+        { "the default", "XDG_DATA_HOME", "", CSIDL_LOCAL_APPDATA, "ok " + share },
         { "another place", "XDG_DATA_HOME", home + "/data", CSIDL_LOCAL_APPDATA, "ok " + home + "/data" },
         { "a separator at its end", "XDG_DATA_HOME", home + "/data//", CSIDL_LOCAL_APPDATA, "ok " + home + "/data" },
-        { "a relative place counts as none", "XDG_DATA_HOME", "data", CSIDL_LOCAL_APPDATA, data },
-        { "a tilde is relative", "XDG_DATA_HOME", "~/data", CSIDL_LOCAL_APPDATA, data },
+        { "a relative place counts as none", "XDG_DATA_HOME", "data", CSIDL_LOCAL_APPDATA, "ok " + share },
+        { "a tilde is relative", "XDG_DATA_HOME", "~/data", CSIDL_LOCAL_APPDATA, "ok " + share },
         { "a place that would read as another", "XDG_DATA_HOME", home + "/a\\b", CSIDL_LOCAL_APPDATA, "3 /dev/null" },
         { "too long", "XDG_DATA_HOME", "/" + longest, CSIDL_LOCAL_APPDATA, "3 /dev/null" },
         { "settings", "XDG_CONFIG_HOME", "", CSIDL_APPDATA, "ok " + home + "/.config" },
@@ -75,59 +71,47 @@ TEST_F(ShellFolder, FollowsTheDesktopsRules)
 
 TEST_F(ShellFolder, MakesWhatAlwaysExistsAndTheRestWhenAsked)
 {
-    EXPECT_EQ(folder(CSIDL_LOCAL_APPDATA), "ok " + home + "/.local/share");
-    EXPECT_TRUE(is_folder(home + "/.local/share"));
+    EXPECT_EQ(folder(CSIDL_LOCAL_APPDATA), "ok " + share);
+    EXPECT_TRUE(is_folder(share));
     struct stat info {};
     ASSERT_EQ(::stat((home + "/.local").c_str(), &info), 0);
     EXPECT_EQ(info.st_mode & 07777, 0700u) << "for the user alone";
 
-    EXPECT_EQ(folder(CSIDL_PROGRAMS), "2 " + home + "/.local/share/applications");
-    EXPECT_FALSE(is_folder(home + "/.local/share/applications"));
-    EXPECT_EQ(folder(CSIDL_PROGRAMS | CSIDL_FLAG_CREATE), "ok " + home + "/.local/share/applications");
-    EXPECT_TRUE(is_folder(home + "/.local/share/applications"));
-    EXPECT_EQ(folder(CSIDL_PROGRAMS), "ok " + home + "/.local/share/applications");
+    EXPECT_EQ(folder(CSIDL_PROGRAMS), "2 " + share + "/applications");
+    EXPECT_FALSE(is_folder(share + "/applications"));
+    EXPECT_EQ(folder(CSIDL_PROGRAMS | CSIDL_FLAG_CREATE), "ok " + share + "/applications");
+    EXPECT_TRUE(is_folder(share + "/applications"));
+    EXPECT_EQ(folder(CSIDL_PROGRAMS), "ok " + share + "/applications");
 }
 
 // Whatever stands in the way, the path is told, and the caller's own first step below it fails too.
 TEST_F(ShellFolder, TellsThePathEvenWhenItCannotBeMade)
 {
-    const std::string share = home + "/.local/share";
     const struct {
         const char* why;
-        void (*obstruct)(const std::string& home);
-        const char* error;
+        void (*obstruct)(const std::string& local);
     } kCases[] = {
-        { "a file in its place",
-          [](const std::string& at) {
-              ::mkdir((at + "/.local").c_str(), 0700);
-              std::ofstream(at + "/.local/share") << "x";
-          },
-          "3 " },
-        { "a file above it", [](const std::string& at) { std::ofstream(at + "/.local") << "x"; }, "3 " },
+        { "a file in its place", [](const std::string& local) { test::write_file(local + "/share", "x"); } },
+        { "a file above it", [](const std::string& local) { test::write_file(local, "x"); } },
         { "a link to nowhere",
-          [](const std::string& at) {
-              ::mkdir((at + "/.local").c_str(), 0700);
-              ::symlink("none", (at + "/.local/share").c_str());
-          },
-          "3 " },
+          [](const std::string& local) {
+              std::filesystem::create_directory(local);
+              std::filesystem::create_symlink("none", local + "/share");
+          } },
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.why);
-        c.obstruct(home);
-        EXPECT_EQ(folder(CSIDL_LOCAL_APPDATA), c.error + share);
+        c.obstruct(home + "/.local");
+        EXPECT_EQ(folder(CSIDL_LOCAL_APPDATA), "3 " + share);
         EXPECT_FALSE(PathFileExistsA((share + "\\Varnhal").c_str()));
         EXPECT_FALSE(CreateDirectoryA((share + "\\Varnhal").c_str(), nullptr));
         std::filesystem::remove_all(home + "/.local");
     }
-}
-
-TEST_F(ShellFolder, ReportsAFullOrForbiddenDisk)
-{
     const test::WithFailingFileSystem files;
     files->fill_after(0);
-    EXPECT_EQ(folder(CSIDL_LOCAL_APPDATA), "112 " + home + "/.local/share");
+    EXPECT_EQ(folder(CSIDL_LOCAL_APPDATA), "112 " + share);
     files->fail_all(test::FileCall::make_directory, EACCES);
-    EXPECT_EQ(folder(CSIDL_LOCAL_APPDATA), "5 " + home + "/.local/share");
+    EXPECT_EQ(folder(CSIDL_LOCAL_APPDATA), "5 " + share);
     EXPECT_FALSE(PathFileExistsA((home + "/.local").c_str()));
 }
 
@@ -140,14 +124,14 @@ TEST_F(ShellFolder, FallsBackToTheAccountsHome)
 
 TEST_F(ShellFolder, AnswersQuestionsAboutPaths)
 {
-    std::ofstream(home + "/file") << "x";
+    test::write_file(home + "/file", "x");
     EXPECT_TRUE(PathFileExistsA((home + "\\file").c_str()));
     EXPECT_TRUE(PathFileExistsA(home.c_str()));
     EXPECT_FALSE(PathFileExistsA((home + "\\none").c_str()));
     EXPECT_FALSE(PathFileExistsA(nullptr));
-    EXPECT_FALSE(PathFileExistsA(""));
     EXPECT_TRUE(is_folder(home + "\\"));
     EXPECT_FALSE(PathIsDirectoryA((home + "\\file").c_str()));
+    EXPECT_FALSE(PathIsDirectoryA((home + "\\none").c_str()));
 }
 
 } // namespace
