@@ -3,103 +3,53 @@
 #include "tests/setup/InstallerOnScreen.h"
 #include "tests/support/CabinetBuilder.h"
 #include "tests/support/FailingFileSystem.h"
-#include "tests/support/TestHome.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <fstream>
+#include <csignal>
 
 namespace {
 
 namespace fs = std::filesystem;
 using test::CabinetFile;
 using test::ClientFolder;
-using test::InstallerOnScreen;
 using test::InstallRoot;
-using test::PayloadCopy;
-using test::ReadFile;
-
-void WriteFile(const fs::path& path, const std::string& strBytes)
-{
-    fs::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << strBytes;
-}
-
-// Every file and folder below a folder, by its name from there.
-std::vector<std::string> Tree(const fs::path& folder)
-{
-    std::vector<std::string> names;
-    for (const auto& entry : fs::recursive_directory_iterator(folder))
-        names.push_back(entry.path().lexically_relative(folder).string());
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
-DWORD StoredNumber(const char* pszKey, const char* pszName)
-{
-    HKEY hKey = nullptr;
-    DWORD nNumber = 0xDEADBEEF;
-    DWORD nSize = sizeof nNumber;
-    if (RegOpenKeyExA(HKEY_CURRENT_USER, pszKey, 0, KEY_QUERY_VALUE, &hKey) != ERROR_SUCCESS)
-        return nNumber;
-    (void)RegQueryValueExA(hKey, pszName, nullptr, nullptr, reinterpret_cast<BYTE*>(&nNumber), &nSize);
-    RegCloseKey(hKey);
-    return nNumber;
-}
 
 bool HasSettings()
 {
-    return StoredNumber("Software\\Dalvor\\Varnhal\\Tesk\\Connection", "ProxyUse") == 1;
+    const std::string strKey = "Software\\Dalvor\\Varnhal\\Tesk\\";
+    return test::StoredValue(strKey + "Connection", "ProxyUse", REG_DWORD) == std::string("\1\0\0\0", 4) &&
+           test::StoredValue(strKey + "Version", "QDFVER", REG_SZ) == "0";
 }
 
-// An installer at its ready page whose payload copy was replaced by another cabinet.
-class ReadyWith {
-public:
-    explicit ReadyWith(const std::string& strCabinet)
-    {
-        m_installer.Tick();
-        WriteFile(PayloadCopy(), strCabinet);
-    }
-    InstallerOnScreen* operator->() { return &m_installer; }
-
-private:
-    InstallerOnScreen m_installer;
+// An installer at its ready page.
+struct ReadyInstaller : test::InstallerOnScreen {
+    ReadyInstaller() { Tick(); }
 };
-
-const std::string kScript = "#!/bin/sh\n";
 
 struct CabinetCase {
     const char* why;
-    std::vector<CabinetFile> files;
+    std::string strCabinet;
     std::vector<std::string> treeBelowRoot; // besides "Update" and its content
 };
 
 const CabinetCase kCabinetCases[] = {
-    { "no entries", {}, {} },
+    { "empty", "", {} },
+    { "cut", "MSCF", {} },
+    { "not a cabinet", "not a cabinet at all, but long enough to hold the header of one", {} },
+    { "no entries", test::stored_cabinet({}), {} },
     { "folders are made along the path",
-      { { "Tesk\\Data\\Fonts\\a.pfb", "a" }, { "b.txt", "b" } },
+      test::stored_cabinet({ { "Tesk\\Data\\Fonts\\a.pfb", "a" }, { "b.txt", "b" } }),
       { "Tesk", "Tesk/Data", "Tesk/Data/Fonts", "Tesk/Data/Fonts/a.pfb", "b.txt" } },
     { "names that climb out are left out",
-      { { "..\\evil", "x" },
-        { "Tesk\\..\\..\\evil", "x" },
-        { "C:\\evil", "x" },
-        { "\\evil", "x" },
-        { "\\\\", "x" },
-        { "Tesk\\good", "g" } },
+      test::stored_cabinet({ { "..\\evil", "x" }, { "Tesk\\..\\..\\evil", "x" }, { "Tesk\\good", "g" } }),
       { "Tesk", "Tesk/good" } },
     { "a name too long for its buffer is left out",
-      { { "Tesk\\" + std::string(200, 'n'), "x" }, { "Tesk\\good", "g" } },
+      test::stored_cabinet({ { "Tesk\\" + std::string(200, 'n'), "x" }, { "Tesk\\good", "g" } }),
       { "Tesk", "Tesk/good" } },
-    { "of two with one name the later stays", { { "Tesk\\a", "1" }, { "Tesk\\a", "2" } }, { "Tesk", "Tesk/a" } },
-    { "a file where a folder should be",
-      { { "Tesk\\a", "1" }, { "Tesk\\a\\b", "2" }, { "Tesk\\c", "3" } },
-      { "Tesk", "Tesk/a", "Tesk/c" } },
-    { "a folder where a file should be",
-      { { "Tesk\\a\\b", "1" }, { "Tesk\\a", "2" }, { "Tesk\\c", "3" } },
-      { "Tesk", "Tesk/a", "Tesk/a/b", "Tesk/c" } },
     { "a second byte 0x5C separates for folder and file alike",
-      { { "Tesk\\\xD5\x5C", "x" }, { "Tesk\\\xD5\x5C.txt", "y" } },
+      test::stored_cabinet({ { "Tesk\\\xD5\x5C", "x" }, { "Tesk\\\xD5\x5C.txt", "y" } }),
       { "Tesk", "Tesk/\xD5", "Tesk/\xD5/.txt" } },
 };
 
@@ -108,27 +58,20 @@ TEST(InstallJob, TakesAnyCabinetToTheLastPage)
     for (const CabinetCase& c : kCabinetCases) {
         SCOPED_TRACE(c.why);
         const test::FreshHome home;
-        ReadyWith installer(test::stored_cabinet(c.files));
-        EXPECT_TRUE(installer->Install());
+        ReadyInstaller installer;
+        EXPECT_TRUE(installer.Install(c.strCabinet));
         EXPECT_TRUE(HasSettings());
+        for (const UINT nCommand : { 10001, 10002, 10003, 10004, 10005, 10006 })
+            EXPECT_EQ(installer.Shows(nCommand), nCommand >= 10003) << nCommand;
+        std::vector<std::string> tree;
+        for (const auto& entry : fs::recursive_directory_iterator(InstallRoot()))
+            tree.push_back(entry.path().lexically_relative(InstallRoot()).string());
+        std::sort(tree.begin(), tree.end());
         std::vector<std::string> expected = c.treeBelowRoot;
         expected.insert(expected.end(), { "Update", "Update/TeskSetup" });
         std::sort(expected.begin(), expected.end());
-        EXPECT_EQ(Tree(InstallRoot()), expected);
+        EXPECT_EQ(tree, expected);
         EXPECT_FALSE(fs::exists(InstallRoot().parent_path() / "evil"));
-    }
-}
-
-TEST(InstallJob, GoesOnWithoutAReadableCabinet)
-{
-    for (const char* pszBytes : { "", "MSCF", "not a cabinet at all, but long enough to hold the header of one" }) {
-        SCOPED_TRACE(pszBytes);
-        ReadyWith installer(pszBytes);
-        EXPECT_TRUE(installer->Install());
-        EXPECT_TRUE(HasSettings());
-        EXPECT_TRUE(installer->Shows(10003) && installer->Shows(10004) && installer->Shows(10005) &&
-                    installer->Shows(10006));
-        EXPECT_FALSE(installer->Shows(10001) || installer->Shows(10002));
     }
 }
 
@@ -137,62 +80,63 @@ TEST(InstallJob, KeepsWholeFilesAndNoOthersWhenTheDiskFills)
     std::vector<CabinetFile> files;
     for (int i = 0; i < 20; i++)
         files.push_back({ "Tesk\\f" + std::to_string(i), std::string(1000, static_cast<char>('a' + i)) });
-    ReadyWith installer(test::stored_cabinet(files));
+    ReadyInstaller installer;
+    const std::string strCabinet = test::stored_cabinet(files);
     const test::WithFailingFileSystem disk;
     disk->fill_after(7500);
-    EXPECT_TRUE(installer->Install());
+    const auto began = std::chrono::steady_clock::now();
+    EXPECT_TRUE(installer.Install(strCabinet));
+    EXPECT_GE(std::chrono::steady_clock::now() - began, std::chrono::milliseconds(20) * files.size())
+        << "too fast for a person to follow";
     std::size_t nWhole = 0;
     for (const auto& entry : fs::directory_iterator(ClientFolder())) {
         const std::size_t nFile = std::stoul(entry.path().filename().string().substr(1));
-        EXPECT_EQ(ReadFile(entry.path()), files[nFile].content) << entry.path();
+        EXPECT_EQ(test::read_file(entry.path()), files[nFile].content) << entry.path();
         nWhole++;
     }
     EXPECT_EQ(nWhole, 7U);
 }
 
-struct ConfigureCase {
-    const char* why;
-    std::string strProgram;
-    std::uint16_t nAttributes;
-};
-
-const ConfigureCase kConfigureCases[] = {
-    { "not executable", kScript + "exit 0\n", 0x20 },
-    { "not a program",
-      "\x7F"
-      "ELF and nothing more",
-      0x60 },
-    { "crashes", kScript + "kill -SEGV $$\n", 0x60 },
-    { "fails", kScript + "exit 9\n", 0x60 },
-};
+// An installation whose configuration program is this.
+std::string CabinetWith(const std::string& strProgram, std::uint16_t nAttributes = 0x60)
+{
+    return test::stored_cabinet({ { "Tesk\\SetupConfigure.exe", strProgram, nAttributes } });
+}
 
 TEST(InstallJob, DoesNotMindWhatTheConfigurationProgramDoes)
 {
-    for (const ConfigureCase& c : kConfigureCases) {
+    const struct {
+        const char* why;
+        std::string strCabinet;
+    } cases[] = {
+        { "not executable", CabinetWith("#!/bin/sh\nexit 0\n", 0x20) },
+        { "not a program", CabinetWith("\x7f"
+                                       "ELF and nothing more") },
+        { "crashes", CabinetWith("#!/bin/sh\nkill -SEGV $$\n") },
+        { "fails", CabinetWith("#!/bin/sh\nexit 9\n") },
+    };
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.why);
-        ReadyWith installer(test::stored_cabinet({ { "Tesk\\SetupConfigure.exe", c.strProgram, c.nAttributes } }));
-        EXPECT_TRUE(installer->Install());
+        ReadyInstaller installer;
+        EXPECT_TRUE(installer.Install(c.strCabinet));
     }
 }
 
 TEST(InstallJob, RunsTheConfigurationProgramInItsFolderAndWaitsForIt)
 {
-    const std::string strProgram = kScript + "pwd > where && mv where done\n";
-    ReadyWith installer(test::stored_cabinet({ { "Tesk\\SetupConfigure.exe", strProgram, 0x60 } }));
-    EXPECT_TRUE(installer->Install());
-    EXPECT_EQ(ReadFile(ClientFolder() / "done"), fs::canonical(ClientFolder()).string() + "\n");
+    ReadyInstaller installer;
+    EXPECT_TRUE(installer.Install(CabinetWith("#!/bin/sh\npwd > where && mv where done\n")));
+    EXPECT_EQ(test::read_file(ClientFolder() / "done"), fs::canonical(ClientFolder()).string() + "\n");
 }
 
 TEST(InstallJob, LeavesAConfigurationProgramThatHangsAfterFiveSeconds)
 {
-    // The program says who it is, then hangs; the test ends it.
-    const std::string strProgram = kScript + "echo $$ > pid && exec sleep 600\n";
-    ReadyWith installer(test::stored_cabinet({ { "Tesk\\SetupConfigure.exe", strProgram, 0x60 } }));
+    ReadyInstaller installer;
     const auto began = std::chrono::steady_clock::now();
-    EXPECT_TRUE(installer->Install());
+    // The program says who it is, then hangs; the test ends it.
+    EXPECT_TRUE(installer.Install(CabinetWith("#!/bin/sh\necho $$ > pid && exec sleep 600\n")));
     EXPECT_GE(std::chrono::steady_clock::now() - began, std::chrono::seconds(5));
-    const int nPid = std::stoi(ReadFile(ClientFolder() / "pid"));
-    EXPECT_EQ(kill(nPid, SIGKILL), 0) << "it still runs";
+    EXPECT_EQ(kill(std::stoi(test::read_file(ClientFolder() / "pid")), SIGKILL), 0) << "it still runs";
 }
 
 } // namespace

@@ -5,8 +5,6 @@
 
 #include <chrono>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <thread>
 
 namespace test {
@@ -20,42 +18,17 @@ constexpr std::chrono::seconds kDeadline(30);
 
 } // namespace
 
-// Opens the fields that tests look at, and says when the object is gone.
-class InstallerOnScreen::Probe : public MeravSetupWnd {
-public:
-    explicit Probe(std::shared_ptr<std::atomic<int>> pAlive) : m_pAlive(std::move(pAlive)) { *m_pAlive = 1; }
-    ~Probe() override { *m_pAlive = 0; }
-
-    using MeravSetupWnd::m_fProgress;
-    using MeravSetupWnd::m_nError;
-    using MeravSetupWnd::m_nStage;
-    using MeravSetupWnd::m_strCurrentFile;
-
-    InstallerOnScreen* m_pOwner = nullptr;
-
-protected:
-    void PostNcDestroy() override
-    {
-        if (m_pOwner)
-            m_pOwner->m_pWindow = nullptr;
-        MeravSetupWnd::PostNcDestroy();
-    }
-
-private:
-    std::shared_ptr<std::atomic<int>> m_pAlive;
-};
-
 InstallerOnScreen::InstallerOnScreen()
-    : m_pScreen(std::make_shared<win32::MemoryScreen>()), m_pAlive(std::make_shared<std::atomic<int>>(0))
 {
     win32::set_screen(m_pScreen);
     PelkGUI::GetGuiManager().InitManager();
     PelkGUI::GetGuiSkin().Apply(130, "STID");
-    m_pWindow = new Probe(m_pAlive);
-    m_pWindow->m_pOwner = this;
+    m_pWindow = new ProbedSetupWnd;
+    m_pLife = m_pWindow->m_pLife;
     const char* pszClass = AfxRegisterWndClass(CS_VREDRAW | CS_HREDRAW | CS_DBLCLKS);
     if (m_pWindow->Create(pszClass, "MeravSetupWnd", WS_POPUP | WS_CAPTION, CRect(0, 0, 510, 349), nullptr, 0) != 1)
         std::abort(); // nothing to test
+    m_hWnd = m_pWindow->m_hWnd;
     // From here on the ticks are the test's: on a busy machine the real ones would come in between.
     if (!m_pWindow->KillTimer(INSTALL_TIMER_ID))
         std::abort(); // the window did not start it
@@ -66,7 +39,7 @@ InstallerOnScreen::InstallerOnScreen()
 InstallerOnScreen::~InstallerOnScreen()
 {
     Close();
-    (void)PumpUntil([this] { return *m_pAlive == 0; });
+    (void)PumpUntil([this] { return !IsAlive(); });
     win32::set_screen(nullptr);
 }
 
@@ -98,77 +71,45 @@ bool InstallerOnScreen::PumpUntil(const std::function<bool()>& condition)
 
 void InstallerOnScreen::Tick(int nTicks)
 {
-    for (int i = 0; i < nTicks && m_pWindow; i++)
-        m_pWindow->SendMessage(WM_TIMER, INSTALL_TIMER_ID, 0);
+    for (int i = 0; i < nTicks; i++)
+        ::SendMessageA(m_hWnd, WM_TIMER, INSTALL_TIMER_ID, 0);
     Pump();
 }
 
-void InstallerOnScreen::Click(POINT ptWindow)
+bool InstallerOnScreen::Install(const std::string& strCabinet)
 {
-    ::ClientToScreen(m_pWindow->m_hWnd, &ptWindow);
-    m_pScreen->click(ptWindow);
-    Pump();
-}
-
-bool InstallerOnScreen::Install()
-{
+    write_file(PayloadCopy(), strCabinet);
     Click(kInstallButton);
     return PumpUntil([this] { return Stage() == kStageFinished; });
 }
 
 void InstallerOnScreen::Close()
 {
-    if (m_pWindow)
-        m_pWindow->SendMessage(WM_CLOSE);
+    ::SendMessageA(m_hWnd, WM_CLOSE, 0, 0);
     Pump();
-}
-
-int InstallerOnScreen::Stage() const
-{
-    return m_pWindow ? m_pWindow->m_nStage.load() : -1;
-}
-
-int InstallerOnScreen::Error() const
-{
-    return m_pWindow ? m_pWindow->m_nError : -1;
-}
-
-float InstallerOnScreen::Progress() const
-{
-    return m_pWindow ? m_pWindow->m_fProgress.load() : -1.0F;
-}
-
-std::string InstallerOnScreen::CurrentFile() const
-{
-    return m_pWindow ? std::string(m_pWindow->m_strCurrentFile) : std::string();
 }
 
 bool InstallerOnScreen::Shows(UINT nCommand) const
 {
-    const PelkGUI::GuiCmdButton* const pButton = m_pWindow ? m_pWindow->GetCmdButton(nCommand) : nullptr;
+    const PelkGUI::GuiCmdButton* const pButton = m_pWindow->GetCmdButton(nCommand);
     return pButton && pButton->m_bVisible;
 }
 
-bool InstallerOnScreen::IsJobRunning() const
+POINT InstallerOnScreen::OnScreen(POINT ptWindow) const
 {
-    return *m_pAlive != 0 && !m_pWindow;
+    ::ClientToScreen(m_hWnd, &ptWindow);
+    return ptWindow;
 }
 
-HWND InstallerOnScreen::Window() const
+void InstallerOnScreen::Click(POINT ptWindow)
 {
-    return m_pWindow ? m_pWindow->m_hWnd : nullptr;
-}
-
-std::uint32_t InstallerOnScreen::Pixel(POINT ptWindow) const
-{
-    ::ClientToScreen(m_pWindow->m_hWnd, &ptWindow);
-    return m_pScreen->pixel_at(ptWindow);
+    m_pScreen->click(OnScreen(ptWindow));
+    Pump();
 }
 
 void InstallerOnScreen::Point(POINT ptWindow)
 {
-    ::ClientToScreen(m_pWindow->m_hWnd, &ptWindow);
-    m_pScreen->move_pointer(ptWindow);
+    m_pScreen->move_pointer(OnScreen(ptWindow));
     Pump();
 }
 
@@ -204,8 +145,7 @@ void InstallerOnScreen::ReportFile(const char* pszName, DWORD nBytes)
 CRect InstallerOnScreen::Difference(CRect rcWindow, CPoint ptSkin) const
 {
     const auto picture = m_pScreen->picture();
-    CPoint ptOrigin;
-    ::ClientToScreen(m_pWindow->m_hWnd, &ptOrigin);
+    const CPoint ptOrigin = OnScreen({ 0, 0 });
     CRect rcDifference;
     for (int y = rcWindow.top; y < rcWindow.bottom; y++) {
         for (int x = rcWindow.left; x < rcWindow.right; x++) {
@@ -217,10 +157,16 @@ CRect InstallerOnScreen::Difference(CRect rcWindow, CPoint ptSkin) const
     return rcDifference;
 }
 
-std::string ReadFile(const std::filesystem::path& path)
+std::string StoredValue(const std::string& strKey, const char* pszName, DWORD nType)
 {
-    std::ifstream file(path, std::ios::binary);
-    return { std::istreambuf_iterator<char>(file), {} };
+    HKEY hKey = nullptr;
+    char szValue[1024] = {};
+    DWORD nSize = sizeof szValue, nFound = REG_NONE;
+    if (RegOpenKeyExA(HKEY_CURRENT_USER, strKey.c_str(), 0, KEY_QUERY_VALUE, &hKey) != ERROR_SUCCESS)
+        return {};
+    const LONG nResult = RegQueryValueExA(hKey, pszName, nullptr, &nFound, reinterpret_cast<BYTE*>(szValue), &nSize);
+    RegCloseKey(hKey);
+    return nResult == ERROR_SUCCESS && nFound == nType ? std::string(szValue, nSize) : std::string();
 }
 
 std::filesystem::path InstallRoot()

@@ -1,16 +1,27 @@
-// The installer's window on a screen in memory, driven as a person drives it: ticks, clicks, looks. Each test owns one.
+// The installer's window on a screen in memory, driven as a person drives it: ticks, clicks, looks.
 #pragma once
 
 #include "setup/MeravSetupWnd.h"
 
 #include "platform/win32/screen/memory_screen.h"
 #include "tests/setup/SkinPixel.h"
+#include "tests/support/TestHome.h"
 
-#include <filesystem>
 #include <functional>
 #include <memory>
 
 namespace test {
+
+// Opens the fields that tests look at, and tells with its token whether the object lives.
+class ProbedSetupWnd : public MeravSetupWnd {
+public:
+    using MeravSetupWnd::m_fProgress;
+    using MeravSetupWnd::m_nError;
+    using MeravSetupWnd::m_nStage;
+    using MeravSetupWnd::m_strCurrentFile;
+
+    const std::shared_ptr<const void> m_pLife = std::make_shared<int>();
+};
 
 class InstallerOnScreen {
 public:
@@ -25,19 +36,19 @@ public:
     void Click(POINT ptWindow);
     // Handles messages until the condition holds. FALSE: it did not within 30 s.
     [[nodiscard]] bool PumpUntil(const std::function<bool()>& condition);
-    // From the ready page to the finished one.
-    [[nodiscard]] bool Install();
+    // From the ready page, whose payload copy another cabinet takes the place of, to the finished one.
+    [[nodiscard]] bool Install(const std::string& strCabinet);
     void Close();
 
-    // What the window holds; -1 once it is gone.
-    int Stage() const;
-    int Error() const;
-    float Progress() const;
-    std::string CurrentFile() const;
+    // Only while it is open.
+    ProbedSetupWnd* operator->() const { return m_pWindow; }
+    HWND Window() const { return m_hWnd; }
+    bool IsOpen() const { return ::IsWindow(m_hWnd); }
+    int Stage() const { return IsOpen() ? m_pWindow->m_nStage.load() : -1; }
     bool Shows(UINT nCommand) const;
-    bool IsOpen() const { return m_pWindow != nullptr; }
-    bool IsJobRunning() const;
-    HWND Window() const;
+    bool IsAlive() const { return !m_pLife.expired(); }
+    bool HasQuit() const { return m_bQuit; } // the message loop would have ended, with exit code 0
+
     // Mouse input, one event each.
     void Point(POINT ptWindow);
     void Press();
@@ -49,22 +60,21 @@ public:
     // The part of the rectangle that looks unlike the skin's picture from there on; empty: it is that picture.
     CRect Difference(CRect rcWindow, CPoint ptSkin) const;
     // The window's pixel on the screen, 0x00RRGGBB.
-    std::uint32_t Pixel(POINT ptWindow) const;
-    bool HasQuit() const { return m_bQuit; } // the message loop would have ended, with exit code 0
-
-    win32::MemoryScreen& Screen() { return *m_pScreen; }
+    std::uint32_t Pixel(POINT ptWindow) const { return m_pScreen->pixel_at(OnScreen(ptWindow)); }
 
 private:
-    class Probe;
     void Pump();
+    POINT OnScreen(POINT ptWindow) const;
 
-    std::shared_ptr<win32::MemoryScreen> m_pScreen;
-    Probe* m_pWindow = nullptr;                 // deletes itself
-    std::shared_ptr<std::atomic<int>> m_pAlive; // 1 while the window object lives
+    const std::shared_ptr<win32::MemoryScreen> m_pScreen = std::make_shared<win32::MemoryScreen>();
+    ProbedSetupWnd* m_pWindow = nullptr; // deletes itself
+    HWND m_hWnd = nullptr;
+    std::weak_ptr<const void> m_pLife; // the window object's
     bool m_bQuit = false;
 };
 
-std::string ReadFile(const std::filesystem::path& path);
+// The bytes of a current user's value of that type; empty when there is none.
+std::string StoredValue(const std::string& strKey, const char* pszName, DWORD nType);
 
 // The folders of the home that HOME names now.
 std::filesystem::path InstallRoot();
@@ -72,8 +82,7 @@ std::filesystem::path ClientFolder();
 std::filesystem::path PayloadCopy();
 
 inline constexpr POINT kInstallButton{ 340, 303 };
-inline constexpr POINT kFinishButton{ 360,
-                                      308 }; // apart from the install button: two quick clicks there are a double click
+inline constexpr POINT kFinishButton{ 360, 308 }; // apart from it: two quick clicks there are a double click
 inline constexpr POINT kExitButton{ 430, 303 };
 inline constexpr POINT kLaunchBox{ 37, 152 };
 inline constexpr POINT kAutoStartBox{ 37, 180 };

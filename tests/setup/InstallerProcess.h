@@ -7,7 +7,6 @@
 #include <string>
 
 #include <fcntl.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -24,19 +23,16 @@ public:
         else
             ::setenv("SETUP_CABINET", strCabinet.c_str(), 1);
         int pipeEnds[2] = { -1, -1 };
-        if (::pipe2(pipeEnds, O_CLOEXEC) != 0)
+        if (::pipe2(pipeEnds, O_CLOEXEC) != 0 || (m_nPid = ::fork()) < 0)
             std::abort();
-        posix_spawn_file_actions_t actions;
-        ::posix_spawn_file_actions_init(&actions);
-        ::posix_spawn_file_actions_adddup2(&actions, pipeEnds[1], STDOUT_FILENO);
-        char* const arguments[] = { const_cast<char*>(SETUP_DRIVER), nullptr };
-        if (::posix_spawn(&m_nPid, SETUP_DRIVER, &actions, nullptr, arguments, environ) != 0)
-            std::abort();
-        ::posix_spawn_file_actions_destroy(&actions);
+        if (m_nPid == 0) {
+            ::dup2(pipeEnds[1], STDOUT_FILENO);
+            ::execl(SETUP_DRIVER, SETUP_DRIVER, nullptr);
+            ::_exit(127);
+        }
         ::close(pipeEnds[1]);
         m_nOutput = pipeEnds[0];
     }
-
     ~InstallerProcess()
     {
         Kill();

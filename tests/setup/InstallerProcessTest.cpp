@@ -2,14 +2,13 @@
 #include "tests/setup/InstallerProcess.h"
 #include "tests/setup/InstallerOnScreen.h"
 #include "tests/support/CabinetBuilder.h"
-#include "tests/support/TestHome.h"
 
 #include <gtest/gtest.h>
 
+#include <spawn.h>
 #include <sqlite3.h>
 
 #include <chrono>
-#include <fstream>
 #include <map>
 #include <random>
 #include <thread>
@@ -20,14 +19,14 @@ namespace fs = std::filesystem;
 using test::ClientFolder;
 using test::InstallerProcess;
 using test::InstallRoot;
-using test::ReadFile;
+using test::read_file;
 
 std::map<std::string, std::string> FilesBelow(const fs::path& folder)
 {
     std::map<std::string, std::string> files;
     for (const auto& entry : fs::recursive_directory_iterator(folder)) {
         if (entry.is_regular_file())
-            files[entry.path().lexically_relative(folder).string()] = ReadFile(entry.path());
+            files[entry.path().lexically_relative(folder).string()] = read_file(entry.path());
     }
     return files;
 }
@@ -46,7 +45,7 @@ std::string CabinetOf(const char* pszVersion, int nCount)
 std::string Saved(const char* pszName, const std::string& strBytes)
 {
     std::string strPath = test::home() / pszName;
-    std::ofstream(strPath, std::ios::binary) << strBytes;
+    test::write_file(strPath, strBytes);
     return strPath;
 }
 
@@ -83,13 +82,9 @@ TEST(InstallerProcess, TwoAtOnceInOneHomeEndWellAndWhole)
 
 TEST(InstallerProcess, ReplacesAClientThatRuns)
 {
-    const std::string strSleep = ReadFile("/bin/sleep");
-    const std::string strOld =
-        Saved("old.cab", test::stored_cabinet({ { "Tesk\\PelkVarnhal.exe", strSleep, 0x60 },
-                                                { "Tesk\\SetupConfigure.exe", "#!/bin/sh\nexit 0\n", 0x60 } }));
-    const std::string strNew =
-        Saved("new.cab", test::stored_cabinet({ { "Tesk\\PelkVarnhal.exe", "#!/bin/sh\nexit 0\n", 0x60 },
-                                                { "Tesk\\SetupConfigure.exe", "#!/bin/sh\nexit 0\n", 0x60 } }));
+    const std::string strSleep = read_file("/bin/sleep");
+    const std::string strOld = Saved("old.cab", test::stored_cabinet({ { "Tesk\\PelkVarnhal.exe", strSleep, 0x60 } }));
+    const std::string strNew = Saved("new.cab", test::stored_cabinet({ { "Tesk\\PelkVarnhal.exe", "new", 0x60 } }));
     ASSERT_EQ(InstallerProcess("finished", strOld).Wait(), 0);
     const std::string strClient = (ClientFolder() / "PelkVarnhal.exe").string();
     pid_t nClient = 0;
@@ -97,7 +92,7 @@ TEST(InstallerProcess, ReplacesAClientThatRuns)
     char* const arguments[] = { const_cast<char*>(strClient.c_str()), szSeconds, nullptr };
     ASSERT_EQ(posix_spawn(&nClient, strClient.c_str(), nullptr, nullptr, arguments, environ), 0);
     EXPECT_EQ(InstallerProcess("finished", strNew).Wait(), 0);
-    EXPECT_EQ(ReadFile(strClient), "#!/bin/sh\nexit 0\n");
+    EXPECT_EQ(read_file(strClient), "new");
     EXPECT_EQ(::kill(nClient, SIGKILL), 0) << "it still runs";
     ::waitpid(nClient, nullptr, 0);
 }
@@ -121,11 +116,10 @@ TEST(InstallerProcess, LeavesADamagedRegistryAsItIs)
 {
     const std::string strCabinet = Saved("some.cab", CabinetOf("1", 3));
     const fs::path hive = fs::path(std::getenv("XDG_CONFIG_HOME")) / "registry" / "current-user.sqlite";
-    fs::create_directories(hive.parent_path());
     const std::string strGarbage(5000, 'x');
-    std::ofstream(hive, std::ios::binary) << strGarbage;
+    test::write_file(hive, strGarbage);
     EXPECT_EQ(InstallerProcess("finish", strCabinet).Wait(), 0);
-    EXPECT_EQ(ReadFile(hive), strGarbage);
+    EXPECT_EQ(read_file(hive), strGarbage);
     EXPECT_TRUE(fs::exists(ClientFolder() / "f2"));
 }
 
@@ -144,7 +138,7 @@ TEST(InstallerProcess, KilledAtAnyMomentLeavesEveryFileOldOrNew)
         std::this_thread::sleep_for(std::chrono::microseconds(microseconds(random)));
         process.Kill();
         for (int i = 0; i < kFiles; i++) {
-            const std::string strFile = ReadFile(ClientFolder() / ("f" + std::to_string(i)));
+            const std::string strFile = read_file(ClientFolder() / ("f" + std::to_string(i)));
             ASSERT_EQ(strFile.size(), 20001U) << "file " << i;
             EXPECT_TRUE(strFile[0] == '1' || strFile[0] == '2');
             EXPECT_EQ(strFile.find_first_not_of(static_cast<char>('a' + i % 26), 1), std::string::npos);

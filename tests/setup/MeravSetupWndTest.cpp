@@ -2,12 +2,10 @@
 #include "tests/setup/InstallerOnScreen.h"
 #include "tests/support/CabinetBuilder.h"
 #include "tests/support/FailingFileSystem.h"
-#include "tests/support/TestHome.h"
 
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <fstream>
 
 #include <sys/stat.h>
 
@@ -16,44 +14,26 @@ namespace {
 namespace fs = std::filesystem;
 using test::InstallerOnScreen;
 
-const std::string kRunKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Run";
+constexpr const char* kRunKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 constexpr CRect kPage(0, 0, 510, 349);
-const std::string kMarkerClient = "#!/bin/sh\n: > started\n"; // leaves a file in its folder
 
-// The bytes of the auto-start value; empty when there is none.
+// The auto-start value's bytes.
 std::string AutoStartValue()
 {
-    HKEY hKey = nullptr;
-    char szValue[1024] = {};
-    DWORD nSize = sizeof szValue;
-    DWORD nType = 0;
-    if (RegOpenKeyExA(HKEY_CURRENT_USER, kRunKey.c_str(), 0, KEY_QUERY_VALUE, &hKey) != ERROR_SUCCESS)
-        return {};
-    const LONG nResult =
-        RegQueryValueExA(hKey, "Merav Conferencing", nullptr, &nType, reinterpret_cast<BYTE*>(szValue), &nSize);
-    RegCloseKey(hKey);
-    return nResult == ERROR_SUCCESS && nType == REG_SZ ? std::string(szValue, nSize) : std::string();
+    return test::StoredValue(kRunKey, "Merav Conferencing", REG_SZ);
 }
 
-// At the finished page of an installation that holds nothing but a client which says that it was started.
-class Finished {
-public:
-    Finished()
+// At the finished page of an installation that holds nothing but a client which leaves a file in its folder.
+struct FinishedInstaller : InstallerOnScreen {
+    FinishedInstaller()
     {
-        const std::string strCabinet = test::stored_cabinet({ { "Tesk\\PelkVarnhal.exe", kMarkerClient, 0x60 } });
-        m_installer.Tick();
-        std::ofstream(test::PayloadCopy(), std::ios::binary) << strCabinet;
-        EXPECT_TRUE(m_installer.Install());
+        Tick();
+        EXPECT_TRUE(Install(test::stored_cabinet({ { "Tesk\\PelkVarnhal.exe", "#!/bin/sh\n: > started\n", 0x60 } })));
     }
-    InstallerOnScreen* operator->() { return &m_installer; }
-
     bool StartsClient()
     {
-        return m_installer.PumpUntil([] { return fs::exists(test::ClientFolder() / "started"); });
+        return PumpUntil([] { return fs::exists(test::ClientFolder() / "started"); });
     }
-
-private:
-    InstallerOnScreen m_installer;
 };
 
 TEST(MeravSetupWnd, ShowsCentredOnThePrimaryScreenAboveOtherWindows)
@@ -81,7 +61,7 @@ TEST(MeravSetupWnd, ChecksForThirteenTicksThenIsReady)
     EXPECT_FALSE(installer.Shows(10001) || installer.Shows(10002));
     installer.Tick(1);
     EXPECT_EQ(installer.Stage(), kStageReady);
-    EXPECT_EQ(installer.Progress(), 0.0F);
+    EXPECT_EQ(installer->m_fProgress, 0.0F);
     EXPECT_TRUE(installer.Shows(10001) && installer.Shows(10002));
     EXPECT_FALSE(installer.Shows(10003) || installer.Shows(10005));
 }
@@ -143,20 +123,18 @@ TEST(MeravSetupWnd, LooksAsTheSkinSaysUnderTheMouse)
     EXPECT_TRUE(installer.Difference(kPage, { 0, 349 }).IsRectEmpty()) << "at rest it is its page";
     FollowLooks(installer, kReadySteps);
     EXPECT_EQ(installer.Stage(), kStageReady); // the install button was released elsewhere
-    Finished finished;
-    finished->Point(kElsewhere);
-    EXPECT_TRUE(finished->Difference(kPage, { 0, 3 * 349 }).IsRectEmpty()) << "at rest it is its page";
-    FollowLooks(*finished.operator->(), kFinishedSteps);
+    FinishedInstaller finished;
+    finished.Point(kElsewhere);
+    EXPECT_TRUE(finished.Difference(kPage, { 0, 3 * 349 }).IsRectEmpty()) << "at rest it is its page";
+    FollowLooks(finished, kFinishedSteps);
 }
 
-struct ProgressStep {
+constexpr struct {
     const char* pszName;
     DWORD nBytes;
     const char* pszShown;
     int nColumns; // of the bar
-};
-
-constexpr ProgressStep kProgressSteps[] = {
+} kProgressSteps[] = {
     { "Tesk\\Temp\\null", 0, "null", 0 },
     { "Tesk\\Data\\Config.xml", 5000000, "Config.xml", 111 }, // 110.5 are begun
     { "bare", 89947, "bare", 113 },
@@ -168,40 +146,35 @@ TEST(MeravSetupWnd, GrowsItsBarByEachFileAndNamesTheFile)
     constexpr CRect kFileName(100, 240, 470, 254);
     InstallerOnScreen installer;
     installer.ShowStage(kStageInstalling);
-    for (const ProgressStep& step : kProgressSteps) {
+    for (const auto& step : kProgressSteps) {
         SCOPED_TRACE(step.pszName);
         installer.ReportFile(step.pszName, step.nBytes);
-        EXPECT_EQ(installer.CurrentFile(), step.pszShown);
+        EXPECT_STREQ(installer->m_strCurrentFile, step.pszShown);
         const CRect rcText = installer.Difference(CRect(0, 0, 510, 258), { 0, 2 * 349 });
         EXPECT_EQ(rcText | kFileName, kFileName);
         EXPECT_EQ(rcText.IsRectEmpty(), *step.pszShown == '\0');
         const CRect rcBar = installer.Difference(CRect(0, 258, 510, 349), { 0, 2 * 349 + 258 });
         EXPECT_EQ(rcBar.IsRectEmpty() ? CRect(30, 258, 30, 266) : rcBar, CRect(30, 258, 30 + step.nColumns, 266));
     }
-    EXPECT_NEAR(installer.Progress(), 444.0, 0.001);
+    EXPECT_NEAR(installer->m_fProgress, 444.0, 0.001);
     for (int y = 0; y < 8; y++)
         EXPECT_EQ(installer.Pixel({ 473, 258 + y }), test::SkinPixel(0, 1396 + y));
 }
 
-struct ErrorCase {
+const struct {
     const char* why;
     int nError;
     void (*spoil)(test::FailingFileSystem&);
-};
-
-const ErrorCase kErrorCases[] = {
+} kErrorCases[] = {
     { "the install root cannot be made", INSTALL_ERROR_FOLDERS,
       [](test::FailingFileSystem& disk) { disk.fail_all(test::FileCall::make_directory, EROFS); } },
     { "a file lies in the local data folder's place", INSTALL_ERROR_FOLDERS,
       [](test::FailingFileSystem&) {
           fs::remove_all(test::InstallRoot().parent_path());
-          std::ofstream(test::InstallRoot().parent_path()) << "x";
+          test::write_file(test::InstallRoot().parent_path(), "x");
       } },
     { "a file lies in the update folder's place", INSTALL_ERROR_PAYLOAD, // it exists, says the check
-      [](test::FailingFileSystem&) {
-          fs::create_directories(test::InstallRoot());
-          std::ofstream(test::InstallRoot() / "Update") << "x";
-      } },
+      [](test::FailingFileSystem&) { test::write_file(test::InstallRoot() / "Update", "x"); } },
     { "the payload cannot be created", INSTALL_ERROR_PAYLOAD,
       [](test::FailingFileSystem& disk) { disk.fail_all(test::FileCall::open, EACCES); } },
     { "the disk is full", INSTALL_ERROR_PAYLOAD, [](test::FailingFileSystem& disk) { disk.fill_after(1000000); } },
@@ -229,13 +202,13 @@ int CountPixels(const InstallerOnScreen& installer, CRect rc, std::uint32_t nCol
 
 TEST(MeravSetupWnd, OffersOnlyTheExitAfterAFailedCheck)
 {
-    for (const ErrorCase& c : kErrorCases) {
+    for (const auto& c : kErrorCases) {
         SCOPED_TRACE(c.why);
         const test::FreshHome home;
         const test::WithFailingFileSystem disk;
-        c.spoil(*disk.operator->());
+        c.spoil(*disk);
         InstallerOnScreen installer;
-        EXPECT_EQ(installer.Error(), c.nError);
+        EXPECT_EQ(installer->m_nError, c.nError);
         installer.Tick(12);
         EXPECT_FALSE(installer.Shows(10002));
         installer.Tick(1);
@@ -253,21 +226,18 @@ TEST(MeravSetupWnd, OffersOnlyTheExitAfterAFailedCheck)
 
 TEST(MeravSetupWnd, AcceptsAnInstallationThatIsThere)
 {
-    fs::create_directories(test::PayloadCopy().parent_path());
-    std::ofstream(test::PayloadCopy()) << "an older one";
+    test::write_file(test::PayloadCopy(), "an older one");
     InstallerOnScreen installer;
-    EXPECT_EQ(installer.Error(), 0);
+    EXPECT_EQ(installer->m_nError, 0);
     EXPECT_GT(fs::file_size(test::PayloadCopy()), 1000000U);
 }
 
-struct FinishCase {
+const struct {
     const char* why;
     std::vector<POINT> clicks; // on the finished page
     bool bStarted;
     bool bAutoStart;
-};
-
-const FinishCase kFinishCases[] = {
+} kFinishCases[] = {
     { "both boxes are on at first", { test::kFinishButton }, true, true },
     { "exit applies nothing", { test::kExitButton }, false, false },
     { "a click switches the start off", { test::kLaunchBox, test::kFinishButton }, false, true },
@@ -280,14 +250,14 @@ const FinishCase kFinishCases[] = {
 
 TEST(MeravSetupWnd, AppliesTheOptionsOfTheLastPage)
 {
-    for (const FinishCase& c : kFinishCases) {
+    for (const auto& c : kFinishCases) {
         SCOPED_TRACE(c.why);
         const test::FreshHome home;
         const std::string strClient = (test::InstallRoot().parent_path().string() + "\\Varnhal\\Tesk\\PelkVarnhal.exe");
-        Finished installer;
+        FinishedInstaller installer;
         for (const POINT& pt : c.clicks)
-            installer->Click(pt);
-        EXPECT_TRUE(installer->HasQuit());
+            installer.Click(pt);
+        EXPECT_TRUE(installer.HasQuit());
         EXPECT_EQ(AutoStartValue(), c.bAutoStart ? strClient + '\0' : std::string());
         if (c.bStarted)
             EXPECT_TRUE(installer.StartsClient());
@@ -298,14 +268,9 @@ TEST(MeravSetupWnd, AppliesTheOptionsOfTheLastPage)
 
 TEST(MeravSetupWnd, StartsTheClientEvenIfTheAutoStartCannotBeWritten)
 {
-    Finished installer;
-    HKEY hSoftware = nullptr;
-    ASSERT_EQ(
-        RegOpenKeyExA(HKEY_CURRENT_USER, "Software\\Microsoft\\Windows\\CurrentVersion", 0, KEY_ALL_ACCESS, &hSoftware),
-        ERROR_SUCCESS);
-    ASSERT_EQ(RegDeleteKeyA(hSoftware, "Run"), ERROR_SUCCESS);
-    RegCloseKey(hSoftware);
-    installer->Click(test::kFinishButton);
+    FinishedInstaller installer;
+    ASSERT_EQ(RegDeleteKeyA(HKEY_CURRENT_USER, kRunKey), ERROR_SUCCESS);
+    installer.Click(test::kFinishButton);
     EXPECT_TRUE(installer.StartsClient());
     EXPECT_EQ(AutoStartValue(), "");
 }
@@ -317,14 +282,14 @@ TEST(MeravSetupWnd, CanBeClosedWhileItInstalls)
         files.push_back({ "Tesk\\f" + std::to_string(i), "content" });
     InstallerOnScreen installer;
     installer.Tick();
-    std::ofstream(test::PayloadCopy(), std::ios::binary) << test::stored_cabinet(files);
+    test::write_file(test::PayloadCopy(), test::stored_cabinet(files));
     installer.Click(test::kInstallButton);
     EXPECT_TRUE(installer.PumpUntil([] { return fs::exists(test::ClientFolder() / "f3"); }));
     installer.Close();
     EXPECT_FALSE(installer.IsOpen());
     EXPECT_TRUE(installer.HasQuit());
     // The worker goes on with a window that is gone, and the object lives until it is done.
-    EXPECT_TRUE(installer.PumpUntil([&] { return !installer.IsJobRunning(); }));
+    EXPECT_TRUE(installer.PumpUntil([&] { return !installer.IsAlive(); }));
     EXPECT_TRUE(fs::exists(test::ClientFolder() / "f29"));
 }
 
