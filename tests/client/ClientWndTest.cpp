@@ -4,8 +4,6 @@
 #include "tests/client/ClientRun.h"
 #include "tests/client/Programs.h"
 
-#include <winreg.h>
-
 #include <gtest/gtest.h>
 
 namespace {
@@ -13,39 +11,23 @@ namespace {
 using client::ClientWnd;
 using client::Condition;
 using test::Home;
-using test::WriteFile;
 
-// An installation of that many files, with its list.
-void WriteInstallation(const Home& home, int nFiles)
+std::string PageName(int nPage)
 {
-    std::vector<client::ListedFile> files;
-    for (int i = 0; i < nFiles; i++) {
-        const std::string strName = "Help/zh-CN/page-" + std::to_string(i) + ".html";
-        const std::string strBytes = "<p>" + std::to_string(i) + "</p>";
-        WriteFile(home.Tesk() / strName, strBytes);
-        files.push_back({ client::Sha256(strBytes), strBytes.size(), strName });
-    }
-    WriteFile(home.Tesk() / client::kFileListName, client::FormatFileList(files));
+    return "Help/zh-CN/page-" + std::to_string(nPage) + ".html";
 }
 
-void Damage(const Home& home, int nMissing, int nChanged)
+// Writes an installation of that many files, with its list if there are any, and then damages the first of them.
+void WriteInstallation(const Home& home, int nFiles, int nMissing, int nChanged)
 {
-    for (int i = 0; i < nMissing + nChanged; i++) {
-        const auto path = home.Tesk() / ("Help/zh-CN/page-" + std::to_string(i) + ".html");
-        std::filesystem::remove(path);
-        if (i >= nMissing)
-            WriteFile(path, "<q>" + std::to_string(i) + "</q>"); // as long as before
-    }
-}
-
-void WriteText(const char* pszKey, const char* pszName, const std::string& strText)
-{
-    HKEY hKey = nullptr;
-    ASSERT_EQ(RegCreateKeyA(HKEY_CURRENT_USER, pszKey, &hKey), ERROR_SUCCESS);
-    EXPECT_EQ(RegSetValueExA(hKey, pszName, 0, REG_SZ, reinterpret_cast<const BYTE*>(strText.data()),
-                             static_cast<DWORD>(strText.size())),
-              ERROR_SUCCESS);
-    RegCloseKey(hKey);
+    for (int i = 0; i < nFiles; i++)
+        test::write_file(home.Tesk(PageName(i)), "<p>" + std::to_string(i) + "</p>");
+    if (nFiles > 0)
+        home.WriteList();
+    for (int i = 0; i < nMissing; i++)
+        std::filesystem::remove(home.Tesk(PageName(i)));
+    for (int i = nMissing; i < nMissing + nChanged; i++)
+        test::write_file(home.Tesk(PageName(i)), "<q>" + std::to_string(i) + "</q>"); // as long as before
 }
 
 constexpr std::uint32_t kGood = 0xE5F5EC; // grounds of the state's mark
@@ -55,24 +37,22 @@ constexpr int kMarkY = 130;
 
 TEST(ClientWnd, ShowsWhetherAllFilesAreThere)
 {
-    struct CheckCase {
+    const struct {
         const char* why;
         int nFiles, nMissing, nChanged;
         std::uint32_t crMark;
         const char* pszPicture;
-    };
-    const CheckCase cases[] = {
+    } cases[] = {
         { "whole", 40, 0, 0, kGood, "client-whole" },      { "one missing", 3, 1, 0, kBad, "client-one" },
         { "some of both", 40, 3, 2, kBad, "client-some" }, { "many", 332, 200, 100, kBad, "client-many" },
         { "no list", 0, 0, 0, kBad, "client-nolist" },
     };
-    for (const CheckCase& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.why);
         const Home home;
-        WriteText(client::kVersionKey, "MAINVER", "4.0.0.1");
-        WriteText(client::kVersionKey, "DLLVER", "15");
-        WriteInstallation(home, c.nFiles);
-        Damage(home, c.nMissing, c.nChanged);
+        test::WriteValue(client::kVersionKey, "MAINVER", "4.0.0.1");
+        test::WriteValue(client::kVersionKey, "DLLVER", "15");
+        WriteInstallation(home, c.nFiles, c.nMissing, c.nChanged);
         test::ClientRun run;
         auto pWindow = std::make_unique<ClientWnd>(home.Tesk().string());
         ClientWnd* const pClient = pWindow.get();
@@ -92,9 +72,8 @@ TEST(ClientWnd, ShowsWhetherAllFilesAreThere)
 TEST(ClientWnd, AnswersKeysWheelMenuAndPointer)
 {
     const Home home;
-    WriteInstallation(home, 332);
-    Damage(home, 300, 0);
-    WriteText(client::kRunKey, client::kRunValue, "/elsewhere/PelkVarnhal.exe");
+    WriteInstallation(home, 332, 300, 0);
+    test::WriteValue(client::kRunKey, client::kRunValue, "/elsewhere/PelkVarnhal.exe");
     test::ClientRun run;
     auto pWindow = std::make_unique<ClientWnd>(home.Tesk().string());
     ClientWnd* const pClient = pWindow.get();

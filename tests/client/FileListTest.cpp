@@ -31,12 +31,10 @@ TEST(FileList, IsRefusedWhenCutInsideALine)
         EXPECT_FALSE(ParseFileList(strLine.substr(0, n)).has_value()) << n;
 }
 
-struct LineCase {
+const struct {
     const char* why;
     std::string strLine;
-};
-
-const LineCase kBadLines[] = {
+} kBadLines[] = {
     { "no name", kHash + "          1 \n" },
     { "a hash with a capital", std::string(63, 'a') + "A          1 a\n" },
     { "a short hash", std::string(63, 'a') + "          1 a\n" },
@@ -60,7 +58,7 @@ const LineCase kBadLines[] = {
 
 TEST(FileList, RefusesALine)
 {
-    for (const LineCase& c : kBadLines)
+    for (const auto& c : kBadLines)
         EXPECT_FALSE(ParseFileList(c.strLine).has_value()) << c.why;
 }
 

@@ -1,13 +1,15 @@
 #include "tests/client/Programs.h"
 
-#include <array>
-#include <cstdlib>
-#include <fstream>
-#include <iterator>
+#include "client/install/FileList.h"
 
-#include <fcntl.h>
+#include <windows.h>
+#include <winreg.h>
+
+#include <array>
+#include <cstdio>
+#include <vector>
+
 #include <pty.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -15,30 +17,23 @@
 
 namespace test {
 
-Outcome RunProgram(const std::string& strProgram, const std::vector<std::string>& arguments)
-{
-    std::vector<char*> argv{ const_cast<char*>(strProgram.c_str()) };
-    for (const std::string& strArgument : arguments)
-        argv.push_back(const_cast<char*>(strArgument.c_str()));
-    argv.push_back(nullptr);
+namespace {
 
-    const TempDir dir;
-    const std::string strOutput = dir / "output";
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, strOutput.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
-    posix_spawn_file_actions_adddup2(&actions, STDOUT_FILENO, STDERR_FILENO);
-    pid_t nProcess = 0;
-    const int nError = ::posix_spawn(&nProcess, strProgram.c_str(), &actions, nullptr, argv.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    EXPECT_EQ(nError, 0) << strProgram;
-    int nStatus = 0;
-    Outcome run;
-    if (nError == 0 && ::waitpid(nProcess, &nStatus, 0) == nProcess && WIFEXITED(nStatus))
-        run.nExitCode = WEXITSTATUS(nStatus);
-    run.strOutput = ReadFile(strOutput);
-    return run;
+int ExitCodeOf(int nStatus)
+{
+    return WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : -1;
+}
+
+} // namespace
+
+Outcome RunProgram(const std::string& strCommand)
+{
+    Outcome outcome;
+    FILE* const pOutput = ::popen((strCommand + " < /dev/null 2>&1").c_str(), "r");
+    for (int c = 0; (c = std::getc(pOutput)) != EOF;)
+        outcome.strOutput += static_cast<char>(c);
+    outcome.nExitCode = ExitCodeOf(::pclose(pOutput));
+    return outcome;
 }
 
 Outcome RunOnTerminal(const std::string& strProgram, const std::string& strTyped)
@@ -50,47 +45,45 @@ Outcome RunOnTerminal(const std::string& strProgram, const std::string& strTyped
         ::execl(strProgram.c_str(), strProgram.c_str(), nullptr);
         ::_exit(127);
     }
-    EXPECT_GT(nProcess, 0);
     EXPECT_EQ(::write(nTerminal, strTyped.data(), strTyped.size()), static_cast<ssize_t>(strTyped.size()));
     std::array<char, 4096> buffer;
     ssize_t nRead = 0;
     while ((nRead = ::read(nTerminal, buffer.data(), buffer.size())) > 0) // ends in EIO when the program has ended
         outcome.strOutput.append(buffer.data(), static_cast<std::size_t>(nRead));
     int nStatus = 0;
-    if (::waitpid(nProcess, &nStatus, 0) == nProcess && WIFEXITED(nStatus))
-        outcome.nExitCode = WEXITSTATUS(nStatus);
+    EXPECT_EQ(::waitpid(nProcess, &nStatus, 0), nProcess);
+    outcome.nExitCode = ExitCodeOf(nStatus);
     ::close(nTerminal);
     return outcome;
 }
 
-std::string ReadFile(const std::filesystem::path& path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    return { std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>() };
-}
-
-void WriteFile(const std::filesystem::path& path, const std::string& strText)
-{
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << strText;
-}
-
-Home::Home()
-{
-    use_home(m_dir.path());
-    std::filesystem::create_directories(Tesk());
-}
-
-Home::~Home()
-{
-    use_home(home().path());
-}
-
 std::string Home::Install(const char* pszProgram, const char* pszName) const
 {
-    const std::filesystem::path installed = Tesk() / pszName;
-    std::filesystem::copy_file(pszProgram, installed, std::filesystem::copy_options::overwrite_existing);
-    return installed.string();
+    std::filesystem::copy_file(pszProgram, Tesk(pszName), std::filesystem::copy_options::overwrite_existing);
+    return Tesk(pszName).string();
+}
+
+void Home::WriteList(const std::string& strMoreLines) const
+{
+    std::vector<client::ListedFile> files;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(Tesk())) {
+        const std::string strName = entry.path().lexically_relative(Tesk()).string();
+        if (entry.is_regular_file() && strName != client::kFileListName) {
+            const std::string strBytes = read_file(entry.path());
+            files.push_back({ client::Sha256(strBytes), strBytes.size(), strName });
+        }
+    }
+    write_file(Tesk(client::kFileListName), client::FormatFileList(files) + strMoreLines);
+}
+
+void WriteValue(const char* pszKey, const char* pszName, const std::string& strText)
+{
+    HKEY hKey = nullptr;
+    ASSERT_EQ(RegCreateKeyA(HKEY_CURRENT_USER, pszKey, &hKey), ERROR_SUCCESS);
+    EXPECT_EQ(RegSetValueExA(hKey, pszName, 0, REG_SZ, reinterpret_cast<const BYTE*>(strText.c_str()),
+                             static_cast<DWORD>(strText.size() + 1)),
+              ERROR_SUCCESS);
+    RegCloseKey(hKey);
 }
 
 } // namespace test

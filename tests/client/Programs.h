@@ -5,7 +5,6 @@
 
 #include <filesystem>
 #include <string>
-#include <vector>
 
 namespace test {
 
@@ -15,31 +14,34 @@ struct Outcome {
     std::string strOutput; // standard output and standard error together
 };
 
-// Runs the program to its end, with nothing on its standard input.
-Outcome RunProgram(const std::string& strProgram, const std::vector<std::string>& arguments = {});
+// Runs the shell's command to its end, with nothing on its standard input.
+Outcome RunProgram(const std::string& strCommand);
 
-// The same with a terminal for its standard input and output, on which strTyped is typed.
+// The same for a program with a terminal for its standard input and output, on which strTyped is typed.
 Outcome RunOnTerminal(const std::string& strProgram, const std::string& strTyped);
 
-std::string ReadFile(const std::filesystem::path& path);
-void WriteFile(const std::filesystem::path& path, const std::string& strText); // with the folders above it
-
-// A new home for one test, in force as long as this lives, with an empty installation folder in it.
+// A new home, in force as long as this lives, with an empty installation folder in it.
 class Home {
 public:
-    Home();
-    ~Home();
+    Home() { std::filesystem::create_directories(Tesk()); }
 
-    std::filesystem::path Config() const { return m_dir.path() / ".config"; }
-    std::filesystem::path Data() const { return m_dir.path() / ".local/share"; }
+    const std::filesystem::path& Path() const { return m_home.path(); }
+    std::filesystem::path Config() const { return Path() / ".config"; }
+    std::filesystem::path Data() const { return Path() / ".local/share"; }
     std::filesystem::path Root() const { return Data() / "Varnhal"; }
     std::filesystem::path Tesk() const { return Root() / "Tesk"; }
+    std::filesystem::path Tesk(const std::string& strName) const { return Tesk() / strName; }
 
-    // Copies a program into the installation folder.
+    // Copies a program into the installation folder; its path there.
     std::string Install(const char* pszProgram, const char* pszName) const;
+    // Writes the list of the installation's files as they are now, and the lines given.
+    void WriteList(const std::string& strMoreLines = {}) const;
 
 private:
-    TempDir m_dir;
+    const FreshHome m_home;
 };
+
+// A text of the current user's registry.
+void WriteValue(const char* pszKey, const char* pszName, const std::string& strText);
 
 } // namespace test

@@ -4,18 +4,15 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-
 #include <sys/stat.h>
 
 namespace {
 
 using test::Home;
 using test::Outcome;
-using test::ReadFile;
+using test::read_file;
 using test::RunProgram;
-using test::WriteFile;
+using test::write_file;
 
 TEST(SetupConfigure, WritesSettingsAndAMenuEntryThatTheDesktopAccepts)
 {
@@ -24,11 +21,11 @@ TEST(SetupConfigure, WritesSettingsAndAMenuEntryThatTheDesktopAccepts)
     const Outcome run = RunProgram(strProgram);
     EXPECT_EQ(run.nExitCode, 0);
     EXPECT_EQ(run.strOutput, "");
-    EXPECT_NE(ReadFile(home.Config() / "Varnhal/client.conf").find("\nFolder=" + home.Tesk().string() + "\n"),
+    EXPECT_NE(read_file(home.Config() / "Varnhal/client.conf").find("\nFolder=" + home.Tesk().string() + "\n"),
               std::string::npos);
     const std::filesystem::path entry = home.Data() / "applications/merav-conferencing.desktop";
-    EXPECT_NE(ReadFile(entry).find("\nTryExec=" + home.Tesk().string() + "/PelkVarnhal.exe\n"), std::string::npos);
-    const Outcome validation = RunProgram("/usr/bin/desktop-file-validate", { entry.string() });
+    EXPECT_NE(read_file(entry).find("\nTryExec=" + home.Tesk().string() + "/PelkVarnhal.exe\n"), std::string::npos);
+    const Outcome validation = RunProgram("desktop-file-validate " + entry.string());
     EXPECT_EQ(validation.nExitCode, 0) << validation.strOutput;
 
     std::size_t nFiles = 0; // nothing else, no temporary
@@ -52,11 +49,10 @@ TEST(SetupConfigure, KeepsWhatTheUserChose)
 
 TEST(SetupConfigure, QuotesAnyFolderForTheDesktop)
 {
-    struct FolderCase {
+    const struct {
         const char* pszFolder;
         const char* pszLine;
-    };
-    const FolderCase cases[] = {
+    } cases[] = {
         { "/a b", "\nExec=\"/a b/PelkVarnhal.exe\"\n" },
         { "/50%", "\nExec=\"/50%%/PelkVarnhal.exe\"\n" },
         { "/a\"b$c`d", "\nExec=\"/a\\\\\"b\\\\$c\\\\`d/PelkVarnhal.exe\"\n" },
@@ -64,13 +60,13 @@ TEST(SetupConfigure, QuotesAnyFolderForTheDesktop)
         { "/a\\b", "\nExec=\"/a\\\\\\\\b/PelkVarnhal.exe\"\n" },
     };
     const Home home;
-    for (const FolderCase& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.pszFolder);
         const std::string strEntry = client::MenuEntryText(c.pszFolder);
         EXPECT_NE(strEntry.find(c.pszLine), std::string::npos) << strEntry;
         const std::filesystem::path entry = home.Data() / "entry.desktop";
-        WriteFile(entry, strEntry);
-        EXPECT_EQ(RunProgram("/usr/bin/desktop-file-validate", { entry.string() }).strOutput, "");
+        write_file(entry, strEntry);
+        EXPECT_EQ(RunProgram("desktop-file-validate " + entry.string()).strOutput, "");
     }
     EXPECT_EQ(client::MenuEntryText("/a\nExec=evil"), "");
 }
@@ -79,7 +75,7 @@ TEST(SetupConfigure, SaysWhatItCannotDo)
 {
     const Home home;
     const std::string strProgram = home.Install(SETUP_CONFIGURE, "SetupConfigure.exe");
-    WriteFile(home.Config() / "Varnhal", "a file where the folder should be");
+    write_file(home.Config() / "Varnhal", "a file where the folder should be");
     Outcome run = RunProgram(strProgram);
     EXPECT_EQ(run.nExitCode, 1);
     EXPECT_NE(run.strOutput.find("/Varnhal: cannot be made"), std::string::npos) << run.strOutput;
@@ -93,7 +89,7 @@ TEST(SetupConfigure, SaysWhatItCannotDo)
 
     std::filesystem::remove(home.Config() / "Varnhal/client.conf");
     const std::string strHuge(100000, '#');
-    std::ofstream(home.Config() / "Varnhal/client.conf", std::ios::binary) << strHuge;
+    write_file(home.Config() / "Varnhal/client.conf", strHuge);
     EXPECT_EQ(RunProgram(strProgram).nExitCode, 1) << "settings that cannot be read must stay";
     EXPECT_EQ(std::filesystem::file_size(home.Config() / "Varnhal/client.conf"), strHuge.size());
 
