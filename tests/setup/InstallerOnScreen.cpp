@@ -2,10 +2,9 @@
 
 #include "look/GuiManager.h"
 #include "skin/GuiSkin.h"
+#include "tests/support/WaitUntil.h"
 
-#include <chrono>
 #include <cstdlib>
-#include <thread>
 
 namespace test {
 
@@ -13,8 +12,6 @@ namespace {
 
 // The framework wants an application object; the tests' own has no window of its own.
 CWinApp theTestApp;
-
-constexpr std::chrono::seconds kDeadline(30);
 
 } // namespace
 
@@ -58,15 +55,10 @@ void InstallerOnScreen::Pump()
 
 bool InstallerOnScreen::PumpUntil(const std::function<bool()>& condition)
 {
-    const auto end = std::chrono::steady_clock::now() + kDeadline;
-    for (;;) {
+    return wait_until([&] {
         Pump();
-        if (condition())
-            return true;
-        if (std::chrono::steady_clock::now() >= end)
-            return false;
-        std::this_thread::yield();
-    }
+        return condition();
+    });
 }
 
 void InstallerOnScreen::Tick(int nTicks)
@@ -113,15 +105,9 @@ void InstallerOnScreen::Point(POINT ptWindow)
     Pump();
 }
 
-void InstallerOnScreen::Press()
+void InstallerOnScreen::Do(MouseButtonEvent pEvent)
 {
-    m_pScreen->press(win32::kLeftButton);
-    Pump();
-}
-
-void InstallerOnScreen::Release()
-{
-    m_pScreen->release(win32::kLeftButton);
+    (m_pScreen.get()->*pEvent)(win32::kLeftButton);
     Pump();
 }
 

@@ -34,7 +34,7 @@ public:
     void Tick(int nTicks = 13);
     // A click of the left mouse button at a place of the window.
     void Click(POINT ptWindow);
-    // Handles messages until the condition holds. FALSE: it did not within 30 s.
+    // Handles messages until the condition holds. FALSE: it did not within 20 s.
     [[nodiscard]] bool PumpUntil(const std::function<bool()>& condition);
     // From the ready page, whose payload copy another cabinet takes the place of, to the finished one.
     [[nodiscard]] bool Install(const std::string& strCabinet);
@@ -49,10 +49,10 @@ public:
     bool IsAlive() const { return !m_pLife.expired(); }
     bool HasQuit() const { return m_bQuit; } // the message loop would have ended, with exit code 0
 
-    // Mouse input, one event each.
+    // Mouse input, one event each: a move, or what the screen calls the left button's events.
+    using MouseButtonEvent = void (win32::MemoryScreen::*)(win32::MouseButton);
     void Point(POINT ptWindow);
-    void Press();
-    void Release();
+    void Do(MouseButtonEvent pEvent);
     // Turns to a page without what leads there.
     void ShowStage(int nStage);
     // What the job says before it copies a file.

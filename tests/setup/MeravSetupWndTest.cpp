@@ -69,7 +69,7 @@ TEST(MeravSetupWnd, ChecksForThirteenTicksThenIsReady)
 // A step of the mouse and what a button looks like after it, as a place in the skin's image.
 struct LookStep {
     const char* why;
-    void (InstallerOnScreen::*pMouse)(); // null: only moves
+    InstallerOnScreen::MouseButtonEvent pMouse; // null: only moves
     POINT ptMouse;
     CRect rcButton;
     CPoint ptSkin;
@@ -85,9 +85,9 @@ constexpr POINT kNoDoubleClick{ 42, 157 }; // in the first box, too, but too far
 constexpr LookStep kReadySteps[] = {
     { "install, hovered", nullptr, test::kInstallButton, kLeftButton, { 20, 1396 } },
     { "exit beside it is its page", nullptr, test::kInstallButton, kRightButton, { 392, 637 } },
-    { "install, pressed", &InstallerOnScreen::Press, test::kInstallButton, kLeftButton, { 302, 637 } },
+    { "install, pressed", &win32::MemoryScreen::press, test::kInstallButton, kLeftButton, { 302, 637 } },
     { "left while pressed", nullptr, kElsewhere, kLeftButton, { 20, 1396 } },
-    { "released elsewhere", &InstallerOnScreen::Release, kElsewhere, kLeftButton, { 302, 637 } },
+    { "released elsewhere", &win32::MemoryScreen::release, kElsewhere, kLeftButton, { 302, 637 } },
     { "exit, hovered", nullptr, test::kExitButton, kRightButton, { 100, 1396 } },
 };
 
@@ -95,12 +95,14 @@ constexpr LookStep kFinishedSteps[] = {
     { "finish, hovered", nullptr, test::kFinishButton, kLeftButton, { 180, 1396 } },
     { "exit, hovered", nullptr, test::kExitButton, kRightButton, { 260, 1396 } },
     { "a box, hovered", nullptr, test::kLaunchBox, kFirstBox, { 350, 1396 } },
-    { "a box, pressed", &InstallerOnScreen::Press, test::kLaunchBox, kFirstBox, { 31, 1193 } },
-    { "switched off", &InstallerOnScreen::Release, test::kLaunchBox, kFirstBox, { 370, 1396 } },
+    { "a box, pressed", &win32::MemoryScreen::press, test::kLaunchBox, kFirstBox, { 31, 1193 } },
+    { "switched off", &win32::MemoryScreen::release, test::kLaunchBox, kFirstBox, { 370, 1396 } },
     { "the other box, hovered", nullptr, test::kAutoStartBox, kSecondBox, { 350, 1396 } },
+    { "pressed", &win32::MemoryScreen::press, test::kAutoStartBox, kSecondBox, { 31, 1221 } },
+    { "switched off", &win32::MemoryScreen::release, test::kAutoStartBox, kSecondBox, { 370, 1396 } },
     { "the first one stays off", nullptr, test::kAutoStartBox, kFirstBox, { 370, 1396 } },
-    { "pressed again", &InstallerOnScreen::Press, kNoDoubleClick, kFirstBox, { 370, 1396 } },
-    { "switched on again", &InstallerOnScreen::Release, kNoDoubleClick, kFirstBox, { 350, 1396 } },
+    { "pressed again", &win32::MemoryScreen::press, kNoDoubleClick, kFirstBox, { 370, 1396 } },
+    { "switched on again", &win32::MemoryScreen::release, kNoDoubleClick, kFirstBox, { 350, 1396 } },
     { "as on the page", nullptr, kElsewhere, kFirstBox, { 31, 1193 } },
 };
 
@@ -111,7 +113,7 @@ void FollowLooks(InstallerOnScreen& installer, const LookStep (&steps)[nSteps])
         SCOPED_TRACE(step.why);
         installer.Point(step.ptMouse);
         if (step.pMouse)
-            (installer.*step.pMouse)();
+            installer.Do(step.pMouse);
         EXPECT_TRUE(installer.Difference(step.rcButton, step.ptSkin).IsRectEmpty());
     }
 }
@@ -168,6 +170,12 @@ const struct {
 } kErrorCases[] = {
     { "the install root cannot be made", INSTALL_ERROR_FOLDERS,
       [](test::FailingFileSystem& disk) { disk.fail_all(test::FileCall::make_directory, EROFS); } },
+    { "only the update folder cannot be made", INSTALL_ERROR_FOLDERS,
+      [](test::FailingFileSystem& disk) {
+          disk.fault = [nMade = 0](test::FileCall call) mutable {
+              return call == test::FileCall::make_directory && ++nMade == 2 ? EROFS : 0;
+          };
+      } },
     { "a file lies in the local data folder's place", INSTALL_ERROR_FOLDERS,
       [](test::FailingFileSystem&) {
           fs::remove_all(test::InstallRoot().parent_path());
@@ -226,9 +234,11 @@ TEST(MeravSetupWnd, OffersOnlyTheExitAfterAFailedCheck)
 
 TEST(MeravSetupWnd, AcceptsAnInstallationThatIsThere)
 {
-    test::write_file(test::PayloadCopy(), "an older one");
+    test::write_file(test::InstallRoot() / "Update/other", "another file");
+    fs::create_symlink("other", test::PayloadCopy());
     InstallerOnScreen installer;
     EXPECT_EQ(installer->m_nError, 0);
+    EXPECT_EQ(test::read_file(test::InstallRoot() / "Update/other"), "another file");
     EXPECT_GT(fs::file_size(test::PayloadCopy()), 1000000U);
 }
 

@@ -1,17 +1,16 @@
 // The installer as a process of its own, on a screen in memory, with a thread that plays the person: for tests that
-// close it, kill it or run two at once. Usage:
-//     SETUP_ROAD=<where to stop> [SETUP_CABINET=<file>] setup_driver
+// close it or run two at once. Usage:
+//     SETUP_ROAD=<where to stop> SETUP_CABINET=<file or nothing> setup_driver
 // The road goes from "checking" over "ready", "installing" and "finished" to "finish"; the window is closed at the
 // named page, and "finish" clicks the last page's button. A cabinet takes the place of the payload's copy before the
 // installation starts.
 #include "platform/win32/screen/memory_screen.h"
 #include "tests/setup/SkinPixel.h"
+#include "tests/support/WaitUntil.h"
 
 #include <afxwin.h>
 
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -42,8 +41,8 @@ bool ShowsPage(HWND hWnd, int nPage)
 template <class Condition>
 void Await(Condition condition)
 {
-    while (!condition())
-        std::this_thread::yield(); // the test that started us holds the deadline
+    if (!test::wait_until(condition, std::chrono::seconds(120)))
+        std::_Exit(3); // a page that does not come must not keep the tests waiting
 }
 
 void Click(HWND hWnd, POINT pt)
@@ -55,38 +54,26 @@ void Click(HWND hWnd, POINT pt)
 
 void PlayThePerson()
 {
-    const char* pszRoad = std::getenv("SETUP_ROAD");
-    const std::string strRoad = pszRoad ? pszRoad : "finish";
+    const std::string strRoad = std::getenv("SETUP_ROAD"), strCabinet = std::getenv("SETUP_CABINET");
     HWND hWnd = nullptr;
-    Await([&] { return (hWnd = FindWindowA(nullptr, "MeravSetupWnd")) && ShowsPage(hWnd, 0); });
-    if (strRoad == "checking") {
-        ::PostMessageA(hWnd, WM_CLOSE, 0, 0);
-        return;
+    Await([&] { return (hWnd = FindWindowA(nullptr, "MeravSetupWnd")) != nullptr; });
+    const char* const pages[] = { "checking", "ready", "installing", "finished" };
+    for (int nPage = 0; nPage < 4; nPage++) {
+        Await([&] { return ShowsPage(hWnd, nPage); });
+        if (strRoad == pages[nPage]) {
+            ::PostMessageA(hWnd, WM_CLOSE, 0, 0);
+            return;
+        }
+        for (int i = 0; nPage == 0 && i < 13; i++)
+            ::PostMessageA(hWnd, WM_TIMER, 1000, 0);
+        if (nPage == 1 && !strCabinet.empty())
+            std::filesystem::copy_file(strCabinet,
+                                       std::filesystem::path(std::getenv("XDG_DATA_HOME")) / "Varnhal/Update/TeskSetup",
+                                       std::filesystem::copy_options::overwrite_existing);
+        if (nPage == 1)
+            Click(hWnd, { 340, 303 });
     }
-    for (int i = 0; i < 13; i++)
-        ::PostMessageA(hWnd, WM_TIMER, 1000, 0);
-    Await([&] { return ShowsPage(hWnd, 1); });
-    if (strRoad == "ready") {
-        ::PostMessageA(hWnd, WM_CLOSE, 0, 0);
-        return;
-    }
-    if (const char* pszCabinet = std::getenv("SETUP_CABINET"))
-        std::filesystem::copy_file(pszCabinet,
-                                   std::filesystem::path(std::getenv("XDG_DATA_HOME")) / "Varnhal/Update/TeskSetup",
-                                   std::filesystem::copy_options::overwrite_existing);
-    Click(hWnd, { 340, 303 });
-    Await([&] { return ShowsPage(hWnd, 2); });
-    std::puts("installing");
-    std::fflush(stdout);
-    if (strRoad == "installing") {
-        ::PostMessageA(hWnd, WM_CLOSE, 0, 0);
-        return;
-    }
-    Await([&] { return ShowsPage(hWnd, 3); });
-    if (strRoad == "finished")
-        ::PostMessageA(hWnd, WM_CLOSE, 0, 0);
-    else
-        Click(hWnd, { 360, 308 });
+    Click(hWnd, { 360, 308 });
 }
 
 // Stands before the application object's own start: the screen must be there when the first window is made.

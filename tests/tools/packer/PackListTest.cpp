@@ -7,7 +7,6 @@
 #include "tests/support/TestHome.h"
 
 #include <algorithm>
-#include <fstream>
 
 #include <gtest/gtest.h>
 
@@ -52,13 +51,11 @@ PackEntry& EntryNamed(std::vector<PackEntry>& entries, const std::string& strNam
     return entries.front();
 }
 
-struct RefusalCase {
+const struct {
     const char* why;
-    const char* pszNewName; // what Tesk\Help\Index.html is called instead
+    std::string strNewName; // what Tesk\Help\Index.html is called instead
     const char* pszFault;   // part of the message
-};
-
-const RefusalCase kRefusals[] = {
+} kRefusals[] = {
     { "the same name in another case", "Tesk\\CLIENT.EXE", "clashes" },
     { "one folder in two spellings", "Tesk\\DATA\\Index.html", "clashes" },
     { "a file where another entry has a folder", "Tesk\\Data", "is a file and a folder" },
@@ -75,17 +72,15 @@ const RefusalCase kRefusals[] = {
     { "a control character", "Tesk\\Help\t.html", "holds a character" },
     { "a final dot, which some systems drop", "Tesk\\Help.", "ends in a dot" },
     { "a folder's final space", "Tesk\\Help \\a", "ends in a dot" },
-    { "longer than a path has room for",
-      "Tesk\\0123456789012345678901234567890123456789012345678901234567890123456789012345678901234567890123456789",
-      "too long" },
+    { "longer than a path has room for", "Tesk\\" + std::string(kMaxNameLength - 4, 'n'), "too long" },
 };
 
 TEST(PackList, RefusesAName)
 {
-    for (const RefusalCase& c : kRefusals) {
+    for (const auto& c : kRefusals) {
         SCOPED_TRACE(c.why);
         std::vector<PackEntry> entries = CompletePayload();
-        EntryNamed(entries, "Tesk\\Help\\Index.html").strName = c.pszNewName;
+        EntryNamed(entries, "Tesk\\Help\\Index.html").strName = c.strNewName;
         std::string strError;
         EXPECT_FALSE(CheckEntries(kRules, entries, &strError));
         EXPECT_NE(strError.find(c.pszFault), std::string::npos) << strError;
@@ -96,26 +91,24 @@ TEST(PackList, RefusesAWrongNumberSumOrMissingFile)
 {
     std::string strError;
     EXPECT_TRUE(CheckEntries(kRules, CompletePayload(), &strError)) << strError;
-
-    std::vector<PackEntry> entries = CompletePayload();
-    entries.pop_back();
-    EXPECT_FALSE(CheckEntries(kRules, entries, &strError));
-    EXPECT_EQ(strError, "4 entries instead of 5");
-
-    entries = CompletePayload();
-    EntryNamed(entries, "Tesk\\Help\\Index.html").strBytes += '\n';
-    EXPECT_FALSE(CheckEntries(kRules, entries, &strError));
-    EXPECT_EQ(strError, "1001 bytes instead of 1000");
-
-    entries = CompletePayload();
-    EntryNamed(entries, "Tesk\\Client.exe").strName = "Tesk\\Other.exe";
-    EXPECT_FALSE(CheckEntries(kRules, entries, &strError));
-    EXPECT_EQ(strError, "Tesk\\Client.exe: missing");
-
-    entries = CompletePayload();
-    EntryNamed(entries, "Tesk\\Temp\\null").strBytes = "x";
-    EXPECT_FALSE(CheckEntries(kRules, entries, &strError));
-    EXPECT_EQ(strError, "Tesk\\Temp\\null: missing or not empty");
+    const struct {
+        const char* pszFault;
+        void (*spoil)(std::vector<PackEntry>& entries);
+    } cases[] = {
+        { "4 entries instead of 5", [](auto& entries) { entries.pop_back(); } },
+        { "1001 bytes instead of 1000",
+          [](auto& entries) { EntryNamed(entries, "Tesk\\Help\\Index.html").strBytes += '\n'; } },
+        { "Tesk\\Client.exe: missing",
+          [](auto& entries) { EntryNamed(entries, "Tesk\\Client.exe").strName = "Tesk\\Other.exe"; } },
+        { "Tesk\\Temp\\null: missing or not empty",
+          [](auto& entries) { EntryNamed(entries, "Tesk\\Temp\\null").strBytes = "x"; } },
+    };
+    for (const auto& c : cases) {
+        std::vector<PackEntry> entries = CompletePayload();
+        c.spoil(entries);
+        EXPECT_FALSE(CheckEntries(kRules, entries, &strError));
+        EXPECT_EQ(strError, c.pszFault);
+    }
 }
 
 TEST(PackList, MakesUpTheTotalWithTheLoopAndListsEveryOtherFile)
@@ -139,13 +132,11 @@ TEST(PackList, MakesUpTheTotalWithTheLoopAndListsEveryOtherFile)
     }
 }
 
-struct LoopCase {
+const struct {
     const char* why;
     std::string strSound;
     const char* pszFault;
-};
-
-const LoopCase kLoopCases[] = {
+} kLoopCases[] = {
     { "not a sound", "hello", "not an .au sound" },
     { "no samples", Sound(""), "does not fit" },
     { "fewer samples than the header says", Sound("abc").substr(0, 30), "does not fit" },
@@ -154,7 +145,7 @@ const LoopCase kLoopCases[] = {
 
 TEST(PackList, RefusesALoopThatCannotMakeUpTheTotal)
 {
-    for (const LoopCase& c : kLoopCases) {
+    for (const auto& c : kLoopCases) {
         SCOPED_TRACE(c.why);
         std::string strSound = c.strSound;
         std::string strError;
@@ -173,8 +164,8 @@ TEST(PackList, RefusesALoopThatCannotMakeUpTheTotal)
 TEST(PackList, ReadsItsLines)
 {
     const test::TempDir dir;
-    std::ofstream(dir / "list") << "# the programs\n\nprogram\tTesk\\Client.exe\tclient\n";
-    std::ofstream(dir / "client") << "bytes";
+    test::write_file(dir / "list", "# the programs\n\nprogram\tTesk\\Client.exe\tclient\n");
+    test::write_file(dir / "client", "bytes");
     std::vector<PackEntry> entries;
     std::string strError;
     ASSERT_TRUE(ReadPackList(dir / "list", &entries, &strError) && LoadSources(&entries, &strError)) << strError;
@@ -184,46 +175,52 @@ TEST(PackList, ReadsItsLines)
     EXPECT_EQ(entries[0].strBytes, "bytes");
 
     for (const char* pszLine : { "program Tesk\\Client.exe client", "script\tTesk\\a\tclient", "data\tTesk\\a" }) {
-        std::ofstream(dir / "list") << pszLine << '\n';
+        test::write_file(dir / "list", pszLine);
         EXPECT_FALSE(ReadPackList(dir / "list", &entries, &strError)) << pszLine;
     }
-    std::ofstream(dir / "list") << "data\tTesk\\a\tmissing\n";
+    test::write_file(dir / "list", "data\tTesk\\a\tmissing\n");
     entries.clear();
     ASSERT_TRUE(ReadPackList(dir / "list", &entries, &strError));
     EXPECT_FALSE(LoadSources(&entries, &strError));
 }
 
-TEST(Cabinet, ComesOutOfBothReadersAsItWentIn)
-{
+struct Packed {
     const std::vector<PackEntry> entries = CompletePayload();
     std::string strCabinet;
     std::string strError;
-    ASSERT_TRUE(WriteCabinet(entries, &strCabinet, &strError)) << strError;
-    EXPECT_TRUE(ProveCabinet(kRules, entries, strCabinet, &strError)) << strError;
 
-    std::vector<PackEntry> others = entries;
+    Packed() { EXPECT_TRUE(WriteCabinet(entries, &strCabinet, &strError)) << strError; }
+    bool Proves(const std::vector<PackEntry>& others, const std::string& strOther)
+    {
+        return ProveCabinet(kRules, others, strOther, &strError);
+    }
+};
+
+TEST(Cabinet, ComesOutOfBothReadersAsItWentIn)
+{
+    Packed packed;
+    EXPECT_TRUE(packed.Proves(packed.entries, packed.strCabinet)) << packed.strError;
+    std::vector<PackEntry> others = packed.entries;
     others[0].strBytes.back() ^= 1;
-    EXPECT_FALSE(ProveCabinet(kRules, others, strCabinet, &strError)) << "other bytes";
-    others = entries;
+    EXPECT_FALSE(packed.Proves(others, packed.strCabinet)) << "other bytes";
+    others = packed.entries;
     others[0].kind = others[0].kind == EntryKind::Program ? EntryKind::Data : EntryKind::Program;
-    EXPECT_FALSE(ProveCabinet(kRules, others, strCabinet, &strError)) << "another attribute";
-    others = entries;
-    std::swap(others[0], others[1]);
-    EXPECT_FALSE(ProveCabinet(kRules, others, strCabinet, &strError)) << "another order";
+    EXPECT_FALSE(packed.Proves(others, packed.strCabinet)) << "another attribute";
+    others = packed.entries;
+    others[0].strName.back() ^= 1;
+    EXPECT_FALSE(packed.Proves(others, packed.strCabinet)) << "another name";
 }
 
 TEST(Cabinet, IsRefusedWhenCutOrDamagedAnywhere)
 {
-    const std::vector<PackEntry> entries = CompletePayload();
-    std::string strCabinet;
-    std::string strError;
-    ASSERT_TRUE(WriteCabinet(entries, &strCabinet, &strError)) << strError;
+    Packed packed;
+    const std::string& strCabinet = packed.strCabinet;
     for (std::size_t nLength = 0; nLength < strCabinet.size(); ++nLength)
-        EXPECT_FALSE(ProveCabinet(kRules, entries, strCabinet.substr(0, nLength), &strError)) << nLength;
+        EXPECT_FALSE(packed.Proves(packed.entries, strCabinet.substr(0, nLength))) << nLength;
     for (std::size_t nAt = strCabinet.size() - 40; nAt < strCabinet.size(); ++nAt) {
         std::string strDamaged = strCabinet;
         strDamaged[nAt] ^= 0x10;
-        EXPECT_FALSE(ProveCabinet(kRules, entries, strDamaged, &strError)) << nAt;
+        EXPECT_FALSE(packed.Proves(packed.entries, strDamaged)) << nAt;
     }
 }
 

@@ -7,25 +7,19 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <map>
 
 #include <gtest/gtest.h>
 
 namespace {
 
-std::string ReadWhole(const std::filesystem::path& path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    return { std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>() };
-}
+using test::read_file;
 
 std::map<std::string, std::string> Unpacked()
 {
     std::vector<packer::CabinetMember> members;
     std::string strError;
-    EXPECT_TRUE(packer::ReadByLibarchive(ReadWhole(PAYLOAD_CABINET), &members, &strError)) << strError;
+    EXPECT_TRUE(packer::ReadByLibarchive(read_file(PAYLOAD_CABINET), &members, &strError)) << strError;
     std::map<std::string, std::string> files;
     for (packer::CabinetMember& member : members)
         files.emplace(std::move(member.strName), std::move(member.strBytes));
@@ -53,26 +47,15 @@ TEST(Payload, IsListedToTheByte)
 
 TEST(Payload, IsWhatItsNamesSay)
 {
-    struct Kind {
-        const char* pszEnding;
-        std::string strBeginning;
-    };
-    const Kind kinds[] = {
-        { ".png", "\x89PNG" },
-        { ".wav", "RIFF" },
-        { ".au", ".snd" },
-        { ".exe", "\x7F"
-                  "ELF" },
-        { ".html", "<!DOCTYPE html>" },
-        { ".xml", "<?xml" },
+    const std::map<std::string, std::string> beginnings = {
+        { ".png", "\x89PNG" }, { ".wav", "RIFF" },  { ".au", ".snd" },
+        { ".exe", "\177ELF" }, { ".xml", "<?xml" }, { ".html", "<!DOCTYPE html>" },
     };
     std::size_t nRecognised = 0;
     for (const auto& [strName, strBytes] : Unpacked()) {
-        for (const Kind& kind : kinds) {
-            const bool bKind = strName.ends_with(kind.pszEnding);
-            EXPECT_TRUE(!bKind || strBytes.starts_with(kind.strBeginning)) << strName;
-            nRecognised += bKind;
-        }
+        const auto kind = beginnings.find(std::filesystem::path(strName).extension());
+        EXPECT_TRUE(kind == beginnings.end() || strBytes.starts_with(kind->second)) << strName;
+        nRecognised += kind != beginnings.end();
     }
     EXPECT_GT(nRecognised, 290u);
 }
@@ -84,7 +67,7 @@ TEST(Payload, IsPackedAlikeInAnotherPlace)
     const std::string strCommand = std::string("cd / && umask 077 && TZ=Asia/Shanghai LC_ALL=C SOURCE_DATE_EPOCH=1 ") +
                                    PACKER + " " + strAgain + " " + CONTENTS_LIST + " " + PROGRAMS_LIST + " > /dev/null";
     ASSERT_EQ(std::system(strCommand.c_str()), 0);
-    EXPECT_TRUE(ReadWhole(strAgain) == ReadWhole(PAYLOAD_CABINET));
+    EXPECT_TRUE(read_file(strAgain) == read_file(PAYLOAD_CABINET));
 }
 
 TEST(Payload, HasTheSameContentsWhenMadeAgain)
@@ -93,11 +76,11 @@ TEST(Payload, HasTheSameContentsWhenMadeAgain)
     const std::string strCommand = std::string("cd / && umask 077 && TZ=Asia/Shanghai LC_ALL=C ") + PAYLOAD_TOOL + " " +
                                    PAYLOAD_SOURCES + " " + FONTS + " " + dir.path().string();
     ASSERT_EQ(std::system(strCommand.c_str()), 0);
-    EXPECT_EQ(ReadWhole(dir / "payload.lst"), ReadWhole(CONTENTS_LIST));
+    EXPECT_EQ(read_file(dir / "payload.lst"), read_file(CONTENTS_LIST));
     const std::filesystem::path first = std::filesystem::path(CONTENTS_LIST).parent_path();
     for (const auto& entry : std::filesystem::recursive_directory_iterator(dir.path() / "Tesk")) {
         const std::filesystem::path name = entry.path().lexically_relative(dir.path());
-        EXPECT_TRUE(entry.is_directory() || ReadWhole(entry.path()) == ReadWhole(first / name)) << name;
+        EXPECT_TRUE(entry.is_directory() || read_file(entry.path()) == read_file(first / name)) << name;
     }
 }
 
@@ -105,7 +88,7 @@ TEST(Payload, LeavesNoCabinetWhenItIsRefused)
 {
     const test::TempDir dir;
     const std::string strOutput = dir / "payload.cab";
-    std::ofstream(strOutput) << "an older one";
+    test::write_file(strOutput, "an older one");
     const std::string strCommand =
         std::string(PACKER) + " " + strOutput + " " + PROGRAMS_LIST + " > /dev/null 2>&1"; // the contents are missing
     EXPECT_NE(std::system(strCommand.c_str()), 0);

@@ -3,19 +3,11 @@
 
 #include "tests/support/TestHome.h"
 
-#include <fstream>
-#include <iterator>
 #include <set>
 
 #include <gtest/gtest.h>
 
 namespace {
-
-std::string ReadWhole(const char* pszPath)
-{
-    std::ifstream stream(pszPath, std::ios::binary);
-    return { std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>() };
-}
 
 std::uint32_t At(const std::string& strFile, std::size_t nAt, int nBytes)
 {
@@ -28,7 +20,7 @@ std::uint32_t At(const std::string& strFile, std::size_t nAt, int nBytes)
 // The bitmap that the build made, with the pixel at a place as 0xRRGGBB.
 class Skin {
 public:
-    Skin() : m_strFile(ReadWhole(SKIN_BITMAP)) {}
+    Skin() : m_strFile(test::read_file(SKIN_BITMAP)) {}
 
     const std::string& File() const { return m_strFile; }
 
@@ -65,19 +57,18 @@ TEST(SkinBitmap, HasTheSizeAndFormThatTheSkinCutsFrom)
 
 TEST(SkinBitmap, LeavesRoomForWhatTheInstallerDraws)
 {
-    struct Room {
+    const struct {
         const char* why;
         int x, y, cx, cy;
         std::uint32_t crGround;
-    };
-    const Room rooms[] = {
+    } rooms[] = {
         { "busy squares", 128, 175, 250, 10, 0xFFFFFF },
         { "the error text", 128, 185, 300, 30, 0xFFFFFF },
         { "the file's name", 100, 2 * 349 + 240, 370, 14, 0xFFFFFF },
         { "the bar", 30, 2 * 349 + 258, 444, 8, 0xE3EAF1 },
     };
     const Skin skin;
-    for (const Room& room : rooms) {
+    for (const auto& room : rooms) {
         const auto pixels = skin.Pixels(room.x, room.y, room.cx, room.cy);
         EXPECT_EQ(std::set<std::uint32_t>(pixels.begin(), pixels.end()), std::set{ room.crGround }) << room.why;
     }
@@ -85,11 +76,10 @@ TEST(SkinBitmap, LeavesRoomForWhatTheInstallerDraws)
 
 TEST(SkinBitmap, ShowsEveryButtonInTwoLooks)
 {
-    struct Look {
+    const struct {
         const char* why;
         int nPage, xPage, yPage, xHover, cx, cy;
-    };
-    const Look looks[] = {
+    } looks[] = {
         { "install", 1, 302, 288, 20, 78, 30 },
         { "leave, when ready", 1, 392, 288, 100, 78, 30 },
         { "finish", 3, 302, 288, 180, 78, 30 },
@@ -99,7 +89,7 @@ TEST(SkinBitmap, ShowsEveryButtonInTwoLooks)
         { "start with system, hovered", 3, 31, 174, 350, 13, 13 },
     };
     const Skin skin;
-    for (const Look& look : looks) {
+    for (const auto& look : looks) {
         const int yPage = look.nPage * 349 + look.yPage;
         EXPECT_NE(skin.Pixels(look.xPage, yPage, look.cx, look.cy), skin.Pixels(look.xHover, 1396, look.cx, look.cy))
             << look.why;
@@ -121,7 +111,7 @@ TEST(SkinBitmap, HasFourPagesAndABarColumn)
 
 TEST(Icon, HoldsThreeSizes)
 {
-    const std::string strIcon = ReadWhole(SETUP_ICON);
+    const std::string strIcon = test::read_file(SETUP_ICON);
     ASSERT_EQ(At(strIcon, 4, 2), 3u);
     for (std::size_t i = 0; i < 3; ++i) {
         const std::size_t nImage = At(strIcon, 6 + 16 * i + 12, 4);
@@ -136,13 +126,14 @@ TEST(Sheet, IsRefusedWhenAFileIsMissingOrNoSvg)
 {
     const test::TempDir dir;
     const pictures::Sheet sheet{ "one", 10, { { 10, { "under", "over" } } } };
-    std::ofstream(dir / "under.svg") << "<svg xmlns=\"http://www.w3.org/2000/svg\"/>";
+    const std::string strEmpty = "<svg xmlns=\"http://www.w3.org/2000/svg\"/>";
+    test::write_file(dir / "under.svg", strEmpty);
     std::string strError;
     EXPECT_TRUE(pictures::DrawSheet(sheet, dir.path(), &strError).empty());
-    std::ofstream(dir / "over.svg") << "<svg";
+    test::write_file(dir / "over.svg", "<svg");
     EXPECT_TRUE(pictures::DrawSheet(sheet, dir.path(), &strError).empty());
     EXPECT_NE(strError.find("over.svg"), std::string::npos);
-    std::filesystem::copy_file(dir / "under.svg", dir / "over.svg", std::filesystem::copy_options::overwrite_existing);
+    test::write_file(dir / "over.svg", strEmpty);
     EXPECT_EQ(pictures::DrawSheet(sheet, dir.path(), &strError).size(), 1u);
 }
 

@@ -114,53 +114,48 @@ TEST(Hive, ReadsWhatItMayNotWrite)
 // A disk that is full after so many writes of SQLite's.
 std::atomic<int> writes_left;
 
-void limit_writes(int most)
+ssize_t write_while_there_is_room(int descriptor, const void* bytes, std::size_t size, off_t offset)
 {
-    constexpr auto kWrite = [](int descriptor, const void* bytes, std::size_t size) -> ssize_t {
-        return writes_left-- > 0 ? ::write(descriptor, bytes, size) : (errno = ENOSPC, -1);
-    };
-    constexpr auto kWriteAt = [](int descriptor, const void* bytes, std::size_t size, off_t offset) -> ssize_t {
-        return writes_left-- > 0 ? ::pwrite(descriptor, bytes, size, offset) : (errno = ENOSPC, -1);
-    };
-    writes_left = most;
-    sqlite3_vfs* const disk = sqlite3_vfs_find(nullptr);
-    ssize_t (*const write)(int, const void*, std::size_t) = kWrite;
-    ssize_t (*const write_at)(int, const void*, std::size_t, off_t) = kWriteAt;
-    disk->xSetSystemCall(disk, "write", reinterpret_cast<sqlite3_syscall_ptr>(write));
-    for (const char* name : { "pwrite", "pwrite64" }) // of which a build of SQLite uses one or none
-        disk->xSetSystemCall(disk, name, reinterpret_cast<sqlite3_syscall_ptr>(write_at));
+    if (writes_left-- > 0)
+        return ::pwrite(descriptor, bytes, size, offset);
+    errno = ENOSPC;
+    return -1;
 }
 
 TEST(Hive, KeepsOldValuesOnAFullDisk)
 {
+    sqlite3_vfs* const disk = sqlite3_vfs_find(nullptr);
+    ASSERT_EQ(disk->xSetSystemCall(disk, "pwrite64", reinterpret_cast<sqlite3_syscall_ptr>(write_while_there_is_room)),
+              SQLITE_OK);
     int room = 0;
     for (bool written = false; !written; room++) {
         SCOPED_TRACE(room);
         const FreshHome home;
-        limit_writes(room);
+        writes_left = room;
         const LSTATUS made = create_key("Software\\Dalvor"); // in a hive that is new
         EXPECT_TRUE(made == ERROR_SUCCESS || made == ERROR_DISK_FULL) << made;
-        limit_writes(1000);
+        writes_left = 1000;
         ASSERT_EQ(create_key("Software\\Dalvor"), ERROR_SUCCESS);
         const OpenedKey key("Software\\Dalvor"), run(kRunKey);
         ASSERT_EQ(key.set("x", "old"), ERROR_SUCCESS);
-        limit_writes(room);
+        writes_left = room;
         const LSTATUS status = key.set("x", std::string(20000, 'n'));
         written = status == ERROR_SUCCESS;
         EXPECT_TRUE(written || status == ERROR_DISK_FULL) << status;
-        limit_writes(1000);
+        writes_left = 1000;
         EXPECT_EQ(key.get("x"), written ? std::string(20000, 'n') : "old");
         EXPECT_EQ(key.set("x", "after"), ERROR_SUCCESS);
 
         ASSERT_EQ(run.set("Client", "/opt/old"), ERROR_SUCCESS);
-        limit_writes(room);
+        writes_left = room;
         const bool stored = run.set("Client", "/opt/new") == ERROR_SUCCESS;
-        limit_writes(1000);
+        writes_left = 1000;
         EXPECT_EQ(run.get("Client"), stored ? "/opt/new" : "/opt/old");
         EXPECT_NE(read_file(config_folder() / "autostart/Client.desktop").find(run.get("Client")), std::string::npos)
             << "the autostart entry goes with the value";
     }
     EXPECT_GT(room, 5);
+    disk->xSetSystemCall(disk, "pwrite64", nullptr);
 }
 
 TEST(Hive, SurvivesKills)

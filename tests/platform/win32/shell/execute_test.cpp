@@ -167,6 +167,8 @@ TEST_F(ShellExecuteTest, SaysWhyAProgramCannotRun)
 TEST_F(ShellExecuteTest, GivesTheProgramASessionAndNothingOfOurs)
 {
     const int ours = ::open((dir / "ours").c_str(), O_CREAT | O_RDWR, 0600); // would stay open over an exec
+    const int input = ::dup(STDIN_FILENO);
+    ::dup2(ours, STDIN_FILENO);
     ::signal(SIGHUP, SIG_IGN);
     sigset_t usr1, before;
     ::sigemptyset(&usr1);
@@ -178,6 +180,8 @@ TEST_F(ShellExecuteTest, GivesTheProgramASessionAndNothingOfOurs)
                                                   "exec grep -E 'Sig(Blk|Ign)' /proc/self/status > signals\n"));
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
     ::signal(SIGHUP, SIG_DFL);
+    ::dup2(input, STDIN_FILENO);
+    ::close(input);
     ::close(ours);
     await(started);
 
