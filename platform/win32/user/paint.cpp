@@ -93,13 +93,26 @@ RECT in_root(const Window& window, Part part, Locked lock)
     return part == Part::whole ? whole : moved(window.client, corner);
 }
 
+// What a window covers, outline and all, in surface pixels.
+Region covered_by(const Window& window, Locked lock)
+{
+    const RECT whole = in_root(window, Part::whole, lock);
+    Region area(whole);
+    if (window.outline) {
+        Region outline = *window.outline;
+        outline.offset(whole.left, whole.top);
+        area.intersect(outline);
+    }
+    return area;
+}
+
 void take_off_siblings_above(Region& visible, const Window& window, Locked lock)
 {
     for (const Window* sibling : window.parent->children) {
         if (sibling == &window)
             return;
         if (sibling->style & WS_VISIBLE)
-            visible.subtract(Region(in_root(*sibling, Part::whole, lock)));
+            visible.subtract(covered_by(*sibling, lock));
     }
 }
 
@@ -113,16 +126,12 @@ View view_of(Window& window, Part part, Locked lock)
     if (window.style & WS_CLIPCHILDREN) {
         for (const Window* child : window.children) {
             if (child->style & WS_VISIBLE)
-                view.visible.subtract(Region(in_root(*child, Part::whole, lock)));
+                view.visible.subtract(covered_by(*child, lock));
         }
     }
     for (const Window* at = &window; at->parent && at->parent != &desktop(); at = at->parent) {
-        if (at->outline) {
-            Region outline = *at->outline;
-            const POINT corner = origin_in_root(*at, lock);
-            outline.offset(corner.x, corner.y);
-            view.visible.intersect(outline);
-        }
+        if (at->outline)
+            view.visible.intersect(covered_by(*at, lock));
         if (at->style & WS_CLIPSIBLINGS)
             take_off_siblings_above(view.visible, *at, lock);
         view.visible.intersect(Region(in_root(*at->parent, Part::client, lock)));
