@@ -1,63 +1,12 @@
 // Windows that go at the wrong moment, have absurd sizes, or lose their display.
 #include "tests/platform/win32/user/menu_play.h"
 
+#include <set>
+
 namespace test {
 namespace {
 
 class BadLuck : public MenuTest {};
-
-constexpr UINT kMessages[] = {
-    WM_GETMINMAXINFO,
-    WM_NCCREATE,
-    WM_NCCALCSIZE,
-    WM_CREATE,
-    WM_SIZE,
-    WM_MOVE,
-    WM_SHOWWINDOW,
-    WM_ACTIVATE,
-    WM_ACTIVATEAPP,
-    WM_NCACTIVATE,
-    WM_SETFOCUS,
-    WM_KILLFOCUS,
-    WM_NCPAINT,
-    WM_ERASEBKGND,
-    WM_PAINT,
-    WM_NCHITTEST,
-    WM_SETCURSOR,
-    WM_MOUSEACTIVATE,
-    WM_NCMOUSEMOVE,
-    WM_MOUSEMOVE,
-    WM_LBUTTONDOWN,
-    WM_LBUTTONUP,
-    WM_TIMER,
-    WM_NCLBUTTONDOWN,
-    WM_SYSCOMMAND,
-    WM_ENTERSIZEMOVE,
-    WM_MOVING,
-    WM_SIZING,
-    WM_CAPTURECHANGED,
-    WM_EXITSIZEMOVE,
-    WM_KEYDOWN,
-    WM_CHAR,
-    WM_SETTEXT,
-    WM_WINDOWPOSCHANGING,
-    WM_WINDOWPOSCHANGED,
-    WM_STYLECHANGING,
-    WM_STYLECHANGED,
-    WM_ENABLE,
-    WM_CANCELMODE,
-    WM_CLOSE,
-    WM_DESTROY,
-    WM_NCDESTROY,
-    WM_CONTEXTMENU,
-    WM_ENTERMENULOOP,
-    WM_INITMENU,
-    WM_INITMENUPOPUP,
-    WM_MENUSELECT,
-    WM_ENTERIDLE,
-    WM_UNINITMENUPOPUP,
-    WM_EXITMENULOOP,
-};
 
 // A life with a bit of everything.
 void live(HWND window, Person person, const std::function<void(const std::function<bool()>&)>& run_until)
@@ -69,10 +18,8 @@ void live(HWND window, Person person, const std::function<void(const std::functi
     SetWindowRgn(window, CreateRectRgn(0, 0, 280, 190), TRUE);
     SetFocus(window);
     const UINT_PTR timer = SetTimer(window, 1, 10, nullptr);
-    const Play play(std::move(person),
-                    "elsewhere look at:350,250 press release at:250,110 press at:255,115 release at:106,200 press "
-                    "at:95,200 release A "
-                    "at:350,260 rclick look look");
+    const Play play(std::move(person), "elsewhere look at:350,250 press release at:250,110 press at:255,115 release "
+                                       "at:106,200 press at:95,200 release A at:350,260 rclick look look");
     run_until([&] { return play.is_over() || !IsWindow(window); });
     KillTimer(window, timer);
     SetCapture(window);
@@ -90,25 +37,27 @@ void live(HWND window, Person person, const std::function<void(const std::functi
 
 TEST_F(BadLuck, OfDestructionInAnyMessage)
 {
-    for (const UINT message : kMessages) {
-        SCOPED_TRACE(message_name(message));
+    std::set<UINT> messages{ 0 };
+    // The first life, which none of them ends, tells which there are.
+    for (auto message = messages.begin(); message != messages.end(); ++message) {
+        SCOPED_TRACE(message_name(*message));
         screen_->release(win32::kLeftButton); // the window before may have gone beneath a press
         screen_->move_pointer({ 900, 700 });
-        bool destroyed = false;
-        TestWindow window(journal_,
-                          { .style = WS_OVERLAPPEDWINDOW,
-                            .rect = { 50, 50, 250, 250 },
-                            .background = GetSysColorBrush(COLOR_WINDOW),
-                            .handlers = { { message, [&](HWND handle, WPARAM, LPARAM) -> std::optional<LRESULT> {
-                                               if (!std::exchange(destroyed, true))
-                                                   DestroyWindow(handle);
-                                               EndMenu();
-                                               return std::nullopt;
-                                           } } } });
-        if (message != WM_ENTERIDLE)
-            play(window, ""); // ends the menu
+        bool destroyed = *message == 0;
+        const auto meet = [&](HWND handle, UINT met) {
+            messages.insert(*message == 0 ? met : 0);
+            if (met == *message && !std::exchange(destroyed, true)) {
+                DestroyWindow(handle);
+                EndMenu();
+            }
+        };
+        TestWindow window(journal_, { .style = WS_OVERLAPPEDWINDOW,
+                                      .rect = { 50, 50, 250, 250 },
+                                      .background = GetSysColorBrush(COLOR_WINDOW),
+                                      .every = meet });
+        play(window, ""); // ends the menu
         const HWND handle = window.get();
-        const TestWindow child(journal_, { .style = WS_CHILD | WS_VISIBLE, .parent = handle });
+        const TestWindow child(journal_, child_of(handle, "child", { 10, 20, 110, 100 }));
         const TestWindow owned(journal_, { .name = "owned", .parent = handle });
         live(handle, Person(screen_), [this](const std::function<bool()>& condition) { run_until(condition); });
         EXPECT_TRUE(destroyed);
@@ -119,6 +68,7 @@ TEST_F(BadLuck, OfDestructionInAnyMessage)
         EXPECT_EQ(GetFocus(), nullptr);
         EXPECT_EQ(screen_->stack().size(), handle ? 0U : 1U);
     }
+    EXPECT_GT(messages.size(), 50U);
 }
 
 struct ExtentCase {
@@ -130,8 +80,9 @@ struct ExtentCase {
 TEST_F(BadLuck, OfAbsurdExtents)
 {
     const ExtentCase kCases[] = {
-        { 0, 0, true },      { 0, 50, true },     { -5, -5, true },        { 1, 1, true },
-        { 32000, 20, true }, { 20, 32000, true }, { 32000, 32000, false }, { 0x7FFFFFFF, 0x7FFFFFFF, false },
+        { 0, 0, true },          { 0, 50, true },     { -5, -5, true },        { 1, 1, true },
+        { 32000, 20, true },     { 20, 32000, true }, { 32000, 32000, false }, { 0x7FFFFFFF, 0x7FFFFFFF, false },
+        { 0x7FFFFFFF, 1, true },
     };
     for (const ExtentCase& c : kCases) {
         SCOPED_TRACE(c.width);
@@ -147,10 +98,8 @@ TEST_F(BadLuck, OfAbsurdExtents)
         ShowWindow(window.get(), SW_SHOW);
         EXPECT_TRUE(SetWindowPos(changed.get(), nullptr, -3, -3, c.width, c.height, SWP_NOZORDER));
         run_queue();
-        RECT rect{};
-        GetClientRect(changed.get(), &rect);
-        EXPECT_EQ(rect.right, std::clamp(c.width, 0, 32767));
-        EXPECT_EQ(rect.bottom, std::clamp(c.height, 0, 32767));
+        const RECT expected{ -3, -3, std::clamp(c.width, 0, 32767) - 3, std::clamp(c.height, 0, 32767) - 3 };
+        EXPECT_EQ(rect_of(changed.get()), expected);
         EXPECT_TRUE(SetWindowPos(changed.get(), nullptr, 0, 0, 40, 30, SWP_NOZORDER));
         run_queue();
         EXPECT_EQ(screen_->pixel_at({ 30, 20 }), 0xFFFFFFU);
@@ -169,6 +118,7 @@ TEST_F(BadLuck, OfALostDisplayEndsEveryLoop)
         { "a menu", SC_KEYMENU, "look" },
         { "moving by keys", SC_MOVE, "right" },
         { "a drag", SC_MOVE | HTCAPTION, "at:60,70" },
+        { "none of ours", 0, "look" },
     };
     for (const LoopCase& c : kCases) {
         SCOPED_TRACE(c.why);
@@ -178,13 +128,10 @@ TEST_F(BadLuck, OfALostDisplayEndsEveryLoop)
                 ShowWindow(window.get(), SW_SHOW);
                 screen_->move_pointer({ 60, 60 });
                 screen_->press(win32::kLeftButton);
-                window.on(WM_NCLBUTTONDOWN, [](HWND, WPARAM, LPARAM) { return 0; });
+                window.on(WM_NCLBUTTONDOWN, answering(0));
                 run_queue();
                 const Play play(Person(screen_), c.words);
-                window.on(WM_USER, [&](HWND, WPARAM, LPARAM) {
-                    screen_->disconnect();
-                    return 0;
-                });
+                window.on(WM_USER, doing([&](HWND) { screen_->disconnect(); }));
                 SetTimer(window.get(), 5, 60,
                          [](HWND handle, UINT, UINT_PTR, DWORD) { SendMessageA(handle, WM_USER, 0, 0); });
                 PostMessageA(window.get(), WM_SYSCOMMAND, c.command, c.command == SC_KEYMENU ? VK_SPACE : 0);

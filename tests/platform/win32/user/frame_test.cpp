@@ -4,10 +4,31 @@
 namespace test {
 namespace {
 
-using Entries = std::vector<std::string>;
-
 // 200 x 100 at 100,100; with a sizing frame the caption is 104..295 x 104..122.
 constexpr RECT kPlace{ 100, 100, 300, 200 };
+
+// 16 x 16 of red, the small icon of windows.
+class RedIcon {
+public:
+    RedIcon()
+    {
+        const std::vector<DWORD> pixels(16 * 16, 0xFF0000);
+        const std::vector<WORD> mask(16, 0);
+        ICONINFO info{ TRUE, 0, 0, CreateBitmap(16, 16, 1, 1, mask.data()),
+                       CreateBitmap(16, 16, 1, 32, pixels.data()) };
+        icon_ = CreateIconIndirect(&info);
+        DeleteObject(info.hbmMask);
+        DeleteObject(info.hbmColor);
+    }
+    ~RedIcon() { DestroyIcon(icon_); }
+    RedIcon(const RedIcon&) = delete;
+    RedIcon& operator=(const RedIcon&) = delete;
+
+    void give_to(HWND window) const { SendMessageA(window, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon_)); }
+
+private:
+    HICON icon_;
+};
 
 class Frames : public UserTest {
 protected:
@@ -24,6 +45,8 @@ protected:
         run_queue();
         return screen_->picture();
     }
+
+    const RedIcon icon_;
 };
 
 int hit_at(const TestWindow& window, int x, int y)
@@ -31,29 +54,6 @@ int hit_at(const TestWindow& window, int x, int y)
     return static_cast<int>(
         SendMessageA(window.get(), WM_NCHITTEST, 0, MAKELPARAM(static_cast<WORD>(x), static_cast<WORD>(y))));
 }
-
-// 16 x 16, of one colour.
-class PlainIcon {
-public:
-    explicit PlainIcon(COLORREF colour)
-    {
-        const std::vector<DWORD> pixels(16 * 16, RGB(GetBValue(colour), GetGValue(colour), GetRValue(colour)));
-        const std::vector<WORD> mask(16, 0);
-        ICONINFO info{ TRUE, 0, 0, CreateBitmap(16, 16, 1, 1, mask.data()),
-                       CreateBitmap(16, 16, 1, 32, pixels.data()) };
-        icon_ = CreateIconIndirect(&info);
-        DeleteObject(info.hbmMask);
-        DeleteObject(info.hbmColor);
-    }
-    ~PlainIcon() { DestroyIcon(icon_); }
-    PlainIcon(const PlainIcon&) = delete;
-    PlainIcon& operator=(const PlainIcon&) = delete;
-
-    HICON get() const { return icon_; }
-
-private:
-    HICON icon_;
-};
 
 struct PartCase {
     const char* why;
@@ -65,18 +65,10 @@ struct PartCase {
 
 char letter_of(int hit)
 {
-    struct Letter {
-        int hit;
-        char letter;
-    };
-    constexpr Letter kLetters[] = {
+    const std::map<int, char> letters{
         { HTCAPTION, 'C' }, { HTSYSMENU, 'I' }, { HTMINBUTTON, 'N' }, { HTMAXBUTTON, 'X' }, { HTCLOSE, 'Q' }
     };
-    for (const Letter& each : kLetters) {
-        if (each.hit == hit)
-            return each.letter;
-    }
-    return 'L';
+    return letters.contains(hit) ? letters.at(hit) : 'L';
 }
 
 TEST_F(Frames, HaveThePartsOfTheirStyle)
@@ -95,8 +87,7 @@ TEST_F(Frames, HaveThePartsOfTheirStyle)
     for (const PartCase& c : kCases) {
         SCOPED_TRACE(c.why);
         const TestWindow window(journal_, { .style = c.style, .ex_style = c.ex_style, .rect = kPlace });
-        const PlainIcon icon(RGB(255, 0, 0));
-        SendMessageA(window.get(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon.get()));
+        icon_.give_to(window.get());
         std::string row;
         for (int x = kPlace.left; x < kPlace.right; x++) {
             const char letter = letter_of(hit_at(window, x, kPlace.top + 12));
@@ -137,7 +128,6 @@ TEST_F(Frames, TurnPressesAndKeysIntoCommands)
         { "a second click on it", "at:112,112 click click", SC_CLOSE },
         { "a command of its menu", "at:112,112 click N", SC_MINIMIZE },
     };
-    const PlainIcon icon(RGB(255, 0, 0));
     for (const CommandCase& c : kCases) {
         SCOPED_TRACE(c.why);
         std::vector<WPARAM> commands;
@@ -147,7 +137,7 @@ TEST_F(Frames, TurnPressesAndKeysIntoCommands)
                 commands.push_back(command & 0xFFF0);
             return 0;
         });
-        SendMessageA(window.get(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon.get()));
+        icon_.give_to(window.get());
         ShowWindow(window.get(), SW_SHOW);
         play(c.words);
         EXPECT_EQ(commands, c.expected ? std::vector{ c.expected } : std::vector<WPARAM>());
@@ -182,18 +172,12 @@ TEST_F(Frames, ShowABoxPressedWhileThePointerIsOnIt)
 {
     std::vector<std::uint32_t> seen;
     TestWindow window(journal_, { .style = WS_OVERLAPPEDWINDOW, .rect = kPlace });
-    window.on(WM_SYSCOMMAND, [](HWND, WPARAM, LPARAM) { return 0; });
-    ShowWindow(window.get(), SW_SHOW);
-    run_queue();
-    window.on(WM_APP, [&](HWND, WPARAM, LPARAM) {
-        seen.push_back(screen_->pixel_at({ 279, 107 }));
-        return 0;
-    });
-    window.on(WM_NCHITTEST, [&](HWND handle, WPARAM, LPARAM) -> std::optional<LRESULT> {
-        UpdateWindow(handle);
-        SendMessageA(handle, WM_APP, 0, 0);
-        return std::nullopt;
-    });
+    window.on(WM_SYSCOMMAND, answering(0));
+    show(window);
+    window.on(WM_NCHITTEST, doing([&](HWND handle) {
+                  UpdateWindow(handle);
+                  seen.push_back(screen_->pixel_at({ 279, 107 }));
+              }));
     play("at:285,110 press at:286,110 at:200,110 at:201,110 release");
     // Before the press, at it, pressed, leaving, away.
     const std::uint32_t face = 0xD4D0C8;
@@ -211,8 +195,7 @@ TEST_F(Frames, ShowTextIconAndActivity)
     const auto second = picture();
     EXPECT_NE(first.pixels, second.pixels);
     EXPECT_EQ(screen_->look(surface_of(window.get()))->traits.title, "\u5B89\u88C5");
-    const PlainIcon icon(RGB(255, 0, 0));
-    SendMessageA(window.get(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon.get()));
+    icon_.give_to(window.get());
     EXPECT_EQ(picture().at(110, 112), 0xFF0000U);
     EXPECT_EQ(picture().at(240, 106), 0x0A246AU);
     screen_->focus(0);
@@ -224,40 +207,52 @@ TEST_F(Frames, ShowTextIconAndActivity)
     }
 }
 
-struct KeyMoveCase {
+struct MoveCase {
     const char* why;
-    WPARAM command;
+    WPARAM command; // 0: none, the pointer begins
     const char* words;
+    int steps; // that it goes at least
     RECT expected;
 };
 
-TEST_F(Frames, FollowArrowKeys)
+TEST_F(Frames, FollowPointerAndArrowKeys)
 {
-    const KeyMoveCase kCases[] = {
-        { "moved right and down", SC_MOVE, "right right down enter", { 116, 108, 316, 208 } },
-        { "by single pixels", SC_MOVE, "hold:control left up leave:control enter", { 99, 99, 299, 199 } },
-        { "taken back", SC_MOVE, "right down escape", { 100, 100, 300, 200 } },
-        { "with the pointer, to a click", SC_MOVE, "at:500,500 at:510,520 click", { 210, 220, 410, 320 } },
-        { "the right edge", SC_SIZE, "right right enter", { 100, 100, 316, 200 } },
-        { "the left edge, inward", SC_SIZE, "left right right enter", { 108, 100, 300, 200 } },
-        { "a corner", SC_SIZE, "left down enter", { 92, 100, 300, 208 } },
-        { "no smaller than the least", SC_SIZE, "down up up up up up up up up up up up enter", { 100, 100, 300, 127 } },
-        { "size taken back", SC_SIZE, "right down escape", { 100, 100, 300, 200 } },
-        { "other keys change nothing", SC_SIZE, "home A enter", { 100, 100, 300, 200 } },
+    const MoveCase kCases[] = {
+        { "by the caption", 0, "at:200,110 press at:207,120 at:190,90 release", 3, { 90, 80, 290, 180 } },
+        { "by an edge", 0, "at:298,150 press at:308,190 release", 2, { 100, 100, 310, 200 } },
+        { "by a corner", 0, "at:101,101 press at:91,106 release", 2, { 90, 105, 300, 200 } },
+        { "a drag taken back", 0, "at:200,110 press at:207,120 escape release", 2, { 100, 100, 300, 200 } },
+        { "moved right and down", SC_MOVE, "right right down enter", 3, { 116, 108, 316, 208 } },
+        { "by single pixels", SC_MOVE, "hold:control left up leave:control enter", 2, { 99, 99, 299, 199 } },
+        { "taken back", SC_MOVE, "right down escape", 3, { 100, 100, 300, 200 } },
+        { "with the pointer, to a click", SC_MOVE, "at:500,500 at:510,520 click", 2, { 210, 220, 410, 320 } },
+        { "the right edge", SC_SIZE, "right right enter", 2, { 100, 100, 316, 200 } },
+        { "the left edge, inward", SC_SIZE, "left right right enter", 3, { 108, 100, 300, 200 } },
+        { "a corner", SC_SIZE, "left down enter", 2, { 92, 100, 300, 208 } },
+        { "no smaller than the least",
+          SC_SIZE,
+          "down up up up up up up up up up up up enter",
+          11,
+          { 100, 100, 300, 127 } },
+        { "size taken back", SC_SIZE, "right down escape", 3, { 100, 100, 300, 200 } },
+        { "other keys change nothing", SC_SIZE, "home A enter", 0, { 100, 100, 300, 200 } },
     };
-    for (const KeyMoveCase& c : kCases) {
+    for (const MoveCase& c : kCases) {
         SCOPED_TRACE(c.why);
+        int steps = 0;
         TestWindow window(journal_, { .style = WS_OVERLAPPEDWINDOW, .rect = kPlace });
-        ShowWindow(window.get(), SW_SHOW);
-        run_queue();
+        window.on(WM_MOVING, doing([&](HWND) { steps++; }));
+        window.on(WM_SIZING, doing([&](HWND) { steps++; }));
+        show(window);
         screen_->move_pointer({ 400, 400 });
         run_queue();
+        journal_.keep_only({ WM_ENTERSIZEMOVE, WM_EXITSIZEMOVE });
         PostMessageA(window.get(), WM_SYSCOMMAND, c.command, 0);
         play(c.words);
-        RECT rect{};
-        GetWindowRect(window.get(), &rect);
-        EXPECT_TRUE(EqualRect(&rect, &c.expected))
-            << rect.left << " " << rect.top << " " << rect.right << " " << rect.bottom;
+        EXPECT_EQ(journal_.take(), "ENTERSIZEMOVE EXITSIZEMOVE");
+        EXPECT_EQ(rect_of(window.get()), c.expected);
+        EXPECT_NE(surface_of(window.get()), 0) << "the surface is elsewhere";
+        EXPECT_GE(steps, c.steps);
     }
 }
 

@@ -63,8 +63,10 @@ void MenuTest::play(TestWindow& owner, const std::string& words)
 
 LRESULT MenuTest::go_on()
 {
+    const std::vector<HWND> popups = open_popups();
+    place_ = popups.empty() ? place_ : rect_of(popups.front());
     if (!words_.empty() && words_.back() == "submenu") {
-        if (open_popups().size() < 2)
+        if (popups.size() < 2)
             return 0; // the timer that opens it wakes the menu
         words_.pop_back();
     }
@@ -84,12 +86,10 @@ void MenuTest::do_word(const std::string& word)
     const std::size_t colon = word.find(':');
     const std::string verb = word.substr(0, colon);
     if (verb == "outside") {
-        person.act("at:800,600");
+        person.act("at:120,110");
         person.act("press");
     } else if (verb == "edge") {
-        RECT popup{};
-        GetWindowRect(open_popups().front(), &popup);
-        screen_->move_pointer({ popup.left + 10, popup.top + 1 });
+        screen_->move_pointer({ place_.left + 10, place_.top + 1 });
     } else if (colon == std::string::npos || verb == "at") {
         person.act(word);
     } else {
@@ -104,8 +104,7 @@ void MenuTest::point_at(const std::string& item)
     const bool in_submenu = item.size() > 1;
     const std::vector<HWND> popups = open_popups();
     ASSERT_GT(popups.size(), in_submenu ? 1U : 0U);
-    RECT popup{};
-    GetWindowRect(popups[in_submenu ? 1 : 0], &popup);
+    const RECT popup = rect_of(popups[in_submenu ? 1 : 0]);
     const auto items = *win32::menu_items(in_submenu ? more_ : menu_);
     const auto layout = win32::MenuFace().lay_out(items, [](const win32::MenuItem&) { return SIZE{ 50, 20 }; });
     const auto id = static_cast<UINT>(std::stoi(item));

@@ -18,6 +18,7 @@ protected:
     // edge, "outside" a press beside it; "submenu" waits for one.
     void play(TestWindow& owner, const std::string& words);
     bool left_open() const { return left_open_; }
+    const RECT& place() const { return place_; } // of the menu when it was idle last
     std::size_t words_left() const { return words_.size(); }
 
     HMENU make_menu();
@@ -32,6 +33,7 @@ private:
 
     std::vector<std::string> words_; // the next one last
     bool left_open_ = false;
+    RECT place_{};
 };
 
 } // namespace test

@@ -6,15 +6,16 @@
 namespace test {
 namespace {
 
-using Entries = std::vector<std::string>;
 using win32::kLeftButton;
 
 class Menus : public MenuTest {
 protected:
-    Menus() : owner_(journal_, { .style = WS_POPUP, .rect = { 100, 100, 400, 300 } })
+    Menus() : owner_(journal_, { .style = WS_POPUP, .rect = { 100, 100, 400, 300 } }) { show(owner_); }
+    // A menu without items instead of the usual one.
+    void begin_menu()
     {
-        ShowWindow(owner_.get(), SW_SHOW);
-        run_queue();
+        DestroyMenu(menu_);
+        menu_ = CreatePopupMenu();
     }
 
     BOOL track(UINT flags = TPM_RETURNCMD, POINT at = { 150, 150 })
@@ -55,7 +56,7 @@ const SequenceCase kSequences[] = {
     { "click", "click:4", 4 },
     { "press, drag, release", "press:1 over:4 release:5", 5 },
     { "a release chooses after the pointer was on an item", "over:1 release:1", 1 },
-    { "a release beside the menu leaves it open", "over:1 outside", 0 },
+    { "a release beside the menu leaves it open", "press:1 at:120,110 release", 0, true },
     { "a disabled item ignores clicks", "click:2", 0, true },
     { "the edge is no item", "over:1 edge click:1", 1 },
     { "a click on a submenu's item opens it", "click:3 submenu click:12", 12 },
@@ -67,6 +68,7 @@ const SequenceCase kSequences[] = {
 
 TEST_F(Menus, AreUsedByPointerAndKeys)
 {
+    journal_.keep_only({ WM_LBUTTONDOWN, WM_MOUSEACTIVATE, WM_KEYDOWN, WM_CHAR });
     for (const SequenceCase& c : kSequences) {
         SCOPED_TRACE(c.why);
         play(owner_, c.words);
@@ -76,6 +78,8 @@ TEST_F(Menus, AreUsedByPointerAndKeys)
         EXPECT_TRUE(open_popups().empty());
         EXPECT_EQ(GetCapture(), nullptr);
         EXPECT_EQ(screen_->capture_holder(), 0U);
+        run_queue();
+        EXPECT_EQ(journal_.take(), "") << "the menu swallows what it is used by";
         screen_->release(kLeftButton);
         screen_->move_pointer({ 900, 700 });
         run_queue();
@@ -86,7 +90,8 @@ TEST_F(Menus, TellTheirOwnerWhatHappens)
 {
     journal_.keep_only({ WM_ENTERMENULOOP, WM_EXITMENULOOP, WM_INITMENU, WM_INITMENUPOPUP, WM_UNINITMENUPOPUP,
                          WM_MENUSELECT, WM_COMMAND, WM_CAPTURECHANGED, WM_ACTIVATE, WM_KEYDOWN });
-    std::vector<std::array<UINT, 2>> selected;
+    using Selections = std::vector<std::array<UINT, 2>>; // id and flags
+    Selections selected;
     owner_.on(WM_MENUSELECT, [&](HWND, WPARAM wparam, LPARAM) {
         selected.push_back({ LOWORD(wparam), HIWORD(wparam) });
         return 0;
@@ -99,29 +104,11 @@ TEST_F(Menus, TellTheirOwnerWhatHappens)
     play(owner_, "M down enter");
     EXPECT_TRUE(track(0));
     run_queue();
-    EXPECT_EQ(journal_.take(), (Entries{ "w ENTERMENULOOP", "w INITMENU", "w INITMENUPOPUP", "w MENUSELECT",
-                                         "w INITMENUPOPUP", "w MENUSELECT", "w MENUSELECT", "w UNINITMENUPOPUP",
-                                         "w UNINITMENUPOPUP", "w MENUSELECT", "w EXITMENULOOP", "w COMMAND" }));
+    EXPECT_EQ(journal_.take(), "ENTERMENULOOP INITMENU INITMENUPOPUP MENUSELECT INITMENUPOPUP MENUSELECT MENUSELECT "
+                               "UNINITMENUPOPUP UNINITMENUPOPUP MENUSELECT EXITMENULOOP COMMAND");
     EXPECT_EQ(command, 12U);
-    EXPECT_EQ(selected, (std::vector<std::array<UINT, 2>>{
-                            { 3, MF_POPUP | MF_HILITE }, { 11, MF_HILITE }, { 12, MF_HILITE }, { 0, 0xFFFF } }));
-}
-
-TEST_F(Menus, SwallowThePressThatDismissesThem)
-{
-    journal_.keep_only({ WM_LBUTTONDOWN, WM_LBUTTONUP, WM_MOUSEACTIVATE });
-    owner_.on(WM_ENTERIDLE, [&](HWND, WPARAM, LPARAM) {
-        screen_->move_pointer({ 120, 110 });
-        screen_->press(kLeftButton);
-        return 0;
-    });
-    EXPECT_FALSE(track());
-    POINT point{};
-    GetCursorPos(&point);
-    EXPECT_EQ(point.x, 120);
-    EXPECT_EQ(point.y, 110);
-    run_queue();
-    EXPECT_EQ(journal_.take(), Entries());
+    EXPECT_EQ(selected,
+              (Selections{ { 3, MF_POPUP | MF_HILITE }, { 11, MF_HILITE }, { 12, MF_HILITE }, { 0, 0xFFFF } }));
 }
 
 struct EndCase {
@@ -147,49 +134,37 @@ TEST_F(Menus, CloseWhenTheirWorldEnds)
               screen_->press_key('O');
           } },
         { "the loop is told to quit", [](HWND, HMENU) { PostQuitMessage(3); } },
+        { "another one is asked for in vain, and it is told to end",
+          [](HWND owner, HMENU menu) {
+              EXPECT_FALSE(TrackPopupMenu(menu, TPM_RETURNCMD, 0, 0, 0, owner, nullptr));
+              EXPECT_EQ(GetLastError(), 1446U);
+              EXPECT_TRUE(EndMenu());
+          } },
     };
     for (const EndCase& c : kCases) {
         SCOPED_TRACE(c.why);
         DestroyMenu(menu_);
         menu_ = make_menu();
         bool done = false;
-        const TestWindow owner(journal_,
-                               { .name = "dying", .handlers = { { WM_ENTERIDLE, [&](HWND handle, WPARAM, LPARAM) {
-                                                                     if (!std::exchange(done, true))
-                                                                         c.act(handle, menu_);
-                                                                     return 0;
-                                                                 } } } });
-        ShowWindow(owner.get(), SW_SHOW);
-        run_queue();
+        const TestWindow owner(journal_, { .handlers = { { WM_ENTERIDLE, doing([&](HWND handle) {
+                                                               if (!std::exchange(done, true))
+                                                                   c.act(handle, menu_);
+                                                           }) } } });
+        show(owner);
         EXPECT_EQ(TrackPopupMenu(menu_, TPM_RETURNCMD, 50, 50, 0, owner.get(), nullptr), 0);
         EXPECT_TRUE(done);
         EXPECT_TRUE(open_popups().empty());
+        EXPECT_FALSE(EndMenu());
         ReleaseCapture();
         run_queue();
     }
-}
-
-TEST_F(Menus, AreShownOneAtATime)
-{
-    BOOL second = TRUE;
-    DWORD error = 0;
-    owner_.on(WM_ENTERIDLE, [&](HWND handle, WPARAM, LPARAM) {
-        second = TrackPopupMenu(menu_, TPM_RETURNCMD, 0, 0, 0, handle, nullptr);
-        error = GetLastError();
-        EndMenu();
-        return 0;
-    });
-    EXPECT_FALSE(track());
-    EXPECT_FALSE(second);
-    EXPECT_EQ(error, 1446U);
-    EXPECT_FALSE(EndMenu());
 }
 
 struct PlaceCase {
     const char* why;
     UINT flags;
     POINT at;
-    POINT expected; // the corner, of a menu of 200 x 106
+    POINT corner; // of a menu of 200 x 106
 };
 
 TEST_F(Menus, StayWithinTheWorkArea)
@@ -206,8 +181,7 @@ TEST_F(Menus, StayWithinTheWorkArea)
         { "in from the upper left", TPM_RIGHTALIGN | TPM_BOTTOMALIGN, { 50, 60 }, { 0, 30 } },
         { "from outside of all monitors", TPM_LEFTALIGN, { -500, 5000 }, { 0, 634 } },
     };
-    DestroyMenu(menu_);
-    menu_ = CreatePopupMenu();
+    begin_menu();
     AppendMenuA(menu_, MF_OWNERDRAW, 1, nullptr);
     owner_.on(WM_MEASUREITEM, [](HWND, WPARAM, LPARAM item) {
         reinterpret_cast<MEASUREITEMSTRUCT*>(item)->itemWidth = 200 - 50; // beside the two columns and the edges
@@ -217,35 +191,20 @@ TEST_F(Menus, StayWithinTheWorkArea)
     screen_->set_monitors({ { { 0, 0, 1024, 768 }, { 0, 30, 1024, 740 }, true } });
     for (const PlaceCase& c : kCases) {
         SCOPED_TRACE(c.why);
-        RECT rect{};
-        owner_.on(WM_ENTERIDLE, [&](HWND, WPARAM, LPARAM window) {
-            GetWindowRect(reinterpret_cast<HWND>(window), &rect);
-            EndMenu();
-            return 0;
-        });
+        play(owner_, "");
         track(TPM_RETURNCMD | c.flags, c.at);
-        EXPECT_EQ(rect.right - rect.left, 200);
-        EXPECT_EQ(rect.bottom - rect.top, 106);
-        EXPECT_TRUE(rect.left == c.expected.x && rect.top == c.expected.y) << rect.left << ',' << rect.top;
+        EXPECT_EQ(place(), (RECT{ c.corner.x, c.corner.y, c.corner.x + 200, c.corner.y + 106 }));
     }
 }
 
 TEST_F(Menus, ScrollWhenTheyAreHigherThanTheWorkArea)
 {
-    DestroyMenu(menu_);
-    menu_ = CreatePopupMenu();
+    begin_menu();
     for (UINT id = 1; id <= 90; id++)
         AppendMenuA(menu_, MF_STRING, id, std::to_string(id).c_str());
-    RECT rect{};
-    owner_.on(WM_MENUSELECT, [&](HWND, WPARAM, LPARAM) {
-        if (const auto popups = open_popups(); !popups.empty())
-            GetWindowRect(popups.front(), &rect);
-        return 0;
-    });
     play(owner_, "end up enter");
     EXPECT_EQ(track(), 89);
-    EXPECT_EQ(rect.top, 0);
-    EXPECT_EQ(rect.bottom, 768);
+    EXPECT_TRUE(place().top == 0 && place().bottom == 768) << place();
     play(owner_, "end at:170,750 click"); // the last item is seen at the lower edge
     EXPECT_EQ(track(), 90);
 }
@@ -284,29 +243,30 @@ TEST_F(Menus, AreMirroredWhenReadFromTheRight)
     win32::MemoryScreen::Picture pictures[2];
     RECT rects[2];
     for (const UINT mirrored : { 0U, 1U }) {
-        owner_.on(WM_ENTERIDLE, [&](HWND, WPARAM, LPARAM window) {
-            pictures[mirrored] = screen_->picture();
-            GetWindowRect(reinterpret_cast<HWND>(window), &rects[mirrored]);
-            EndMenu();
-            return 0;
-        });
+        owner_.on(WM_ENTERIDLE, doing([&](HWND) {
+                      pictures[mirrored] = screen_->picture();
+                      rects[mirrored] = rect_of(open_popups().front());
+                      EndMenu();
+                  }));
         track(TPM_RETURNCMD | (mirrored ? TPM_LAYOUTRTL : 0), { 500, 300 });
     }
     // The check mark's and the submenu arrow's columns change sides.
-    const auto ink = [&](int which, LONG first, LONG last) {
+    const auto ink = [&](UINT mirrored, LONG first, LONG last) {
+        const RECT& rect = rects[mirrored];
         int pixels = 0;
-        for (LONG y = rects[which].top; y < rects[which].bottom; y++) {
-            for (LONG x = first; x < last; x++)
-                pixels += pictures[which].at(static_cast<int>(x), static_cast<int>(y)) == 0;
+        for (LONG y = rect.top; y < rect.bottom; y++) {
+            for (LONG column = first; column < last; column++) {
+                const LONG x = mirrored ? rect.right - 1 - column : rect.left + column;
+                pixels += pictures[mirrored].at(static_cast<int>(x), static_cast<int>(y)) == 0;
+            }
         }
         return pixels;
     };
-    const RECT& left = rects[0];
-    const RECT& right = rects[1];
-    EXPECT_GT(ink(0, left.left + 2, left.left + 26), 10);
-    EXPECT_EQ(ink(0, left.left + 2, left.left + 26), ink(1, right.right - 26, right.right - 2));
-    EXPECT_GT(ink(0, left.right - 22, left.right - 2), 5);
-    EXPECT_EQ(ink(0, left.right - 22, left.right - 2), ink(1, right.left + 2, right.left + 22));
+    const LONG width = rects[0].right - rects[0].left;
+    EXPECT_GT(ink(0, 2, 26), 10);
+    EXPECT_EQ(ink(0, 2, 26), ink(1, 2, 26));
+    EXPECT_GT(ink(0, width - 22, width - 2), 5);
+    EXPECT_EQ(ink(0, width - 22, width - 2), ink(1, width - 22, width - 2));
 }
 
 } // namespace

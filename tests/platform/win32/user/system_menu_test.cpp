@@ -24,22 +24,16 @@ TEST_F(SystemMenu, OffersWhatStateAndStyleAllow)
         { "one without a sizing edge", WS_OVERLAPPEDWINDOW & ~WS_THICKFRAME, SW_SHOW, "MNXC" },
         { "one without boxes", WS_POPUP | WS_CAPTION, SW_SHOW, "MC" },
     };
-    struct Entry {
-        WPARAM command;
-        char letter;
-    };
-    constexpr Entry kEntries[] = { { SC_RESTORE, 'R' },  { SC_MOVE, 'M' },     { SC_SIZE, 'S' },
-                                   { SC_MINIMIZE, 'N' }, { SC_MAXIMIZE, 'X' }, { SC_CLOSE, 'C' } };
+    const std::pair<UINT, char> kEntries[] = { { SC_RESTORE, 'R' },  { SC_MOVE, 'M' },     { SC_SIZE, 'S' },
+                                               { SC_MINIMIZE, 'N' }, { SC_MAXIMIZE, 'X' }, { SC_CLOSE, 'C' } };
     for (const StateCase& c : kCases) {
         SCOPED_TRACE(c.why);
         const TestWindow window(journal_, { .style = c.style });
         ShowWindow(window.get(), c.show);
         const HMENU menu = GetSystemMenu(window.get(), FALSE);
         std::string enabled;
-        for (const Entry& entry : kEntries)
-            enabled += (GetMenuState(menu, static_cast<UINT>(entry.command), MF_BYCOMMAND) & MF_GRAYED)
-                           ? ""
-                           : std::string(1, entry.letter);
+        for (const auto& [command, letter] : kEntries)
+            enabled += GetMenuState(menu, command, MF_BYCOMMAND) & MF_GRAYED ? "" : std::string(1, letter);
         EXPECT_EQ(enabled, c.enabled);
     }
 }
@@ -85,7 +79,6 @@ TEST_F(SystemMenu, OpensByKeyboardAndPointer)
     for (const OpeningCase& c : kCases) {
         SCOPED_TRACE(c.why);
         std::vector<WPARAM> commands;
-        POINT corner{};
         TestWindow window(journal_, { .style = WS_OVERLAPPEDWINDOW, .rect = { 100, 100, 400, 300 } });
         window.on(WM_SYSCOMMAND, [&](HWND, WPARAM command, LPARAM) -> std::optional<LRESULT> {
             if (command == SC_KEYMENU || command == SC_MOUSEMENU)
@@ -93,42 +86,29 @@ TEST_F(SystemMenu, OpensByKeyboardAndPointer)
             commands.push_back(command);
             return 0;
         });
-        window.on(WM_MENUSELECT, [&](HWND, WPARAM, LPARAM) {
-            if (const auto popups = open_popups(); !popups.empty()) {
-                RECT rect{};
-                GetWindowRect(popups.front(), &rect);
-                corner = { rect.left, rect.top };
-            }
-            return 0;
-        });
-        ShowWindow(window.get(), SW_SHOW);
-        run_queue();
+        show(window);
         play(window, c.words);
         for (const std::string& word : words_of(c.opens))
             Person(screen_).act(word);
         run_queue();
         EXPECT_EQ(commands, c.expected ? std::vector{ c.expected } : std::vector<WPARAM>());
-        EXPECT_TRUE(corner.x == c.corner.x && corner.y == c.corner.y) << corner.x << "," << corner.y;
+        EXPECT_EQ((POINT{ place().left, place().top }), c.corner);
         EXPECT_EQ(words_left(), 0U);
         screen_->move_pointer({ 900, 700 });
         run_queue();
     }
 }
 
-struct LanguageCase {
-    UINT code_page;
-    const char* close;
-};
-
 TEST_F(SystemMenu, SpeaksTheCodePagesLanguage)
 {
-    const LanguageCase kCases[] = { { 936, "\xB9\xD8\xB1\xD5(&C)\tAlt+F4" }, { 1252, "&Close\tAlt+F4" } };
-    for (const LanguageCase& c : kCases) {
-        const UINT before = win32::exchange_ansi_code_page(c.code_page);
+    const std::pair<UINT, const char*> kCases[] = { { 936, "\xB9\xD8\xB1\xD5(&C)\tAlt+F4" },
+                                                    { 1252, "&Close\tAlt+F4" } };
+    for (const auto& [code_page, close] : kCases) {
+        const UINT before = win32::exchange_ansi_code_page(code_page);
         const TestWindow window(journal_, { .style = WS_OVERLAPPEDWINDOW });
         char text[32] = {};
         GetMenuStringA(GetSystemMenu(window.get(), FALSE), SC_CLOSE, text, sizeof(text), MF_BYCOMMAND);
-        EXPECT_STREQ(text, c.close);
+        EXPECT_STREQ(text, close);
         win32::exchange_ansi_code_page(before);
     }
 }

@@ -32,7 +32,7 @@ TEST(Rectangles, Combine)
         SCOPED_TRACE(c.why);
         RECT result{ 7, 7, 7, 7 };
         EXPECT_EQ(c.operation(&result, &c.first, &c.second), c.result);
-        EXPECT_TRUE(EqualRect(&result, &c.expected));
+        EXPECT_EQ(result, c.expected);
     }
 }
 
@@ -77,42 +77,41 @@ TEST_F(System, KnowsItsMonitors)
     EXPECT_EQ(MonitorFromWindow(nullptr, MONITOR_DEFAULTTOPRIMARY), MonitorFromPoint({ 0, 0 }, MONITOR_DEFAULTTONULL));
 }
 
-TEST_F(System, KnowsItsFrames)
+TEST_F(System, OffersTheMonitorsAtRunTime)
 {
-    NONCLIENTMETRICSA metrics{};
-    EXPECT_FALSE(SystemParametersInfoA(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0)) << "without its size";
-    metrics.cbSize = sizeof metrics;
-    EXPECT_TRUE(SystemParametersInfoA(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0));
-    EXPECT_EQ(metrics.iCaptionHeight + 1, GetSystemMetrics(SM_CYCAPTION));
-    EXPECT_STREQ(metrics.lfCaptionFont.lfFaceName, "Tahoma");
-    EXPECT_EQ(metrics.lfCaptionFont.lfWeight, FW_BOLD);
-    EXPECT_EQ(metrics.lfMenuFont.lfHeight, -11);
+    const HMODULE user32 = LoadLibraryA("User32.dll");
+    for (const char* name : { "MonitorFromWindow", "GetMonitorInfoA" })
+        EXPECT_NE(GetProcAddress(user32, name), nullptr) << name;
+    const auto from_rect = reinterpret_cast<decltype(&MonitorFromRect)>(GetProcAddress(user32, "MonitorFromRect"));
+    ASSERT_NE(from_rect, nullptr);
+    const RECT corner{ 0, 0, 1, 1 };
+    EXPECT_EQ(from_rect(&corner, MONITOR_DEFAULTTONULL), MonitorFromWindow(nullptr, MONITOR_DEFAULTTOPRIMARY));
+    EXPECT_EQ(GetProcAddress(user32, "SetLayeredWindowAttributes"), nullptr) << "windows of ours have no layers";
 }
-
-struct FrameCase {
-    DWORD style;
-    DWORD ex_style;
-    BOOL menu;
-    RECT expected;
-};
 
 TEST_F(System, MakesFramesAsThickAsTheirStyle)
 {
-    const FrameCase kCases[] = {
-        { WS_POPUP, 0, FALSE, { 0, 0, 100, 100 } },
+    const struct {
+        DWORD style;
+        DWORD ex_style;
+        BOOL menu;
+        RECT expected;
+    } kCases[] = {
         { WS_POPUP | WS_BORDER, 0, FALSE, { -1, -1, 101, 101 } },
-        { WS_POPUP | WS_CAPTION, 0, FALSE, { -3, -22, 103, 103 } },
         { WS_POPUP | WS_CAPTION, WS_EX_TOOLWINDOW, FALSE, { -3, -19, 103, 103 } },
         { WS_OVERLAPPEDWINDOW, 0, TRUE, { -4, -42, 104, 104 } },
         { WS_CHILD, WS_EX_CLIENTEDGE, FALSE, { -2, -2, 102, 102 } },
     };
-    for (const FrameCase& c : kCases) {
-        SCOPED_TRACE(testing::Message() << std::hex << c.style << ' ' << c.ex_style);
+    for (const auto& c : kCases) {
         RECT rect{ 0, 0, 100, 100 };
         EXPECT_TRUE(AdjustWindowRectEx(&rect, c.style, c.menu, c.ex_style));
-        EXPECT_TRUE(EqualRect(&rect, &c.expected))
-            << rect.left << ' ' << rect.top << ' ' << rect.right << ' ' << rect.bottom;
+        EXPECT_EQ(rect, c.expected);
     }
+    NONCLIENTMETRICSA metrics{};
+    EXPECT_FALSE(SystemParametersInfoA(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0)) << "without its size";
+    metrics.cbSize = sizeof metrics;
+    EXPECT_TRUE(SystemParametersInfoA(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0));
+    EXPECT_STREQ(metrics.lfCaptionFont.lfFaceName, "Tahoma");
 }
 
 TEST_F(System, MapsPointsBetweenWindows)
@@ -122,10 +121,10 @@ TEST_F(System, MapsPointsBetweenWindows)
         journal_, { .name = "child", .style = WS_CHILD | WS_BORDER, .rect = { 5, 6, 25, 26 }, .parent = parent.get() });
     POINT points[] = { { 0, 0 }, { 10, 10 } };
     MapWindowPoints(child.get(), nullptr, points, 2);
-    EXPECT_EQ(points[0].x, 10 + 3 + 5 + 1);
-    EXPECT_EQ(points[0].y, 20 + 22 + 6 + 1);
+    EXPECT_EQ(points[0], (POINT{ 10 + 3 + 5 + 1, 20 + 22 + 6 + 1 }));
+    EXPECT_EQ(points[1], (POINT{ 29, 59 }));
     ScreenToClient(parent.get(), &points[0]);
-    EXPECT_EQ(points[0].x, 6);
+    EXPECT_EQ(points[0], (POINT{ 6, 7 }));
     EXPECT_EQ(ChildWindowFromPoint(parent.get(), { 6, 7 }), child.get());
     EXPECT_EQ(ChildWindowFromPoint(parent.get(), { 4, 7 }), parent.get());
     EXPECT_EQ(ChildWindowFromPoint(parent.get(), { -1, 7 }), nullptr);

@@ -2,18 +2,15 @@
 #include "tests/platform/win32/user/user_support.h"
 
 #include <cerrno>
-#include <cstring>
-#include <optional>
 
+namespace test {
 namespace {
 
-using test::TestWindow;
-using test::WindowPlan;
 using win32::SurfaceKind;
 
-class Traits : public test::UserTest {
+class Traits : public UserTest {
 protected:
-    win32::MemoryScreen::Look LookOf(const TestWindow& window) { return *screen_->look(surface_of(window.get())); }
+    win32::MemoryScreen::Look look_of(const TestWindow& window) { return *screen_->look(surface_of(window.get())); }
 };
 
 TEST_F(Traits, SayWhoseBusinessAWindowIs)
@@ -28,36 +25,28 @@ TEST_F(Traits, SayWhoseBusinessAWindowIs)
         { "never active: a menu", WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, SurfaceKind::menu },
         { "nor clicked: a tip", WS_EX_NOACTIVATE | WS_EX_TRANSPARENT, SurfaceKind::tool_tip },
     };
-    WindowPlan owning;
-    owning.rect = { 300, 300, 350, 350 };
-    const TestWindow owner(journal_, owning);
+    const TestWindow owner(journal_, { .rect = { 300, 300, 350, 350 } });
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.why);
-        WindowPlan plan;
-        plan.ex_style = c.ex_style;
-        const TestWindow window(journal_, plan);
-        EXPECT_EQ(LookOf(window).traits.kind, c.kind);
-        EXPECT_EQ(LookOf(window).traits.class_name, program_invocation_short_name);
+        const TestWindow window(journal_, { .ex_style = c.ex_style });
+        EXPECT_EQ(look_of(window).traits.kind, c.kind);
+        EXPECT_EQ(look_of(window).traits.class_name, program_invocation_short_name);
         SetWindowLongPtrA(window.get(), GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(owner.get()));
-        EXPECT_EQ(LookOf(window).traits.owner, surface_of(owner.get()));
+        EXPECT_EQ(look_of(window).traits.owner, surface_of(owner.get()));
     }
 }
 
 TEST_F(Traits, HoldTheSmallestSizeThatWasNamedLast)
 {
-    const POINT smallest{ 300, 250 };
-    WindowPlan plan;
-    plan.style = WS_POPUP | WS_THICKFRAME;
-    plan.handlers[WM_GETMINMAXINFO] = [smallest](HWND, WPARAM, LPARAM lparam) -> std::optional<LRESULT> {
-        reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize = smallest;
+    TestWindow window(journal_, { .style = WS_POPUP | WS_THICKFRAME });
+    window.on(WM_GETMINMAXINFO, [](HWND, WPARAM, LPARAM lparam) {
+        reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize = { 300, 250 };
         return 0;
-    };
-    const TestWindow window(journal_, plan);
-    EXPECT_EQ(LookOf(window).traits.min_size.cx, GetSystemMetrics(SM_CXMINTRACK))
-        << "asked before it knows its handlers";
+    });
+    EXPECT_EQ(look_of(window).traits.min_size.cx, GetSystemMetrics(SM_CXMINTRACK));
     SetWindowPos(window.get(), nullptr, 0, 0, 500, 500, 0);
-    EXPECT_EQ(LookOf(window).traits.min_size.cx, 300);
-    EXPECT_EQ(LookOf(window).traits.min_size.cy, 250);
+    EXPECT_EQ(look_of(window).traits.min_size.cx, 300);
+    EXPECT_EQ(look_of(window).traits.min_size.cy, 250);
 }
 
 TEST_F(Traits, HoldTheIconsOfAWindow)
@@ -69,18 +58,19 @@ TEST_F(Traits, HoldTheIconsOfAWindow)
     const ICONINFO info{ TRUE, 0, 0, mask, colour };
     const HICON icon = CreateIconIndirect(&info);
     const TestWindow window(journal_, {});
-    EXPECT_TRUE(LookOf(window).icons.empty());
+    EXPECT_TRUE(look_of(window).icons.empty());
     SendMessageA(window.get(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
     SendMessageA(window.get(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon));
-    ASSERT_EQ(LookOf(window).icons.size(), 2U);
-    EXPECT_EQ(LookOf(window).icons[0].width, 2);
-    EXPECT_EQ(LookOf(window).icons[0].pixels, (std::vector<std::uint32_t>{ 0xFF102030, 0, 0xFF708090, 0 }));
+    ASSERT_EQ(look_of(window).icons.size(), 2U);
+    EXPECT_EQ(look_of(window).icons[0].width, 2);
+    EXPECT_EQ(look_of(window).icons[0].pixels, (std::vector<std::uint32_t>{ 0xFF102030, 0, 0xFF708090, 0 }));
     SendMessageA(window.get(), WM_SETICON, ICON_BIG, 0);
     SendMessageA(window.get(), WM_SETICON, ICON_SMALL, 0);
-    EXPECT_TRUE(LookOf(window).icons.empty());
+    EXPECT_TRUE(look_of(window).icons.empty());
     DestroyIcon(icon);
     DeleteObject(mask);
     DeleteObject(colour);
 }
 
 } // namespace
+} // namespace test

@@ -5,54 +5,31 @@
 #include <algorithm>
 #include <atomic>
 #include <future>
+#include <sstream>
 
 namespace test {
 
 namespace {
 
-struct Name {
-    UINT message;
-    const char* name;
-};
-#define NAMED(message)                                                                                                 \
-    {                                                                                                                  \
-        WM_##message, #message                                                                                         \
-    }
-constexpr Name kNames[] = {
-    NAMED(CREATE),        NAMED(DESTROY),
-    NAMED(MOVE),          NAMED(SIZE),
-    NAMED(ACTIVATE),      NAMED(SETFOCUS),
-    NAMED(KILLFOCUS),     NAMED(ENABLE),
-    NAMED(SETTEXT),       NAMED(PAINT),
-    NAMED(CLOSE),         NAMED(ERASEBKGND),
-    NAMED(SHOWWINDOW),    NAMED(ACTIVATEAPP),
-    NAMED(CANCELMODE),    NAMED(SETCURSOR),
-    NAMED(MOUSEACTIVATE), NAMED(GETMINMAXINFO),
-    NAMED(NCCREATE),      NAMED(NCDESTROY),
-    NAMED(NCCALCSIZE),    NAMED(NCHITTEST),
-    NAMED(NCPAINT),       NAMED(NCACTIVATE),
-    NAMED(NCMOUSEMOVE),   NAMED(NCLBUTTONDOWN),
-    NAMED(NCLBUTTONUP),   NAMED(NCLBUTTONDBLCLK),
-    NAMED(KEYDOWN),       NAMED(KEYUP),
-    NAMED(CHAR),          NAMED(SYSKEYDOWN),
-    NAMED(SYSKEYUP),      NAMED(SYSCHAR),
-    NAMED(SYSCOMMAND),    NAMED(TIMER),
-    NAMED(MOUSEMOVE),     NAMED(LBUTTONDOWN),
-    NAMED(LBUTTONUP),     NAMED(LBUTTONDBLCLK),
-    NAMED(RBUTTONDOWN),   NAMED(RBUTTONUP),
-    NAMED(RBUTTONDBLCLK), NAMED(MOUSEWHEEL),
-    NAMED(PARENTNOTIFY),  NAMED(CAPTURECHANGED),
-    NAMED(MOVING),        NAMED(SIZING),
-    NAMED(ENTERSIZEMOVE), NAMED(EXITSIZEMOVE),
-    NAMED(MOUSELEAVE),    NAMED(WINDOWPOSCHANGED),
-    NAMED(STYLECHANGED),  NAMED(WINDOWPOSCHANGING),
-    NAMED(STYLECHANGING), NAMED(ENTERMENULOOP),
-    NAMED(EXITMENULOOP),  NAMED(INITMENU),
-    NAMED(INITMENUPOPUP), NAMED(UNINITMENUPOPUP),
-    NAMED(MENUSELECT),    NAMED(COMMAND),
-    NAMED(CONTEXTMENU),
-};
-#undef NAMED
+// The documented numbers.
+constexpr const char* kNames =
+    "1 CREATE 2 DESTROY 3 MOVE 5 SIZE 6 ACTIVATE 7 SETFOCUS 8 KILLFOCUS F PAINT 10 CLOSE 14 ERASEBKGND 18 SHOWWINDOW "
+    "1C ACTIVATEAPP 20 SETCURSOR 21 MOUSEACTIVATE 46 WINDOWPOSCHANGING 47 WINDOWPOSCHANGED 81 NCCREATE 82 NCDESTROY "
+    "83 NCCALCSIZE 84 NCHITTEST 85 NCPAINT 86 NCACTIVATE A0 NCMOUSEMOVE A1 NCLBUTTONDOWN A2 NCLBUTTONUP "
+    "A3 NCLBUTTONDBLCLK 100 KEYDOWN 101 KEYUP 104 SYSKEYDOWN 111 COMMAND 112 SYSCOMMAND 113 TIMER 116 INITMENU "
+    "117 INITMENUPOPUP 11F MENUSELECT 125 UNINITMENUPOPUP 200 MOUSEMOVE 201 LBUTTONDOWN 202 LBUTTONUP "
+    "203 LBUTTONDBLCLK 210 PARENTNOTIFY 211 ENTERMENULOOP 212 EXITMENULOOP 215 CAPTURECHANGED 231 ENTERSIZEMOVE "
+    "232 EXITSIZEMOVE 2A3 MOUSELEAVE";
+
+std::map<UINT, std::string> names_of_messages()
+{
+    std::map<UINT, std::string> names;
+    std::istringstream stream(kNames);
+    UINT message = 0;
+    for (std::string name; stream >> std::hex >> message >> name;)
+        names[message] = name;
+    return names;
+}
 
 const char* kClassName = "TestWindow";
 
@@ -60,18 +37,43 @@ const char* kClassName = "TestWindow";
 
 std::string message_name(UINT message)
 {
-    const auto* found =
-        std::find_if(std::begin(kNames), std::end(kNames), [message](const Name& n) { return n.message == message; });
-    return found == std::end(kNames) ? std::to_string(message) : found->name;
+    static const std::map<UINT, std::string> names = names_of_messages();
+    const auto found = names.find(message);
+    return found == names.end() ? std::to_string(message) : found->second;
 }
 
-void Journal::add(std::string entry)
+RECT rect_of(HWND window)
+{
+    RECT rect{};
+    GetWindowRect(window, &rect);
+    return rect;
+}
+
+Handler answering(LRESULT result)
+{
+    return [=](HWND, WPARAM, LPARAM) { return result; };
+}
+
+Handler doing(std::function<void(HWND)> action)
+{
+    return [action = std::move(action)](HWND window, WPARAM, LPARAM) {
+        action(window);
+        return std::nullopt;
+    };
+}
+
+WindowPlan child_of(HWND parent, const char* name, RECT rect, DWORD more_style)
+{
+    return { .name = name, .style = WS_CHILD | WS_VISIBLE | more_style, .rect = rect, .parent = parent };
+}
+
+void Journal::add(const std::string& entry)
 {
     const std::lock_guard lock(mutex_);
-    entries_.push_back(std::move(entry));
+    entries_ += (entries_.empty() ? "" : " ") + entry;
 }
 
-std::vector<std::string> Journal::take()
+std::string Journal::take()
 {
     const std::lock_guard lock(mutex_);
     return std::exchange(entries_, {});
@@ -101,10 +103,9 @@ TestWindow::TestWindow(Journal& journal, WindowPlan plan) : journal_(journal), p
     window_class.lpszClassName = class_name.c_str();
     RegisterClassA(&window_class);
     const RECT& rect = plan_.rect;
-    const HWND made = CreateWindowExA(plan_.ex_style, class_name.c_str(), plan_.name, plan_.style, rect.left, rect.top,
-                                      rect.right - rect.left, rect.bottom - rect.top, plan_.parent,
-                                      reinterpret_cast<HMENU>(static_cast<INT_PTR>(plan_.id)), nullptr, this);
-    handle_ = made;
+    handle_ = CreateWindowExA(plan_.ex_style, class_name.c_str(), plan_.name, plan_.style, rect.left, rect.top,
+                              rect.right - rect.left, rect.bottom - rect.top, plan_.parent,
+                              reinterpret_cast<HMENU>(static_cast<INT_PTR>(plan_.id)), nullptr, this);
 }
 
 TestWindow::~TestWindow()
@@ -127,7 +128,9 @@ LRESULT CALLBACK TestWindow::procedure(HWND window, UINT message, WPARAM wparam,
 LRESULT TestWindow::handle(HWND window, UINT message, WPARAM wparam, LPARAM lparam)
 {
     if (!silent_ && journal_.keeps(message))
-        journal_.add(std::string(plan_.name) + " " + message_name(message));
+        journal_.add(plan_.name + std::string(*plan_.name ? ":" : "") + message_name(message));
+    if (plan_.every && !silent_)
+        plan_.every(window, message);
     if (const auto handler = plan_.handlers.find(message); handler != plan_.handlers.end()) {
         const Handler run = handler->second; // it may replace itself
         if (const auto answer = run(window, wparam, lparam))
@@ -158,6 +161,12 @@ void UserTest::run_queue()
     }
 }
 
+void UserTest::show(const TestWindow& window, int command)
+{
+    ShowWindow(window.get(), command);
+    run_queue();
+}
+
 void UserTest::run_until(const std::function<bool()>& condition)
 {
     EXPECT_TRUE(wait_until([&] {
@@ -168,11 +177,8 @@ void UserTest::run_until(const std::function<bool()>& condition)
 
 win32::SurfaceId UserTest::surface_of(HWND window)
 {
-    RECT rect{};
-    GetWindowRect(window, &rect);
     for (const win32::SurfaceId surface : screen_->stack()) {
-        const RECT bounds = screen_->look(surface)->bounds;
-        if (EqualRect(&bounds, &rect))
+        if (screen_->look(surface)->bounds == rect_of(window))
             return surface;
     }
     return 0;

@@ -4,52 +4,41 @@
 namespace test {
 namespace {
 
-using Entries = std::vector<std::string>;
-
 class Windows : public UserTest {};
 
 TEST_F(Windows, AreBornInTheDocumentedOrder)
 {
     const TestWindow window(journal_, {});
-    EXPECT_EQ(journal_.take(), (Entries{ "w NCCREATE", "w NCCALCSIZE", "w CREATE", "w SIZE", "w MOVE" }));
+    EXPECT_EQ(journal_.take(), "NCCREATE NCCALCSIZE CREATE SIZE MOVE");
     ShowWindow(window.get(), SW_SHOW);
-    EXPECT_EQ(journal_.take(), (Entries{ "w SHOWWINDOW", "w WINDOWPOSCHANGING", "w ACTIVATEAPP", "w NCACTIVATE",
-                                         "w ACTIVATE", "w SETFOCUS", "w WINDOWPOSCHANGED" }));
+    EXPECT_EQ(journal_.take(),
+              "SHOWWINDOW WINDOWPOSCHANGING ACTIVATEAPP NCACTIVATE ACTIVATE SETFOCUS WINDOWPOSCHANGED");
     EXPECT_EQ(GetActiveWindow(), window.get());
     EXPECT_EQ(GetFocus(), window.get());
     EXPECT_TRUE(screen_->look(surface_of(window.get()))->visible);
     ShowWindow(window.get(), SW_HIDE);
-    EXPECT_EQ(journal_.take(), (Entries{ "w SHOWWINDOW", "w WINDOWPOSCHANGING", "w NCACTIVATE", "w ACTIVATE",
-                                         "w KILLFOCUS", "w ACTIVATEAPP", "w WINDOWPOSCHANGED" }));
+    EXPECT_EQ(journal_.take(),
+              "SHOWWINDOW WINDOWPOSCHANGING NCACTIVATE ACTIVATE KILLFOCUS ACTIVATEAPP WINDOWPOSCHANGED");
     EXPECT_EQ(GetActiveWindow(), nullptr);
 }
 
 struct RefusalCase {
-    const char* why;
     UINT message;
     LRESULT answer;
-    Entries expected;
+    const char* expected;
 };
 
 TEST_F(Windows, DoNotLiveWhenTheyRefuseBirth)
 {
     const RefusalCase kCases[] = {
-        { "WM_NCCREATE answers FALSE", WM_NCCREATE, FALSE, { "w NCCREATE", "w NCDESTROY" } },
-        { "WM_CREATE answers -1",
-          WM_CREATE,
-          -1,
-          { "w NCCREATE", "w NCCALCSIZE", "w CREATE", "w DESTROY", "w NCDESTROY" } },
+        { WM_NCCREATE, FALSE, "NCCREATE NCDESTROY" },
+        { WM_CREATE, -1, "NCCREATE NCCALCSIZE CREATE DESTROY NCDESTROY" },
     };
     for (const RefusalCase& c : kCases) {
-        SCOPED_TRACE(c.why);
-        HWND seen = nullptr;
-        const TestWindow window(journal_, { .handlers = { { c.message, [&](HWND handle, WPARAM, LPARAM) {
-                                                               seen = handle;
-                                                               return c.answer;
-                                                           } } } });
+        SCOPED_TRACE(message_name(c.message));
+        const TestWindow window(journal_, { .handlers = { { c.message, answering(c.answer) } } });
         EXPECT_EQ(window.get(), nullptr);
         EXPECT_EQ(journal_.take(), c.expected);
-        EXPECT_FALSE(IsWindow(seen));
         EXPECT_TRUE(screen_->stack().empty());
     }
 }
@@ -58,14 +47,14 @@ TEST_F(Windows, GoWithTheirChildrenAndTheWindowsTheyOwn)
 {
     const TestWindow owner(journal_, { .name = "owner" });
     const TestWindow owned(journal_, { .name = "owned", .parent = owner.get() });
-    const TestWindow child(journal_, { .name = "child", .style = WS_CHILD, .parent = owner.get() });
-    const TestWindow inner(journal_, { .name = "inner", .style = WS_CHILD, .parent = child.get() });
-    journal_.take();
+    const TestWindow child(journal_, child_of(owner.get(), "child", { 0, 0, 9, 9 }));
+    const TestWindow inner(journal_, child_of(child.get(), "inner", { 0, 0, 9, 9 }));
+    EXPECT_NE(journal_.take().find("child:CREATE child:SIZE child:MOVE owner:PARENTNOTIFY"), std::string::npos);
     journal_.keep_only({ WM_DESTROY, WM_NCDESTROY });
     EXPECT_EQ(GetParent(owned.get()), owner.get());
     EXPECT_TRUE(DestroyWindow(owner.get()));
-    EXPECT_EQ(journal_.take(), (Entries{ "owned DESTROY", "owned NCDESTROY", "owner DESTROY", "child DESTROY",
-                                         "inner DESTROY", "inner NCDESTROY", "child NCDESTROY", "owner NCDESTROY" }));
+    EXPECT_EQ(journal_.take(), "owned:DESTROY owned:NCDESTROY owner:DESTROY child:DESTROY inner:DESTROY "
+                               "inner:NCDESTROY child:NCDESTROY owner:NCDESTROY");
     for (const HWND gone : { owner.get(), owned.get(), child.get(), inner.get() })
         EXPECT_FALSE(IsWindow(gone));
     EXPECT_TRUE(screen_->stack().empty());
@@ -74,97 +63,46 @@ TEST_F(Windows, GoWithTheirChildrenAndTheWindowsTheyOwn)
 
 struct PlaceCase {
     const char* why;
-    RECT place;
-    HWND after;
+    RECT place; // left, top, width, height
     UINT flags;
-    Entries expected;
+    const char* expected;
     RECT expected_rect;
 };
 
 TEST_F(Windows, HearWhatSetWindowPosChanges)
 {
-    constexpr UINT kQuiet = SWP_NOZORDER | SWP_NOACTIVATE;
+    constexpr UINT kStay = SWP_NOMOVE | SWP_NOSIZE;
     const PlaceCase kCases[] = {
-        { "moved",
-          { 5, 6, 0, 0 },
-          HWND_TOP,
-          SWP_NOSIZE | kQuiet,
-          { "w WINDOWPOSCHANGING", "w WINDOWPOSCHANGED", "w MOVE" },
-          { 5, 6, 105, 86 } },
-        { "sized",
-          { 0, 0, 50, 60 },
-          HWND_TOP,
-          SWP_NOMOVE | kQuiet,
-          { "w WINDOWPOSCHANGING", "w NCCALCSIZE", "w WINDOWPOSCHANGED", "w SIZE" },
-          { 10, 20, 60, 80 } },
-        { "both",
-          { 1, 2, 3, 4 },
-          HWND_TOP,
-          kQuiet,
-          { "w WINDOWPOSCHANGING", "w NCCALCSIZE", "w WINDOWPOSCHANGED", "w MOVE", "w SIZE" },
-          { 1, 2, 4, 6 } },
-        { "nothing", { 10, 20, 100, 80 }, HWND_TOP, kQuiet, { "w WINDOWPOSCHANGING" }, { 10, 20, 110, 100 } },
+        { "moved", { 5, 6, 0, 0 }, SWP_NOSIZE, "WINDOWPOSCHANGING WINDOWPOSCHANGED MOVE", { 5, 6, 105, 86 } },
+        { "both", { 1, 2, 3, 4 }, 0, "WINDOWPOSCHANGING NCCALCSIZE WINDOWPOSCHANGED MOVE SIZE", { 1, 2, 4, 6 } },
+        { "nothing", { 10, 20, 100, 80 }, 0, "WINDOWPOSCHANGING", { 10, 20, 110, 100 } },
         { "frame",
           {},
-          HWND_TOP,
-          SWP_NOMOVE | SWP_NOSIZE | SWP_FRAMECHANGED | kQuiet,
-          { "w WINDOWPOSCHANGING", "w NCCALCSIZE", "w WINDOWPOSCHANGED" },
+          kStay | SWP_FRAMECHANGED,
+          "WINDOWPOSCHANGING NCCALCSIZE WINDOWPOSCHANGED",
           { 10, 20, 110, 100 } },
         { "not asked before",
           { 5, 6, 0, 0 },
-          HWND_TOP,
-          SWP_NOSIZE | SWP_NOSENDCHANGING | kQuiet,
-          { "w WINDOWPOSCHANGED", "w MOVE" },
+          SWP_NOSIZE | SWP_NOSENDCHANGING,
+          "WINDOWPOSCHANGED MOVE",
           { 5, 6, 105, 86 } },
         { "a negative size is none",
           { 0, 0, -7, 5 },
-          HWND_TOP,
-          SWP_NOMOVE | kQuiet,
-          { "w WINDOWPOSCHANGING", "w NCCALCSIZE", "w WINDOWPOSCHANGED", "w SIZE" },
+          SWP_NOMOVE,
+          "WINDOWPOSCHANGING NCCALCSIZE WINDOWPOSCHANGED SIZE",
           { 10, 20, 10, 25 } },
-        { "shown without activation",
-          {},
-          HWND_TOP,
-          SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW | kQuiet,
-          { "w WINDOWPOSCHANGING", "w WINDOWPOSCHANGED" },
-          { 10, 20, 110, 100 } },
+        { "shown", {}, kStay | SWP_SHOWWINDOW, "WINDOWPOSCHANGING WINDOWPOSCHANGED", { 10, 20, 110, 100 } },
     };
     for (const PlaceCase& c : kCases) {
         SCOPED_TRACE(c.why);
         const TestWindow window(journal_, {});
-        journal_.keep_only({});
         journal_.take();
-        EXPECT_TRUE(
-            SetWindowPos(window.get(), c.after, c.place.left, c.place.top, c.place.right, c.place.bottom, c.flags));
+        EXPECT_TRUE(SetWindowPos(window.get(), nullptr, c.place.left, c.place.top, c.place.right, c.place.bottom,
+                                 c.flags | SWP_NOZORDER | SWP_NOACTIVATE));
         EXPECT_EQ(journal_.take(), c.expected);
-        RECT rect{};
-        GetWindowRect(window.get(), &rect);
-        EXPECT_TRUE(EqualRect(&rect, &c.expected_rect))
-            << rect.left << ',' << rect.top << ',' << rect.right << ',' << rect.bottom;
+        EXPECT_EQ(rect_of(window.get()), c.expected_rect);
         EXPECT_NE(surface_of(window.get()), 0) << "the surface is elsewhere";
     }
-}
-
-TEST_F(Windows, KeepTheirOrder)
-{
-    const TestWindow parent(journal_, { .name = "parent" });
-    const TestWindow first(journal_, { .name = "first", .style = WS_CHILD, .parent = parent.get(), .id = 7 });
-    const TestWindow second(journal_, { .name = "second", .style = WS_CHILD, .parent = parent.get(), .id = 8 });
-    EXPECT_EQ(GetWindow(parent.get(), GW_CHILD), first.get());
-    EXPECT_EQ(GetWindow(first.get(), GW_HWNDNEXT), second.get());
-    EXPECT_EQ(GetDlgItem(parent.get(), 8), second.get());
-    SetWindowPos(second.get(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
-    EXPECT_EQ(GetTopWindow(parent.get()), second.get());
-    SetWindowPos(second.get(), first.get(), 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
-    EXPECT_EQ(GetWindow(second.get(), GW_HWNDPREV), first.get());
-
-    const TestWindow topmost(journal_, { .name = "topmost", .ex_style = WS_EX_TOPMOST, .rect = { 0, 0, 7, 7 } });
-    const TestWindow plain(journal_, { .name = "plain", .rect = { 0, 0, 9, 9 } });
-    EXPECT_EQ(GetTopWindow(nullptr), topmost.get());
-    SetWindowPos(plain.get(), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-    EXPECT_EQ(GetTopWindow(nullptr), plain.get());
-    EXPECT_TRUE(GetWindowLongA(plain.get(), GWL_EXSTYLE) & WS_EX_TOPMOST);
-    EXPECT_TRUE(screen_->look(surface_of(plain.get()))->traits.topmost);
 }
 
 TEST_F(Windows, RememberWhatTheyAreGiven)
@@ -192,29 +130,26 @@ LRESULT CALLBACK answer_7(HWND, UINT, WPARAM, LPARAM)
     return 7;
 }
 
-TEST_F(Windows, AreSubclassedByTheirProcedure)
-{
-    const TestWindow window(journal_, {});
-    const auto before =
-        reinterpret_cast<WNDPROC>(SetWindowLongPtrA(window.get(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&answer_7)));
-    EXPECT_EQ(SendMessageA(window.get(), WM_USER, 0, 0), 7);
-    EXPECT_EQ(CallWindowProcA(before, window.get(), WM_USER, 0, 0), 0);
-    SetWindowLongPtrA(window.get(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(before));
-}
-
 TEST_F(Windows, NeedARegisteredClassAndAParent)
 {
+    const auto create = [](LPCSTR class_name, DWORD style) {
+        return CreateWindowExA(0, class_name, "", style, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+    };
     WNDCLASSA window_class{};
-    window_class.lpfnWndProc = answer_7;
+    window_class.lpfnWndProc = DefWindowProcA;
     window_class.lpszClassName = "Plain";
     EXPECT_NE(RegisterClassA(&window_class), 0);
     EXPECT_EQ(RegisterClassA(&window_class), 0);
     EXPECT_EQ(GetLastError(), ERROR_CLASS_ALREADY_EXISTS);
-    EXPECT_EQ(CreateWindowExA(0, "Unknown", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr), nullptr);
+    EXPECT_EQ(create("Unknown", WS_POPUP), nullptr);
     EXPECT_EQ(GetLastError(), ERROR_CANNOT_FIND_WND_CLASS);
-    EXPECT_EQ(CreateWindowExA(0, "plain", "", WS_CHILD, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr), nullptr);
-    const HWND window = CreateWindowExA(0, "PLAIN", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
-    EXPECT_NE(window, nullptr);
+    EXPECT_EQ(create("plain", WS_CHILD), nullptr);
+    const HWND window = create("PLAIN", WS_POPUP);
+    ASSERT_NE(window, nullptr);
+    const LONG_PTR before = SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&answer_7));
+    EXPECT_EQ(before, reinterpret_cast<LONG_PTR>(&DefWindowProcA));
+    EXPECT_EQ(SendMessageA(window, WM_USER, 0, 0), 7);
+    SetWindowLongPtrA(window, GWLP_WNDPROC, before);
     EXPECT_FALSE(UnregisterClassA("Plain", nullptr));
     DestroyWindow(window);
     EXPECT_TRUE(UnregisterClassA("Plain", nullptr));
@@ -224,25 +159,21 @@ TEST_F(Windows, MinimiseMaximiseAndComeBack)
 {
     const TestWindow window(journal_, {});
     ShowWindow(window.get(), SW_SHOW);
-    journal_.take();
     journal_.keep_only({ WM_SIZE });
-    SendMessageA(window.get(), WM_SYSCOMMAND, SC_MINIMIZE, 0);
+    const auto command = [&](WPARAM which) { SendMessageA(window.get(), WM_SYSCOMMAND, which, 0); };
+    command(SC_MINIMIZE);
     EXPECT_TRUE(IsIconic(window.get()));
     EXPECT_EQ(screen_->look(surface_of(window.get()))->state, win32::SurfaceState::minimised);
-    SendMessageA(window.get(), WM_SYSCOMMAND, SC_RESTORE, 0);
+    command(SC_RESTORE);
     EXPECT_FALSE(IsIconic(window.get()));
-    SendMessageA(window.get(), WM_SYSCOMMAND, SC_MAXIMIZE, 0);
+    command(SC_MAXIMIZE);
     EXPECT_TRUE(IsZoomed(window.get()));
-    RECT rect{};
     RECT work{};
-    GetWindowRect(window.get(), &rect);
     SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0);
-    EXPECT_TRUE(EqualRect(&rect, &work));
-    SendMessageA(window.get(), WM_SYSCOMMAND, SC_RESTORE, 0);
-    GetWindowRect(window.get(), &rect);
-    const RECT before{ 10, 20, 110, 100 };
-    EXPECT_TRUE(EqualRect(&rect, &before));
-    EXPECT_EQ(journal_.take(), (Entries{ "w SIZE", "w SIZE", "w SIZE", "w SIZE" }));
+    EXPECT_EQ(rect_of(window.get()), work);
+    command(SC_RESTORE);
+    EXPECT_EQ(rect_of(window.get()), (RECT{ 10, 20, 110, 100 }));
+    EXPECT_EQ(journal_.take(), "SIZE SIZE SIZE SIZE");
 }
 
 struct MonitorCase {
@@ -263,10 +194,7 @@ TEST_F(Windows, AreMaximisedOnTheirMonitor)
         SCOPED_TRACE(c.why);
         const TestWindow window(journal_, { .style = WS_OVERLAPPEDWINDOW, .rect = c.place });
         ShowWindow(window.get(), SW_SHOWMAXIMIZED);
-        RECT rect{};
-        GetWindowRect(window.get(), &rect);
-        EXPECT_TRUE(EqualRect(&rect, &c.maximised))
-            << rect.left << ',' << rect.top << ',' << rect.right << ',' << rect.bottom;
+        EXPECT_EQ(rect_of(window.get()), c.maximised);
         ShowWindow(window.get(), SW_MINIMIZE);
         EXPECT_FALSE(IsZoomed(window.get()));
         ShowWindow(window.get(), SW_RESTORE);
