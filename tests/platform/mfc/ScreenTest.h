@@ -9,12 +9,20 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <string>
 
 namespace test {
 
 class ScreenTest : public testing::Test {
 protected:
     ScreenTest() { win32::set_screen(m_pScreen); }
+    ~ScreenTest() override
+    {
+        if (m_program.m_pMainWnd)
+            m_program.m_pMainWnd->DestroyWindow();
+        MSG msg;
+        PeekMessageA(&msg, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE); // what the main window's end asks for
+    }
 
     // Handles all that is in the queue, as the program's loop does, and then is idle once.
     void Pump()
@@ -40,12 +48,6 @@ protected:
         m_pScreen->move_pointer(point);
         Pump();
     }
-    void Press(CPoint point)
-    {
-        m_pScreen->move_pointer(point);
-        m_pScreen->press(win32::kLeftButton);
-        Pump();
-    }
     void Click(CPoint point)
     {
         m_pScreen->click(point);
@@ -54,6 +56,7 @@ protected:
 
     const std::shared_ptr<win32::MemoryScreen> m_pScreen = std::make_shared<win32::MemoryScreen>();
     CWinApp m_program;
+    std::string m_log; // of what the windows meet
 };
 
 } // namespace test

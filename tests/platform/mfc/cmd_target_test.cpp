@@ -31,8 +31,6 @@ protected:
         return nID == 31;
     }
     void OnNotification() { m_strLog += "notification "; }
-    void OnUpdateShared(CCmdUI* pCmdUI) { pCmdUI->Enable(FALSE), pCmdUI->SetRadio(); }
-    void OnUpdateSilent(CCmdUI* pCmdUI) { pCmdUI->ContinueRouting(); }
     DECLARE_MESSAGE_MAP()
 };
 
@@ -43,8 +41,6 @@ ON_COMMAND(12, &Derived::OnOwn)
 ON_COMMAND_EX(30, &Derived::OnMaybe)
 ON_COMMAND_EX(31, &Derived::OnMaybe)
 ON_CONTROL(5, 40, &Derived::OnNotification)
-ON_UPDATE_COMMAND_UI(1, &Derived::OnUpdateShared)
-ON_UPDATE_COMMAND_UI(2, &Derived::OnUpdateSilent)
 END_MESSAGE_MAP()
 
 struct RouteCase {
@@ -85,44 +81,6 @@ TEST(CCmdTarget, NamesTheHandlerWithoutCallingIt)
     EXPECT_EQ(info.pTarget, &target);
     EXPECT_FALSE(target.OnCmdMsg(99, CN_COMMAND, nullptr, &info));
     EXPECT_EQ(target.m_strLog, "");
-}
-
-class ShownState : public CCmdUI {
-public:
-    void Enable(BOOL bOn) override
-    {
-        m_bEnableChanged = TRUE;
-        strShown += bOn ? "on " : "off ";
-    }
-    void SetCheck(int nCheck) override { strShown += "check" + std::to_string(nCheck) + " "; }
-    std::string strShown;
-};
-
-TEST(CCmdUI, ShowsWhatTheTargetAnswers)
-{
-    struct {
-        const char* why;
-        UINT nID;
-        BOOL bDisable;
-        BOOL bAnswered;
-        const char* pszShown;
-    } const cases[] = {
-        { "the handler's answer stands", 1, TRUE, TRUE, "off check1 " },
-        { "no answer, but a handler for the command", 10, TRUE, FALSE, "on " },
-        { "a handler that says nothing", 2, TRUE, FALSE, "on " },
-        { "nobody", 99, TRUE, FALSE, "off " },
-        { "nobody, and that is all right", 99, FALSE, FALSE, "" },
-        { "a separator", 0, TRUE, TRUE, "" },
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.why);
-        Derived target;
-        ShownState state;
-        state.m_nID = c.nID;
-        EXPECT_EQ(state.DoUpdate(&target, c.bDisable), c.bAnswered);
-        EXPECT_EQ(state.strShown, c.pszShown);
-        EXPECT_EQ(target.m_strLog, "") << "asking runs nothing";
-    }
 }
 
 } // namespace

@@ -4,71 +4,90 @@
 
 #include <functional>
 #include <map>
-#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
 
 constexpr UINT kAsk = WM_APP + 1;
+constexpr UINT kSwallowed = WM_APP + 2;
 constexpr UINT kCloseCommand = 100;
 
-// A frame that notes what happens to it and does in a handler what a test asks for.
+// A frame that notes what happens to it and does at a message what a test asks for, its own end perhaps.
 class NotingFrame : public CFrameWnd {
 public:
-    explicit NotingFrame(std::string& log) : log_(log) {}
-    ~NotingFrame() override { log_ += "deleted "; }
+    using Deed = std::function<void(NotingFrame&)>;
 
-    std::function<void(NotingFrame&)> m_onPaint, m_onTimer, m_onCommand, m_onAsk;
-    std::function<int()> m_onCreate;
-    BOOL m_bCommandEnabled = TRUE;
+    explicit NotingFrame(std::string& log) : m_log(log) {}
+    ~NotingFrame() override { m_log += "deleted "; }
 
     BOOL CreateFrame() { return Create(nullptr, "frame", WS_POPUP | WS_VISIBLE, CRect(0, 0, 40, 30)); }
+    BOOL PreTranslateMessage(MSG* pMsg) override { return pMsg->message == kSwallowed; }
+
+    std::map<UINT, Deed> m_deeds; // by message
+    int m_nCreated = 0;           // OnCreate's answer
+    int m_nIdle = 0;
+    BOOL m_bCommandEnabled = TRUE;
 
 protected:
     int OnCreate(LPCREATESTRUCTA pCreate)
     {
-        log_ += "create ";
         if (CFrameWnd::OnCreate(pCreate) == -1)
             return -1;
-        return m_onCreate ? m_onCreate() : 0;
+        Do(WM_CREATE, "create ");
+        return m_nCreated;
     }
     void OnPaint()
     {
-        log_ += "paint ";
-        if (m_onPaint)
-            return m_onPaint(*this);
-        const CPaintDC dc(this);
+        if (!Do(WM_PAINT, "paint "))
+            const CPaintDC dc(this);
     }
-    void OnTimer(UINT_PTR nIDEvent)
-    {
-        log_ += "timer" + std::to_string(nIDEvent) + " ";
-        if (m_onTimer)
-            m_onTimer(*this);
-    }
-    void OnCloseCommand() { m_onCommand(*this); }
+    void OnTimer(UINT_PTR) { Do(WM_TIMER, "timer "); }
+    void OnCloseCommand() { Do(WM_COMMAND, "command "); }
     void OnUpdateCloseCommand(CCmdUI* pCmdUI) { pCmdUI->Enable(m_bCommandEnabled); }
     LRESULT OnAsk(WPARAM wParam, LPARAM lParam)
     {
-        if (m_onAsk)
-            m_onAsk(*this);
-        return static_cast<LRESULT>(wParam) + lParam; // touches nothing: the object may be gone
+        Do(kAsk, "asked ");
+        return static_cast<LRESULT>(wParam) + lParam;
+    }
+    LRESULT OnSwallowed(WPARAM, LPARAM)
+    {
+        ADD_FAILURE() << "the message was dealt with before";
+        return 0;
+    }
+    void OnIdleUpdate()
+    {
+        m_nIdle++;
+        Do(WM_IDLEUPDATECMDUI, "");
     }
     void OnDestroy()
     {
-        log_ += "destroy ";
+        m_log += "destroy ";
         CFrameWnd::OnDestroy();
     }
     void OnClose()
     {
-        log_ += "close ";
+        m_log += "close ";
         CFrameWnd::OnClose();
         AfxPostQuitMessage(0);
     }
     DECLARE_MESSAGE_MAP()
 
 private:
-    std::string& log_;
+    // False: nothing is to be done. Afterwards the object may be gone.
+    bool Do(UINT message, const char* pszNoted)
+    {
+        m_log += pszNoted;
+        const auto found = m_deeds.find(message);
+        if (found == m_deeds.end())
+            return false;
+        const Deed deed = found->second;
+        deed(*this);
+        return true;
+    }
+
+    std::string& m_log;
 };
 
 BEGIN_MESSAGE_MAP(NotingFrame, CFrameWnd)
@@ -80,6 +99,8 @@ ON_WM_CLOSE()
 ON_COMMAND(kCloseCommand, &NotingFrame::OnCloseCommand)
 ON_UPDATE_COMMAND_UI(kCloseCommand, &NotingFrame::OnUpdateCloseCommand)
 ON_MESSAGE(kAsk, &NotingFrame::OnAsk)
+ON_MESSAGE(kSwallowed, &NotingFrame::OnSwallowed)
+ON_MESSAGE_VOID(WM_IDLEUPDATECMDUI, &NotingFrame::OnIdleUpdate)
 END_MESSAGE_MAP()
 
 void Close(NotingFrame& frame)
@@ -87,32 +108,36 @@ void Close(NotingFrame& frame)
     frame.SendMessage(WM_CLOSE);
 }
 
+// A program with a main window, which `prepare` makes ready and says whether to run.
 class Program : public CWinApp {
 public:
-    std::function<BOOL(Program&)> m_init;
+    explicit Program(std::function<BOOL(NotingFrame&)> prepare) : m_prepare(std::move(prepare)) {}
+    ~Program() override
+    {
+        MSG msg;
+        PeekMessageA(&msg, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE); // leave the thread's queue clean
+    }
+    int RunAsMain() { return AfxWinMain(AfxGetInstanceHandle(), nullptr, nullptr, SW_SHOWNORMAL); }
+
     std::string m_strLog;
 
-    BOOL InitInstance() override { return m_init(*this); }
+protected:
+    BOOL InitInstance() override
+    {
+        auto* const pFrame = new NotingFrame(m_strLog);
+        EXPECT_TRUE(pFrame->CreateFrame());
+        m_pMainWnd = pFrame;
+        return m_prepare(*pFrame);
+    }
     int ExitInstance() override
     {
         m_strLog += "exit ";
         return CWinApp::ExitInstance();
     }
-};
 
-// Runs a program whose main window is prepared by `prepare` once it exists.
-int RunProgram(Program& program, const std::function<void(NotingFrame&)>& prepare)
-{
-    program.m_init = [&](Program& self) -> BOOL {
-        auto* const pFrame = new NotingFrame(self.m_strLog);
-        if (!pFrame->CreateFrame())
-            return FALSE;
-        self.m_pMainWnd = pFrame;
-        prepare(*pFrame);
-        return TRUE;
-    };
-    return AfxWinMain(AfxGetInstanceHandle(), nullptr, nullptr, SW_SHOWNORMAL);
-}
+private:
+    const std::function<BOOL(NotingFrame&)> m_prepare;
+};
 
 struct EndCase {
     const char* why;
@@ -122,27 +147,27 @@ struct EndCase {
 // Every one of them destroys window and object while a handler of theirs runs.
 const EndCase kEnds[] = {
     { "posted WM_CLOSE", [](NotingFrame& f) { f.PostMessage(WM_CLOSE); } },
-    { "closed by a timer", [](NotingFrame& f) { f.m_onTimer = Close, f.SetTimer(1, 10, nullptr); } },
-    { "closed while painting", [](NotingFrame& f) { f.m_onPaint = Close, f.Invalidate(); } },
-    { "closed by a command", [](NotingFrame& f) { f.m_onCommand = Close, f.PostMessage(WM_COMMAND, kCloseCommand); } },
+    { "closed while painting", [](NotingFrame& f) { f.m_deeds[WM_PAINT] = Close, f.Invalidate(); } },
+    { "closed by a command",
+      [](NotingFrame& f) { f.m_deeds[WM_COMMAND] = Close, f.PostMessage(WM_COMMAND, kCloseCommand); } },
     { "closed by a message sent from a handler",
       [](NotingFrame& f) {
-          f.m_onAsk = Close;
-          f.m_onTimer = [](NotingFrame& self) { self.SendMessage(kAsk); };
+          f.m_deeds[kAsk] = Close;
+          f.m_deeds[WM_TIMER] = [](NotingFrame& self) { self.SendMessage(kAsk); };
           f.SetTimer(1, 10, nullptr);
       } },
     { "destroyed without WM_CLOSE",
-      [](NotingFrame& f) { f.m_onAsk = [](NotingFrame& s) { s.DestroyWindow(); }, f.PostMessage(kAsk); } },
+      [](NotingFrame& f) { f.m_deeds[kAsk] = [](NotingFrame& s) { s.DestroyWindow(); }, f.PostMessage(kAsk); } },
     { "deleted like any object",
-      [](NotingFrame& f) { f.m_onAsk = [](NotingFrame& s) { delete &s; }, f.PostMessage(kAsk); } },
+      [](NotingFrame& f) { f.m_deeds[kAsk] = [](NotingFrame& s) { delete &s; }, f.PostMessage(kAsk); } },
 };
 
 TEST(CFrameWnd, MayEndInsideItsHandlers)
 {
     for (const EndCase& c : kEnds) {
         SCOPED_TRACE(c.why);
-        Program program;
-        EXPECT_EQ(RunProgram(program, c.prepare), 0);
+        Program program([&](NotingFrame& frame) { return c.prepare(frame), TRUE; });
+        EXPECT_EQ(program.RunAsMain(), 0);
         EXPECT_EQ(program.m_pMainWnd, nullptr);
         EXPECT_TRUE(program.m_strLog.ends_with("deleted exit ")) << program.m_strLog;
         EXPECT_EQ(program.m_strLog.find("deleted"), program.m_strLog.rfind("deleted"));
@@ -151,12 +176,11 @@ TEST(CFrameWnd, MayEndInsideItsHandlers)
 
 TEST(CWinApp, GivesTheExitCodeOfTheQuitMessage)
 {
-    Program program;
-    const int nExit = RunProgram(program, [](NotingFrame& frame) {
-        frame.m_onAsk = [](NotingFrame&) { AfxPostQuitMessage(7); };
-        frame.PostMessage(kAsk);
+    Program program([](NotingFrame& frame) {
+        frame.m_deeds[kAsk] = [](NotingFrame&) { AfxPostQuitMessage(7); };
+        return frame.PostMessage(kAsk);
     });
-    EXPECT_EQ(nExit, 7);
+    EXPECT_EQ(program.RunAsMain(), 7);
     ASSERT_NE(program.m_pMainWnd, nullptr) << "the window is still there";
     program.m_pMainWnd->DestroyWindow();
     MSG msg;
@@ -165,34 +189,23 @@ TEST(CWinApp, GivesTheExitCodeOfTheQuitMessage)
 
 TEST(CWinApp, EndsWhenItsStartFails)
 {
-    Program program;
-    program.m_init = [](Program& self) -> BOOL {
-        auto* const pFrame = new NotingFrame(self.m_strLog);
-        pFrame->CreateFrame();
-        self.m_pMainWnd = pFrame;
-        self.m_strLog.clear();
-        return FALSE;
-    };
-    AfxWinMain(AfxGetInstanceHandle(), nullptr, nullptr, SW_SHOWNORMAL);
-    EXPECT_EQ(program.m_strLog, "destroy deleted exit ");
-    MSG msg;
-    PeekMessageA(&msg, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE); // leave the thread's queue clean
+    Program program([](NotingFrame&) { return FALSE; });
+    program.RunAsMain();
+    EXPECT_TRUE(program.m_strLog.ends_with("destroy deleted exit ")) << program.m_strLog;
 }
 
 TEST(CFrameWnd, StaysTheCallersWhenItCannotBeMade)
 {
     std::string log;
-    const auto pFrame = std::make_unique<NotingFrame>(log);
-    EXPECT_FALSE(pFrame->Create("no such class", "frame", WS_POPUP, CRect(0, 0, 40, 30)));
-    EXPECT_EQ(pFrame->m_hWnd, nullptr);
-    pFrame->m_onCreate = [] { return -1; };
-    EXPECT_FALSE(pFrame->CreateFrame());
-    EXPECT_EQ(pFrame->m_hWnd, nullptr);
+    NotingFrame frame(log);
+    EXPECT_FALSE(frame.Create("no such class", "frame", WS_POPUP, CRect(0, 0, 40, 30)));
+    frame.m_nCreated = -1;
+    EXPECT_FALSE(frame.CreateFrame());
     EXPECT_EQ(log, "create destroy ");
-    log.clear();
-    pFrame->m_onCreate = []() -> int { AfxThrowMemoryException(); };
-    EXPECT_FALSE(pFrame->CreateFrame()) << "an exception in OnCreate is a refusal";
-    EXPECT_EQ(log, "create destroy ");
+    frame.m_deeds[WM_CREATE] = [](NotingFrame&) { AfxThrowMemoryException(); };
+    EXPECT_FALSE(frame.CreateFrame()) << "an exception in OnCreate is a refusal";
+    EXPECT_EQ(log, "create destroy create destroy ");
+    EXPECT_EQ(frame.m_hWnd, nullptr);
 }
 
 TEST(CFrameWnd, AnswersMessagesAndCommands)
@@ -203,59 +216,23 @@ TEST(CFrameWnd, AnswersMessagesAndCommands)
     EXPECT_EQ(CWnd::FromHandlePermanent(pFrame->m_hWnd), pFrame);
     EXPECT_EQ(pFrame->SendMessage(kAsk, 40, 2), 42);
 
-    int nCommands = 0;
-    pFrame->m_onCommand = [&](NotingFrame&) { nCommands++; };
+    log.clear();
     pFrame->SendMessage(WM_COMMAND, kCloseCommand);
     pFrame->m_bCommandEnabled = FALSE;
     pFrame->SendMessage(WM_COMMAND, kCloseCommand);
-    EXPECT_EQ(nCommands, 1) << "a disabled command does not run";
-    pFrame->m_bCommandEnabled = TRUE;
+    EXPECT_EQ(log, "command ") << "a disabled command does not run";
     pFrame->SendMessage(WM_COMMAND, kCloseCommand, reinterpret_cast<LPARAM>(pFrame->m_hWnd));
     pFrame->SendMessage(WM_COMMAND, kCloseCommand + 1);
     pFrame->SendMessage(WM_COMMAND, 0);
-    EXPECT_EQ(nCommands, 2);
+    EXPECT_EQ(log, "command command ") << "a control's notification is no command that could be disabled";
+
+    pFrame->m_deeds[WM_PAINT] = [](NotingFrame&) { AfxThrowMemoryException(); };
+    pFrame->Invalidate();
+    pFrame->UpdateWindow();
+    EXPECT_FALSE(pFrame->GetUpdateRect(nullptr)) << "a paint that throws is not tried for ever";
     pFrame->DestroyWindow();
     EXPECT_TRUE(log.ends_with("destroy deleted ")) << log;
 }
-
-TEST(CFrameWnd, ValidatesAPaintThatThrows)
-{
-    std::string log;
-    auto* const pFrame = new NotingFrame(log);
-    ASSERT_TRUE(pFrame->CreateFrame());
-    pFrame->m_onPaint = [](NotingFrame&) { AfxThrowMemoryException(); };
-    pFrame->Invalidate();
-    pFrame->UpdateWindow();
-    EXPECT_FALSE(pFrame->GetUpdateRect(nullptr));
-    pFrame->DestroyWindow();
-}
-
-// What reaches the frames when the queue is empty, and what comes before dispatching.
-class WatchingFrame : public CFrameWnd {
-public:
-    int m_nIdle = 0;
-    BOOL m_bCloseWhenIdle = FALSE;
-    BOOL PreTranslateMessage(MSG* pMsg) override { return pMsg->message == WM_APP + 1; }
-
-protected:
-    void OnIdleUpdate()
-    {
-        m_nIdle++;
-        if (m_bCloseWhenIdle)
-            DestroyWindow();
-    }
-    LRESULT OnNever(WPARAM, LPARAM)
-    {
-        ADD_FAILURE() << "the message was dealt with before";
-        return 0;
-    }
-    DECLARE_MESSAGE_MAP()
-};
-
-BEGIN_MESSAGE_MAP(WatchingFrame, CFrameWnd)
-ON_MESSAGE_VOID(WM_IDLEUPDATECMDUI, &WatchingFrame::OnIdleUpdate)
-ON_MESSAGE(WM_APP + 1, &WatchingFrame::OnNever)
-END_MESSAGE_MAP()
 
 // Counts how often the thread is idle, and posts what a test gives it at that time.
 class CountingProgram : public CWinApp {
@@ -281,12 +258,13 @@ public:
 TEST(CWinThread, UpdatesEveryShownFrameOnceForEachTurnOfWork)
 {
     CountingProgram program;
-    WatchingFrame* frames[3];
-    for (WatchingFrame*& pFrame : frames) {
-        pFrame = new WatchingFrame;
-        ASSERT_TRUE(pFrame->Create(nullptr, "frame", WS_POPUP | WS_VISIBLE, CRect(0, 0, 40, 30)));
-    }
-    auto* const pChild = new WatchingFrame;
+    std::string log;
+    NotingFrame* frames[4];
+    for (NotingFrame*& pFrame : frames)
+        pFrame = new NotingFrame(log);
+    NotingFrame* const pChild = frames[3];
+    for (int i = 0; i < 3; i++)
+        ASSERT_TRUE(frames[i]->CreateFrame());
     ASSERT_TRUE(pChild->Create(nullptr, "child", WS_CHILD | WS_VISIBLE, CRect(0, 0, 9, 9), frames[1]));
     frames[2]->ShowWindow(SW_HIDE);
     MSG msg;
@@ -294,17 +272,16 @@ TEST(CWinThread, UpdatesEveryShownFrameOnceForEachTurnOfWork)
         DispatchMessageA(&msg);
 
     program.m_pMainWnd = frames[0];
-    program.m_messages = { WM_APP + 1, WM_APP + 2 };
+    program.m_messages = { kSwallowed, kSwallowed + 1 };
     program.Run();
     EXPECT_EQ(program.m_nIdle, 3) << "at first and after each of two messages";
-    EXPECT_EQ(frames[0]->m_nIdle, 3);
-    EXPECT_EQ(frames[1]->m_nIdle, 3);
-    EXPECT_EQ(pChild->m_nIdle, 3);
+    for (const int shown : { 0, 1, 3 })
+        EXPECT_EQ(frames[shown]->m_nIdle, 3);
     EXPECT_EQ(frames[2]->m_nIdle, 0) << "hidden";
 
     program.m_pMainWnd = nullptr;
-    frames[0]->m_bCloseWhenIdle = TRUE;
-    pChild->m_bCloseWhenIdle = TRUE;
+    for (NotingFrame* const pEnding : { frames[0], pChild })
+        pEnding->m_deeds[WM_IDLEUPDATECMDUI] = [](NotingFrame& frame) { frame.DestroyWindow(); };
     const HWND hChild = pChild->m_hWnd;
     program.OnIdle(0);
     EXPECT_FALSE(IsWindow(hChild));

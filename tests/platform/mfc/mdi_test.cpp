@@ -1,7 +1,5 @@
 #include "tests/platform/mfc/ScreenTest.h"
 
-#include <string>
-
 namespace {
 
 class Child : public CMDIChildWnd {
@@ -63,13 +61,6 @@ protected:
         m_pFrame->SetActiveWindow();
         Pump();
     }
-    ~MdiTest() override
-    {
-        if (m_program.m_pMainWnd)
-            m_pFrame->DestroyWindow();
-        MSG msg;
-        PeekMessageA(&msg, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
-    }
     Child* NewChild(char name, const CRect& rect)
     {
         auto* const pChild = new Child(m_log, name);
@@ -78,7 +69,6 @@ protected:
     }
     std::string Log() { return std::exchange(m_log, ""); }
 
-    std::string m_log;
     Frame* const m_pFrame = new Frame(m_log);
 };
 

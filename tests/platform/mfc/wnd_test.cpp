@@ -35,10 +35,16 @@ HWND MakePlainWindow()
 
 class Answering : public CWnd {
 public:
+    int m_nAsked = 0;
     int m_nGone = 0;
 
 protected:
-    LRESULT OnQuestion(WPARAM wParam, LPARAM) { return wParam == 1 ? Default() + 1 : 1; }
+    LRESULT OnQuestion(WPARAM wParam, LPARAM)
+    {
+        m_nAsked++;
+        SendMessage(WM_NULL); // must not become what Default goes on with
+        return wParam == 1 ? Default() + 1 : 1;
+    }
     void PostNcDestroy() override { m_nGone++; }
     DECLARE_MESSAGE_MAP()
 };
@@ -50,7 +56,6 @@ END_MESSAGE_MAP()
 TEST(CWnd, SubclassesAWindowAndGivesItBack)
 {
     const HWND hWnd = MakePlainWindow();
-    ASSERT_TRUE(hWnd);
     Answering window;
     ASSERT_TRUE(window.SubclassWindow(hWnd));
     EXPECT_FALSE(window.SubclassWindow(hWnd)) << "an object has one window";
@@ -62,6 +67,12 @@ TEST(CWnd, SubclassesAWindowAndGivesItBack)
     window.DestroyWindow();
     EXPECT_EQ(window.m_hWnd, nullptr);
     EXPECT_EQ(window.m_nGone, 1);
+    const HWND hOther = MakePlainWindow();
+    {
+        Answering other;
+        other.SubclassWindow(hOther);
+    }
+    EXPECT_FALSE(IsWindow(hOther)) << "it goes with its object";
 }
 
 TEST(CWnd, SubclassesWindowsOfForeignClassesItMakes)
@@ -73,7 +84,7 @@ TEST(CWnd, SubclassesWindowsOfForeignClassesItMakes)
 
 TEST(CWnd, AttachedOnlyOwnsTheWindow)
 {
-    HWND hWnd = MakePlainWindow();
+    const HWND hWnd = MakePlainWindow();
     {
         Answering window;
         ASSERT_TRUE(window.Attach(hWnd));
@@ -82,21 +93,27 @@ TEST(CWnd, AttachedOnlyOwnsTheWindow)
         EXPECT_EQ(window.Detach(), hWnd);
         EXPECT_TRUE(IsWindow(hWnd));
         window.Attach(hWnd);
+        window.DestroyWindow();
+        EXPECT_EQ(window.m_hWnd, nullptr) << "it cannot hear of its window's end";
     }
-    EXPECT_FALSE(IsWindow(hWnd)) << "it goes with its object";
 }
 
-TEST(CWnd, HasTemporaryObjectsUntilIdle)
+TEST(TemporaryObjects, OwnNothingAndGoWhenTheThreadIsIdle)
 {
     const HWND hWnd = MakePlainWindow();
-    CWnd* const pTemporary = CWnd::FromHandle(hWnd);
-    EXPECT_EQ(pTemporary->m_hWnd, hWnd);
-    EXPECT_EQ(CWnd::FromHandle(hWnd), pTemporary);
+    const HBRUSH hBrush = CreateSolidBrush(RGB(1, 2, 3));
+    const HDC hDC = CreateCompatibleDC(nullptr);
+    const HMENU hMenu = GetSystemMenu(hWnd, FALSE);
+    EXPECT_EQ(CWnd::FromHandle(hWnd)->m_hWnd, hWnd);
+    EXPECT_EQ(CWnd::FromHandle(hWnd), CWnd::FromHandle(hWnd));
     EXPECT_EQ(CWnd::FromHandlePermanent(hWnd), nullptr);
     EXPECT_EQ(CWnd::FromHandle(nullptr), nullptr);
-    CWnd::DeleteTempMap();
-    EXPECT_TRUE(IsWindow(hWnd)) << "a temporary object owns nothing";
-    DestroyWindow(hWnd);
+    EXPECT_EQ(CBrush::FromHandle(hBrush), CBrush::FromHandle(hBrush));
+    EXPECT_EQ(CGdiObject::FromHandle(hBrush)->m_hObject, hBrush);
+    EXPECT_EQ(CDC::FromHandle(hDC)->m_hAttribDC, hDC);
+    EXPECT_EQ(CMenu::FromHandle(hMenu)->m_hMenu, hMenu);
+    CWinThread().OnIdle(1);
+    EXPECT_TRUE(IsMenu(hMenu) && DestroyWindow(hWnd) && DeleteObject(hBrush) && DeleteDC(hDC));
 }
 
 TEST(CWnd, ReachesTheWindowsWithin)
@@ -110,13 +127,15 @@ TEST(CWnd, ReachesTheWindowsWithin)
     EXPECT_EQ(child.GetParent(), pFrame);
     EXPECT_EQ(grandchild.GetTopLevelParent(), pFrame);
 
-    pFrame->RecalcLayout();
+    pFrame->MoveWindow(CRect(0, 0, 120, 90));
     CRect rcChild, rcClient;
     child.GetWindowRect(&rcChild);
     pFrame->GetClientRect(&rcClient);
     pFrame->ScreenToClient(&rcChild);
     EXPECT_EQ(rcChild, rcClient);
 
+    pFrame->SendMessageToDescendants(kQuestion, 0, 0, TRUE, TRUE);
+    EXPECT_EQ(grandchild.m_nAsked, 1);
     pFrame->SendMessageToDescendants(WM_CLOSE, 0, 0, TRUE, TRUE);
     EXPECT_EQ(child.m_nGone, 1);
     EXPECT_EQ(grandchild.m_nGone, 1) << "went with its parent, in the middle of the walk";
@@ -138,15 +157,18 @@ END_MESSAGE_MAP()
 // Answers for some of its controls itself; one of them takes the whole window away.
 class AnsweringFrame : public CFrameWnd {
 public:
+    AnsweringFrame() { EXPECT_TRUE(Create(nullptr, "frame", WS_POPUP, CRect(0, 0, 100, 100))); }
     CCmdUI m_cmdUI; // goes with the frame
 
 protected:
     void OnUpdate(CCmdUI* pCmdUI) { pCmdUI->Enable(TRUE); }
+    void OnUpdatePassedOn(CCmdUI* pCmdUI) { pCmdUI->ContinueRouting(); }
     void OnUpdateLast(CCmdUI*) { DestroyWindow(); }
     DECLARE_MESSAGE_MAP()
 };
 
 BEGIN_MESSAGE_MAP(AnsweringFrame, CFrameWnd)
+ON_UPDATE_COMMAND_UI(23, &AnsweringFrame::OnUpdatePassedOn)
 ON_UPDATE_COMMAND_UI(24, &AnsweringFrame::OnUpdate)
 ON_UPDATE_COMMAND_UI(25, &AnsweringFrame::OnUpdateLast)
 END_MESSAGE_MAP()
@@ -160,9 +182,12 @@ struct ControlCase {
 };
 
 const ControlCase kControls[] = {
-    { "somebody handles the command", 21, TRUE, WS_DISABLED, TRUE },   { "nobody does", 22, TRUE, 0, FALSE },
-    { "nobody does, and that is all right", 22, FALSE, 0, TRUE },      { "the target says no", 23, FALSE, 0, FALSE },
-    { "the window has the first word", 24, FALSE, WS_DISABLED, TRUE }, { "no command", 0xFFFF, TRUE, 0, TRUE },
+    { "somebody handles the command", 21, TRUE, WS_DISABLED, TRUE },
+    { "nobody does", 22, TRUE, 0, FALSE },
+    { "nobody does, and that is all right", 22, FALSE, 0, TRUE },
+    { "the window passes it on, the target says no", 23, FALSE, 0, FALSE },
+    { "the window has the first word", 24, FALSE, WS_DISABLED, TRUE },
+    { "no command", 0xFFFF, TRUE, 0, TRUE },
 };
 
 TEST(CWnd, EnablesControlsAsWindowAndTargetSay)
@@ -170,7 +195,6 @@ TEST(CWnd, EnablesControlsAsWindowAndTargetSay)
     for (const ControlCase& c : kControls) {
         SCOPED_TRACE(c.why);
         auto* const pFrame = new AnsweringFrame;
-        ASSERT_TRUE(pFrame->Create(nullptr, "frame", WS_POPUP, CRect(0, 0, 100, 100)));
         CWnd control;
         ASSERT_TRUE(control.Create(nullptr, "", c.dwBefore, CRect(0, 0, 9, 9), pFrame, c.nID));
         CommandOwner owner;
@@ -183,7 +207,6 @@ TEST(CWnd, EnablesControlsAsWindowAndTargetSay)
 TEST(CWnd, StopsAskingWhenAnAnswerWasItsEnd)
 {
     auto* const pFrame = new AnsweringFrame;
-    ASSERT_TRUE(pFrame->Create(nullptr, "frame", WS_POPUP, CRect(0, 0, 100, 100)));
     CWnd first, second;
     ASSERT_TRUE(first.Create(nullptr, "", 0, CRect(0, 0, 9, 9), pFrame, 25));
     ASSERT_TRUE(second.Create(nullptr, "", 0, CRect(9, 0, 18, 9), pFrame, 25));
@@ -193,7 +216,6 @@ TEST(CWnd, StopsAskingWhenAnAnswerWasItsEnd)
     EXPECT_FALSE(IsWindow(hFrame));
 
     auto* const pOther = new AnsweringFrame;
-    ASSERT_TRUE(pOther->Create(nullptr, "frame", WS_POPUP, CRect(0, 0, 100, 100)));
     pOther->m_cmdUI.m_nID = 25;
     EXPECT_TRUE(pOther->m_cmdUI.DoUpdate(pOther, TRUE));
 }
@@ -232,16 +254,6 @@ TEST(CWnd, CentresItself)
         const CPoint origin = c.dwStyle & WS_CHILD ? c.rcOwner.TopLeft() : CPoint(0, 0);
         EXPECT_EQ(rect, c.rcExpected + origin);
     }
-}
-
-TEST(CWnd, PutsItselfAway)
-{
-    const HWND hWnd = MakePlainWindow();
-    {
-        Answering window;
-        window.SubclassWindow(hWnd);
-    }
-    EXPECT_FALSE(IsWindow(hWnd));
 }
 
 } // namespace
