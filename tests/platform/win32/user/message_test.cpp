@@ -31,7 +31,8 @@ TEST_F(Messages, ComeInTheirOrder)
 {
     const TestWindow window(journal_, {});
     show(window);
-    SetTimer(window.get(), 1, 10, nullptr);
+    for (const UINT_PTR id : { 1, 2 })
+        SetTimer(window.get(), id, 10, nullptr);
     ASSERT_TRUE(pass(11));
     InvalidateRect(window.get(), nullptr, FALSE);
     screen_->press_key('A');
@@ -49,7 +50,9 @@ TEST_F(Messages, ComeInTheirOrder)
     EXPECT_EQ(next(), "KEYDOWN");
     EXPECT_EQ(next(), "PAINT");
     ValidateRect(window.get(), nullptr);
-    KillTimer(window.get(), 1);
+    EXPECT_EQ(next(), "TIMER");
+    for (const UINT_PTR id : { 1, 2 })
+        KillTimer(window.get(), id);
     EXPECT_EQ(next(), "none");
 }
 
@@ -119,67 +122,55 @@ TEST_F(Messages, OfTimersAreCoalesced)
 
 TEST_F(Messages, FromAnotherThreadAreAnswered)
 {
-    std::unique_ptr<TestWindow> window;
+    HWND window = nullptr;
     std::atomic<DWORD> handled_on{ 0 };
     {
-        const LoopThread other([&] {
-            window = std::make_unique<TestWindow>(
-                journal_, WindowPlan{ .handlers = { { WM_USER, [&](HWND, WPARAM wparam, LPARAM lparam) {
-                                                         handled_on = GetCurrentThreadId();
-                                                         return static_cast<LRESULT>(wparam) * lparam;
-                                                     } } } });
+        const WindowElsewhere other(journal_, [&](HWND, WPARAM wparam, LPARAM lparam) {
+            handled_on = GetCurrentThreadId();
+            return static_cast<LRESULT>(wparam) * lparam;
         });
-        EXPECT_EQ(SendMessageA(window->get(), WM_USER, 6, 7), 42);
-        EXPECT_EQ(handled_on, other.id());
-        EXPECT_EQ(GetWindowThreadProcessId(window->get(), nullptr), other.id());
-        EXPECT_FALSE(DestroyWindow(window->get()));
-        EXPECT_EQ(SetTimer(window->get(), 1, 10, nullptr), 0U);
-        EXPECT_FALSE(ShowWindow(window->get(), SW_SHOW)); // carried out over there
-        EXPECT_TRUE(IsWindowVisible(window->get()));
+        window = other.get();
+        EXPECT_EQ(SendMessageA(window, WM_USER, 6, 7), 42);
+        EXPECT_EQ(handled_on, other.thread());
+        EXPECT_EQ(GetWindowThreadProcessId(window, nullptr), other.thread());
+        EXPECT_FALSE(DestroyWindow(window));
+        EXPECT_EQ(SetTimer(window, 1, 10, nullptr), 0U);
+        EXPECT_FALSE(ShowWindow(window, SW_SHOW)); // carried out over there
+        EXPECT_TRUE(IsWindowVisible(window));
         EXPECT_EQ(GetActiveWindow(), nullptr);
-        EXPECT_EQ(GetForegroundWindow(), window->get());
+        EXPECT_EQ(GetForegroundWindow(), window);
     }
     // The thread's end took the window along.
-    EXPECT_FALSE(IsWindow(window->get()));
-    EXPECT_EQ(SendMessageA(window->get(), WM_USER, 6, 7), 0);
+    EXPECT_FALSE(IsWindow(window));
+    EXPECT_EQ(SendMessageA(window, WM_USER, 6, 7), 0);
     EXPECT_TRUE(screen_->stack().empty());
 }
 
 TEST_F(Messages, AreServedWhileTheThreadWaitsForAnAnswer)
 {
-    const TestWindow mine(journal_,
-                          { .handlers = { { WM_USER, [](HWND, WPARAM depth, LPARAM other) {
-                                               const auto target = reinterpret_cast<HWND>(other);
-                                               return depth == 0 ? 1 : 1 + SendMessageA(target, WM_USER, depth - 1, 0);
-                                           } } } });
-    std::unique_ptr<TestWindow> theirs;
-    const LoopThread other([&] {
-        theirs = std::make_unique<TestWindow>(
-            journal_, WindowPlan{ .handlers = { { WM_USER, [&](HWND window, WPARAM depth, LPARAM) {
-                                                     return 10 + SendMessageA(mine.get(), WM_USER, depth,
-                                                                              reinterpret_cast<LPARAM>(window));
-                                                 } } } });
+    TestWindow mine(journal_, {});
+    mine.on(WM_USER, [](HWND, WPARAM depth, LPARAM other) {
+        return depth == 0 ? 1 : 1 + SendMessageA(reinterpret_cast<HWND>(other), WM_USER, depth - 1, 0);
     });
-    EXPECT_EQ(SendMessageA(theirs->get(), WM_USER, 3, 0), 44);
+    const WindowElsewhere theirs(journal_, [&](HWND window, WPARAM depth, LPARAM) {
+        return 10 + SendMessageA(mine.get(), WM_USER, depth, reinterpret_cast<LPARAM>(window));
+    });
+    EXPECT_EQ(SendMessageA(theirs.get(), WM_USER, 3, 0), 44);
 }
 
 TEST_F(Messages, ToAWindowThatGoesAreAnsweredWithZero)
 {
-    std::unique_ptr<TestWindow> window;
     std::atomic<bool> busy{ false };
     std::atomic<bool> may_go{ false };
-    const LoopThread other([&] {
-        window = std::make_unique<TestWindow>(
-            journal_, WindowPlan{ .handlers = { { WM_USER, [&](HWND handle, WPARAM, LPARAM) {
-                                                     busy = true;
-                                                     EXPECT_TRUE(wait_until([&] { return may_go.load(); }));
-                                                     DestroyWindow(handle);
-                                                     return 1;
-                                                 } } } });
+    const WindowElsewhere window(journal_, [&](HWND handle, WPARAM, LPARAM) {
+        busy = true;
+        EXPECT_TRUE(wait_until([&] { return may_go.load(); }));
+        DestroyWindow(handle);
+        return 1;
     });
-    PostMessageA(window->get(), WM_USER, 0, 0);
+    PostMessageA(window.get(), WM_USER, 0, 0);
     ASSERT_TRUE(wait_until([&] { return busy.load(); }));
-    std::thread sender([&] { EXPECT_EQ(SendMessageA(window->get(), WM_USER, 1, 0), 0); });
+    std::thread sender([&] { EXPECT_EQ(SendMessageA(window.get(), WM_USER, 1, 0), 0); });
     may_go = true;
     sender.join();
 }

@@ -171,7 +171,7 @@ TEST_F(Painting, ShowsOfAnyTreeOfWindowsWhatLiesInFront)
         Pane& pane = panes[chosen];
         const HWND window = pane.window->get();
         std::vector<Pane*>& siblings = panes[(chosen - 1) / 3].children;
-        switch (random() % 5) {
+        switch (random() % 6) {
         case 0:
             pane.rect = any_rect();
             MoveWindow(window, pane.rect.left, pane.rect.top, pane.rect.right - pane.rect.left,
@@ -190,11 +190,14 @@ TEST_F(Painting, ShowsOfAnyTreeOfWindowsWhatLiesInFront)
             pane.outline = any_rect();
             SetWindowRgn(window, CreateRectRgnIndirect(&*pane.outline), TRUE);
             break;
-        default:
+        case 4:
             pane.outline.reset();
             SetWindowRgn(window, nullptr, TRUE);
+            break;
+        default:
+            InvalidateRect(window, nullptr, FALSE);
         }
-        run_queue();
+        turn % 2 ? run_queue() : (void)UpdateWindow(panes[0].window->get());
         const auto picture = screen_->picture();
         int wrong = 0;
         for (int y = 0; y < 80; y++) {
@@ -210,7 +213,7 @@ TEST_F(Painting, ShowsOfAnyTreeOfWindowsWhatLiesInFront)
 
 TEST_F(Painting, AsksForWhatANewSizeUncovers)
 {
-    for (const UINT class_style : { 0U, CS_HREDRAW | CS_VREDRAW }) {
+    for (const UINT class_style : { 0U, CS_HREDRAW, CS_VREDRAW }) {
         SCOPED_TRACE(class_style);
         TestWindow window(journal_, { .class_style = class_style, .handlers = { { WM_PAINT, painter(kRed) } } });
         show(window);

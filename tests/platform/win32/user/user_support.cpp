@@ -184,22 +184,20 @@ win32::SurfaceId UserTest::surface_of(HWND window)
     return 0;
 }
 
-LoopThread::LoopThread(std::function<void()> start)
+WindowElsewhere::WindowElsewhere(Journal& journal, Handler at_user)
 {
     std::promise<DWORD> ready;
-    std::future<DWORD> id = ready.get_future();
-    thread_ = std::thread([&ready, begin = std::move(start)] {
-        begin();
-        MSG message;
-        PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE);
+    thread_ = std::thread([&] {
+        window_ = std::make_unique<TestWindow>(journal, WindowPlan{ .handlers = { { WM_USER, std::move(at_user) } } });
         ready.set_value(GetCurrentThreadId());
+        MSG message;
         while (GetMessageA(&message, nullptr, 0, 0) > 0)
             DispatchMessageA(&message);
     });
-    id_ = id.get();
+    id_ = ready.get_future().get();
 }
 
-LoopThread::~LoopThread()
+WindowElsewhere::~WindowElsewhere()
 {
     PostThreadMessageA(id_, WM_QUIT, 0, 0);
     thread_.join();

@@ -122,15 +122,17 @@ protected:
     Journal journal_;
 };
 
-// A thread with a message loop that runs `start` first and ends with WM_QUIT, which its destructor posts.
-class LoopThread {
+// A window of another thread, whose loop ends with it.
+class WindowElsewhere {
 public:
-    explicit LoopThread(std::function<void()> start);
-    ~LoopThread();
+    WindowElsewhere(Journal& journal, Handler at_user); // what it does at WM_USER
+    ~WindowElsewhere();
 
-    DWORD id() const { return id_; }
+    HWND get() const { return window_->get(); }
+    DWORD thread() const { return id_; }
 
 private:
+    std::unique_ptr<TestWindow> window_; // goes with the thread at the latest
     DWORD id_ = 0;
     std::thread thread_;
 };

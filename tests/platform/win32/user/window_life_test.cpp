@@ -61,6 +61,18 @@ TEST_F(Windows, GoWithTheirChildrenAndTheWindowsTheyOwn)
     EXPECT_FALSE(DestroyWindow(owner.get()));
 }
 
+TEST_F(Windows, LeaveTheirActivityToTheirOwner)
+{
+    const TestWindow owner(journal_, {});
+    const TestWindow owned(journal_, { .parent = owner.get() });
+    const TestWindow other(journal_, {});
+    for (const TestWindow* each : { &owner, &other, &owned })
+        show(*each);
+    SetWindowPos(other.get(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    DestroyWindow(owned.get());
+    EXPECT_EQ(GetActiveWindow(), owner.get());
+}
+
 struct PlaceCase {
     const char* why;
     RECT place; // left, top, width, height
@@ -159,6 +171,7 @@ TEST_F(Windows, MinimiseMaximiseAndComeBack)
 {
     const TestWindow window(journal_, {});
     ShowWindow(window.get(), SW_SHOW);
+    MoveWindow(window.get(), 11, 22, 100, 80, TRUE);
     journal_.keep_only({ WM_SIZE });
     const auto command = [&](WPARAM which) { SendMessageA(window.get(), WM_SYSCOMMAND, which, 0); };
     command(SC_MINIMIZE);
@@ -172,7 +185,7 @@ TEST_F(Windows, MinimiseMaximiseAndComeBack)
     SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0);
     EXPECT_EQ(rect_of(window.get()), work);
     command(SC_RESTORE);
-    EXPECT_EQ(rect_of(window.get()), (RECT{ 10, 20, 110, 100 }));
+    EXPECT_EQ(rect_of(window.get()), (RECT{ 11, 22, 111, 102 }));
     EXPECT_EQ(journal_.take(), "SIZE SIZE SIZE SIZE");
 }
 
