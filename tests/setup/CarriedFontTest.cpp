@@ -33,14 +33,13 @@ std::string Drawn(const std::string& strText)
 std::set<std::string> SkinCharacters()
 {
     const HRSRC hSkin = FindResourceA(nullptr, MAKEINTRESOURCEA(130), "STID");
-    const auto* pText = static_cast<const char*>(LockResource(LoadResource(nullptr, hSkin)));
-    const auto* const pEnd = pText + SizeofResource(nullptr, hSkin);
+    const auto* const pText = static_cast<const char*>(LockResource(LoadResource(nullptr, hSkin)));
+    const std::string strSkin(pText, SizeofResource(nullptr, hSkin));
     std::set<std::string> characters;
-    while (pText < pEnd) {
-        const std::ptrdiff_t nBytes = IsDBCSLeadByte(static_cast<BYTE>(*pText)) ? 2 : 1;
-        if (nBytes == 2 || std::isgraph(*pText))
-            characters.emplace(pText, pText + nBytes);
-        pText += nBytes;
+    for (const char* p = strSkin.c_str(); *p; p = CharNextA(p)) {
+        const std::string strCharacter(p, static_cast<const char*>(CharNextA(p)));
+        if (strCharacter.size() == 2 || std::isgraph(*p))
+            characters.insert(strCharacter);
     }
     return characters;
 }

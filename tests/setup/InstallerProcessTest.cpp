@@ -31,6 +31,11 @@ std::map<std::string, std::string> FilesBelow(const fs::path& folder)
     return files;
 }
 
+fs::path Hive()
+{
+    return fs::path(std::getenv("XDG_CONFIG_HOME")) / "registry/current-user.sqlite";
+}
+
 // A cabinet of one small program and nCount files.
 std::string CabinetOf(int nCount)
 {
@@ -41,29 +46,23 @@ std::string CabinetOf(int nCount)
     return test::stored_cabinet(files);
 }
 
-std::string Saved(const char* pszName, const std::string& strBytes)
-{
-    std::string strPath = test::home() / pszName;
-    test::write_file(strPath, strBytes);
-    return strPath;
-}
-
 // Runs the installer to its end in the home that HOME names now, as the shell's command says; its exit code. The page
 // to close the window at, or "finish"; a cabinet that takes the payload's place, or none.
-int RunInstaller(const std::string& strRoad, const std::string& strCabinet, const char* pszCommand = SETUP_DRIVER)
+int RunInstaller(const char* pszRoad, const std::string& strCabinet, const char* pszCommand = SETUP_DRIVER)
 {
-    ::setenv("SETUP_ROAD", strRoad.c_str(), 1);
-    ::setenv("SETUP_CABINET", strCabinet.c_str(), 1);
+    const test::TempDir dir;
+    test::write_file(dir / "cabinet", strCabinet);
+    ::setenv("SETUP_ROAD", pszRoad, 1);
+    ::setenv("SETUP_CABINET", strCabinet.empty() ? "" : (dir / "cabinet").c_str(), 1);
     return std::system(pszCommand);
 }
 
 TEST(InstallerProcess, EndsWithZeroWhereverItsWindowIsClosed)
 {
-    const std::string strCabinet = Saved("slow.cab", CabinetOf(40));
     for (const char* pszRoad : { "checking", "ready", "installing", "finished", "finish" }) {
         SCOPED_TRACE(pszRoad);
         const test::FreshHome home;
-        EXPECT_EQ(RunInstaller(pszRoad, strCabinet), 0);
+        EXPECT_EQ(RunInstaller(pszRoad, CabinetOf(40)), 0);
         for (const auto& [strName, strBytes] : FilesBelow(InstallRoot())) {
             const bool bWhole = strName == "Update/TeskSetup" || strName == "Tesk/SetupConfigure.exe" ||
                                 (strName.starts_with("Tesk/f") && strBytes.size() == 20000);
@@ -88,15 +87,13 @@ TEST(InstallerProcess, TwoAtOnceInOneHomeEndWellAndWhole)
 TEST(InstallerProcess, ReplacesAClientThatRuns)
 {
     const std::string strSleep = read_file("/bin/sleep");
-    const std::string strOld = Saved("old.cab", test::stored_cabinet({ { "Tesk\\PelkVarnhal.exe", strSleep, 0x60 } }));
-    const std::string strNew = Saved("new.cab", test::stored_cabinet({ { "Tesk\\PelkVarnhal.exe", "new", 0x60 } }));
-    ASSERT_EQ(RunInstaller("finished", strOld), 0);
+    ASSERT_EQ(RunInstaller("finished", test::stored_cabinet({ { "Tesk\\PelkVarnhal.exe", strSleep, 0x60 } })), 0);
     const std::string strClient = (ClientFolder() / "PelkVarnhal.exe").string();
     pid_t nClient = 0;
     char szSeconds[] = "600";
     char* const arguments[] = { const_cast<char*>(strClient.c_str()), szSeconds, nullptr };
     ASSERT_EQ(posix_spawn(&nClient, strClient.c_str(), nullptr, nullptr, arguments, environ), 0);
-    EXPECT_EQ(RunInstaller("finished", strNew), 0);
+    EXPECT_EQ(RunInstaller("finished", test::stored_cabinet({ { "Tesk\\PelkVarnhal.exe", "new", 0x60 } })), 0);
     EXPECT_EQ(read_file(strClient), "new");
     EXPECT_EQ(::kill(nClient, SIGKILL), 0) << "it still runs";
     ::waitpid(nClient, nullptr, 0);
@@ -104,14 +101,12 @@ TEST(InstallerProcess, ReplacesAClientThatRuns)
 
 TEST(InstallerProcess, IsNotHeldUpByALockedRegistry)
 {
-    const std::string strCabinet = Saved("some.cab", CabinetOf(3));
-    ASSERT_EQ(RunInstaller("finish", strCabinet), 0); // the hive is there
-    const std::string strHive = std::string(std::getenv("XDG_CONFIG_HOME")) + "/registry/current-user.sqlite";
+    ASSERT_EQ(RunInstaller("finish", CabinetOf(3)), 0); // the hive is there
     sqlite3* pHive = nullptr;
-    ASSERT_EQ(sqlite3_open(strHive.c_str(), &pHive), SQLITE_OK);
+    ASSERT_EQ(sqlite3_open(Hive().c_str(), &pHive), SQLITE_OK);
     ASSERT_EQ(sqlite3_exec(pHive, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
     const auto began = std::chrono::steady_clock::now();
-    EXPECT_EQ(RunInstaller("finish", strCabinet), 0);
+    EXPECT_EQ(RunInstaller("finish", CabinetOf(3)), 0);
     EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(30)) << "hangs";
     EXPECT_EQ(sqlite3_exec(pHive, "COMMIT", nullptr, nullptr, nullptr), SQLITE_OK);
     sqlite3_close(pHive);
@@ -119,12 +114,10 @@ TEST(InstallerProcess, IsNotHeldUpByALockedRegistry)
 
 TEST(InstallerProcess, LeavesADamagedRegistryAsItIs)
 {
-    const std::string strCabinet = Saved("some.cab", CabinetOf(3));
-    const fs::path hive = fs::path(std::getenv("XDG_CONFIG_HOME")) / "registry" / "current-user.sqlite";
     const std::string strGarbage(5000, 'x');
-    test::write_file(hive, strGarbage);
-    EXPECT_EQ(RunInstaller("finish", strCabinet), 0);
-    EXPECT_EQ(read_file(hive), strGarbage);
+    test::write_file(Hive(), strGarbage);
+    EXPECT_EQ(RunInstaller("finish", CabinetOf(3)), 0);
+    EXPECT_EQ(read_file(Hive()), strGarbage);
     EXPECT_TRUE(fs::exists(ClientFolder() / "f2"));
 }
 
