@@ -28,12 +28,12 @@ function(add_room target directory)
     target_include_directories(${target} PUBLIC ${include})
     target_link_libraries(${target} PUBLIC ${ROOM_LINKS} PRIVATE ${ROOM_PRIVATE} varnhal_language)
 
-    # The shared library's floor: the same sources, but what the outward headers declare is to be seen by programs.
+    # The floor marks nothing that it exports: its headers are those of another system. All of it is visible, and who
+    # links it says what is to be seen of it: a program shows only what it names (setup/exports.lst), the shared library
+    # hides the floor's own namespace (cmake/pelkgui.map). Nobody replaces a function of it: one may go into another.
     if(directory MATCHES "^platform/")
-        add_library(${target}_exported OBJECT EXCLUDE_FROM_ALL ${sources})
-        target_include_directories(${target}_exported PUBLIC ${include})
-        target_link_libraries(${target}_exported PUBLIC ${ROOM_LINKS} PRIVATE ${ROOM_PRIVATE} varnhal_language)
-        set_target_properties(${target}_exported PROPERTIES CXX_VISIBILITY_PRESET default)
-        set_property(GLOBAL APPEND PROPERTY VARNHAL_EXPORTED_ROOMS ${target}_exported)
+        set_target_properties(${target} PROPERTIES CXX_VISIBILITY_PRESET default)
+        target_compile_options(${target} PRIVATE -fno-semantic-interposition)
+        set_property(GLOBAL APPEND PROPERTY VARNHAL_FLOOR ${target})
     endif()
 endfunction()
