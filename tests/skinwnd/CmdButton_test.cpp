@@ -1,7 +1,6 @@
 // Command buttons: how they look, and what the mouse and the framework do with them.
 #include "tests/skinwnd/SkinnedWindow.h"
 
-#include <sstream>
 #include <thread>
 
 #include <commctrl.h>
@@ -23,8 +22,8 @@ class ButtonSkin : public GuiSkinWindow {
 public:
     explicit ButtonSkin(const std::string& strName, const std::string& strLooks)
     {
-        Canvas canvas(static_cast<int>(std::size(kLooks)), 1);
-        for (int i = 0; i < static_cast<int>(std::size(kLooks)); i++) {
+        Canvas canvas(6, 1);
+        for (int i = 0; i < 6; i++) {
             canvas.SetPixel(i, 0, RGB(i + 1, 0, 0));
             if (strLooks.find(kLetters[i]) != std::string::npos)
                 m_mapParts.SetAt((strName + "." + kLooks[i]).c_str(), new CRect(i, 0, i + 1, 1));
@@ -40,38 +39,28 @@ struct LookCase {
     BOOL bVisible, bEnabled, bChecked;
     Whose hovered, pressed;
     const char* pszLooks; // that the skin has
-    const char* pszExpected;
+    char chExpected;      // '-': none
 };
 
 const LookCase kLookCases[] = {
-    { "idle", TRUE, TRUE, FALSE, kNobody, kNobody, "UHDCXO", "Up" },
-    { "hovered", TRUE, TRUE, FALSE, kThis, kNobody, "UHDCXO", "Hover" },
-    { "pressed", TRUE, TRUE, FALSE, kThis, kThis, "UHDCXO", "Down" },
-    { "pressed, the mouse elsewhere", TRUE, TRUE, FALSE, kNobody, kThis, "UHDCXO", "Hover" },
-    { "pressed, the mouse on another", TRUE, TRUE, FALSE, kAnother, kThis, "UHDCXO", "Hover" },
-    { "another is hovered", TRUE, TRUE, FALSE, kAnother, kNobody, "UHDCXO", "Other" },
-    { "another is hovered and pressed", TRUE, TRUE, FALSE, kAnother, kAnother, "UHDCXO", "Other" },
-    { "no look for that", TRUE, TRUE, FALSE, kAnother, kNobody, "UHDCX", "Up" },
-    { "hovered while another is pressed", TRUE, TRUE, FALSE, kThis, kAnother, "UHDCXO", "Up" },
-    { "another is pressed, nothing hovered", TRUE, TRUE, FALSE, kNobody, kAnother, "UHDCXO", "Up" },
-    { "checked, whatever the mouse does", TRUE, TRUE, TRUE, kThis, kThis, "UHDCXO", "Checked" },
-    { "no look for that", TRUE, TRUE, TRUE, kNobody, kNobody, "UHDXO", "Down" },
-    { "nor a fallback", TRUE, TRUE, TRUE, kNobody, kNobody, "UHXO", "nothing" },
-    { "checked before disabled", TRUE, FALSE, TRUE, kNobody, kNobody, "UHDCXO", "Checked" },
-    { "disabled", TRUE, FALSE, FALSE, kThis, kNobody, "UHDCXO", "Disabled" },
-    { "it has no fallback", TRUE, FALSE, FALSE, kThis, kNobody, "UHDCO", "nothing" },
-    { "hidden", FALSE, TRUE, TRUE, kThis, kThis, "UHDCXO", "nothing" },
+    { "idle", TRUE, TRUE, FALSE, kNobody, kNobody, "UHDCXO", 'U' },
+    { "hovered", TRUE, TRUE, FALSE, kThis, kNobody, "UHDCXO", 'H' },
+    { "pressed", TRUE, TRUE, FALSE, kThis, kThis, "UHDCXO", 'D' },
+    { "pressed, the mouse elsewhere", TRUE, TRUE, FALSE, kNobody, kThis, "UHDCXO", 'H' },
+    { "pressed, the mouse on another", TRUE, TRUE, FALSE, kAnother, kThis, "UHDCXO", 'H' },
+    { "another is hovered", TRUE, TRUE, FALSE, kAnother, kNobody, "UHDCXO", 'O' },
+    { "another is hovered and pressed", TRUE, TRUE, FALSE, kAnother, kAnother, "UHDCXO", 'O' },
+    { "no look for that", TRUE, TRUE, FALSE, kAnother, kNobody, "UHDCX", 'U' },
+    { "hovered while another is pressed", TRUE, TRUE, FALSE, kThis, kAnother, "UHDCXO", 'U' },
+    { "another is pressed, nothing hovered", TRUE, TRUE, FALSE, kNobody, kAnother, "UHDCXO", 'U' },
+    { "checked, whatever the mouse does", TRUE, TRUE, TRUE, kThis, kThis, "UHDCXO", 'C' },
+    { "no look for that", TRUE, TRUE, TRUE, kNobody, kNobody, "UHDXO", 'D' },
+    { "nor a fallback", TRUE, TRUE, TRUE, kNobody, kNobody, "UHXO", '-' },
+    { "checked before disabled", TRUE, FALSE, TRUE, kNobody, kNobody, "UHDCXO", 'C' },
+    { "disabled", TRUE, FALSE, FALSE, kThis, kNobody, "UHDCXO", 'X' },
+    { "it has no fallback", TRUE, FALSE, FALSE, kThis, kNobody, "UHDCO", '-' },
+    { "hidden", FALSE, TRUE, TRUE, kThis, kThis, "UHDCXO", '-' },
 };
-
-std::string PaintedLook(GuiCmdButton& button, ButtonSkin& skin, const GuiCmdButton* pHovered,
-                        const GuiCmdButton* pPressed)
-{
-    Canvas canvas(4, 1);
-    button.Paint(&canvas, CRect(0, 0, 4, 1), &skin, pHovered, pPressed);
-    canvas.SelectClipRgn(nullptr);
-    const auto nLook = GetRValue(canvas.GetPixel(2, 0));
-    return nLook <= std::size(kLooks) ? kLooks[nLook - 1] : "nothing";
-}
 
 TEST(GuiCmdButton, LooksAsItsStateSays)
 {
@@ -80,39 +69,30 @@ TEST(GuiCmdButton, LooksAsItsStateSays)
         for (const LookCase& c : kLookCases) {
             SCOPED_TRACE(c.why);
             ButtonSkin skin(strName, c.pszLooks);
+            ButtonSkin other("_9", "U");
             GuiCmdButton button(strName.c_str());
             GuiCmdButton another("_8");
             const GuiCmdButton* const apWhose[] = { nullptr, &button, &another };
             button.Show(c.bVisible);
             button.Enable(c.bEnabled);
             button.SetCheck(c.bChecked);
-            EXPECT_EQ(PaintedLook(button, skin, apWhose[c.hovered], apWhose[c.pressed]), c.pszExpected);
+            Canvas canvas(4, 1);
+            button.Paint(&canvas, CRect(0, 0, 4, 1), &skin, apWhose[c.hovered], apWhose[c.pressed]);
+            button.Paint(&canvas, CRect(0, 0, 4, 1), &other, nullptr, nullptr); // has neither place nor looks for it
+            canvas.SelectClipRgn(nullptr);
+            EXPECT_EQ((std::string(kLetters) + '-')[std::min(GetRValue(canvas.GetPixel(2, 0)) - 1U, 6U)], c.chExpected);
             EXPECT_EQ(button.m_rcButton, CRect(2, 0, 3, 1)) << "hidden or not";
         }
     }
-    ButtonSkin skin("_7", "UD");
-    GuiCmdButton button("_7");
-    button.Enable(FALSE);
-    button.m_rcButton = CRect();
-    EXPECT_EQ(PaintedLook(button, skin, nullptr, nullptr), "nothing");
-    ButtonSkin bare("_9", "U");
-    button.Enable(TRUE);
-    EXPECT_EQ(PaintedLook(button, bare, nullptr, nullptr), "nothing");
-    EXPECT_EQ(button.m_rcButton, CRect(2, 0, 3, 1)) << "without an anchor it stays where it was";
 }
 
 TEST(GuiCmdButton, IsNamedByItsCommand)
 {
     PelkGUI::GetGuiInterface().NameCommand(4711, "save");
-    const struct {
-        const char* pszName;
-        UINT nID;
-    } kCases[] = { { "_10001", 10001 }, { "_save", 4711 }, { "?12x", 12 }, { "_other", 1 }, { "_", 1 }, { "", 1 } };
-    for (const auto& c : kCases) {
-        const GuiCmdButton button(c.pszName);
-        EXPECT_EQ(button.m_nID, c.nID) << c.pszName;
-        EXPECT_EQ(std::string(button.m_strName), c.pszName);
-    }
+    const std::map<const char*, UINT> kNames = { { "_10001", 10001 }, { "_save", 4711 }, { "?12x", 12 },
+                                                 { "_other", 1 },     { "_", 1 },        { "", 1 } };
+    for (const auto& [pszName, nID] : kNames)
+        EXPECT_EQ(GuiCmdButton(pszName).m_nID, nID) << pszName;
     PelkGUI::GetGuiInterface().Clear();
 }
 
@@ -120,17 +100,19 @@ TEST(GuiCmdButton, TellsChangesAndIsCopied)
 {
     GuiCmdButton button("_7");
     button.m_rcButton = CRect(10, 10, 20, 20);
-    const auto changedBy = [&](auto change) {
+    button.Enable(TRUE), button.Show(TRUE), button.SetCheck(0);
+    EXPECT_FALSE(button.m_bChanged);
+    EXPECT_TRUE(button.m_bEnableChanged) << "what the framework asks for";
+    const std::function<void()> kChanges[] = { [&] { button.Enable(FALSE); }, [&] { button.Show(3); },
+                                               [&] { button.SetCheck(7); } };
+    for (const auto& change : kChanges) {
         button.m_bChanged = FALSE;
         change();
-        return static_cast<BOOL>(button.m_bChanged);
-    };
-    EXPECT_FALSE(changedBy([&] { button.Enable(TRUE), button.Show(TRUE), button.SetCheck(0); }));
-    EXPECT_TRUE(button.m_bEnableChanged) << "what the framework asks for";
-    EXPECT_TRUE(changedBy([&] { button.Enable(FALSE); }));
-    EXPECT_TRUE(changedBy([&] { button.Show(3); }));
-    EXPECT_TRUE(changedBy([&] { button.SetCheck(7); }));
-    EXPECT_FALSE(changedBy([&] { button.SetRadio(TRUE); })) << "a check like any";
+        EXPECT_TRUE(button.m_bChanged);
+    }
+    button.m_bChanged = FALSE;
+    button.SetRadio(TRUE); // a check like any
+    EXPECT_FALSE(button.m_bChanged);
 
     const GuiCmdButton copy = button;
     EXPECT_EQ(copy.HitTest({ 10, 19 }, TRUE), 3) << "as it was shown";
@@ -138,102 +120,94 @@ TEST(GuiCmdButton, TellsChangesAndIsCopied)
     EXPECT_EQ(copy.HitTest({ 20, 19 }, TRUE), 0);
 }
 
-const char* const kButtons =
-    "<parts><part name=\"Top\" rect=\"0,0,9,22\"/><part name=\"_7.Up\" rect=\"1,0,9,9\"/></parts>"
-    "<resizeBorder rect=\"0,0,0,0\"/><anchors><anchor name=\"_7\" rect=\"10,10,20,20\"/>"
-    "<anchor name=\"_8\" rect=\"25,10,20,20\"/><anchor name=\"_200\" rect=\"60,10,20,20\"/></anchors>";
-const std::map<std::string, CPoint> kPlaces = {
-    { "seven", { 115, 140 } },  { "both", { 127, 140 } },    { "eight", { 140, 140 } },   { "unhandled", { 170, 140 } },
-    { "beside", { 220, 170 } }, { "caption", { 180, 105 } }, { "outside", { 500, 500 } },
-};
+const char* const kButtons = "<parts><part name='Top' rect='0,0,9,22'/><part name='_7.Up' rect='1,0,9,9'/></parts>"
+                             "<resizeBorder rect='0,0,0,0'/><anchors><anchor name='_7' rect='10,10,20,20'/>"
+                             "<anchor name='_8' rect='25,10,20,20'/><anchor name='_200' rect='60,10,20,20'/></anchors>";
 
 struct ClickCase {
     const char* why;
-    const char* pszEvents;
+    const char* pszStory; // the state is the hovered and the pressed command
     const char* pszJournal;
-    UINT nHovered, nPressed; // commands, at the end
 };
 
 // MOVE is the press that the window posts to its caption, with every press; the captured mouse moves nothing.
 const ClickCase kClickCases[] = {
-    { "a click", "seven down up", "hover 1 7 MOVE 15,18 command 7", 7, 0 },
-    { "the first button of two in one place", "both down up", "hover 1 7 MOVE 27,18 command 7", 7, 0 },
-    { "hover goes from one to the other", "seven eight beside", "hover 1 7 hover 1 8 hover 0 0", 0, 0 },
-    { "pressed", "eight down", "hover 1 8 MOVE 40,18", 8, 8 },
-    { "released elsewhere", "seven down beside up", "hover 1 7 MOVE 15,18 hover 0 0", 0, 0 },
-    { "released on another", "seven down eight up", "hover 1 7 MOVE 15,18 hover 1 8", 8, 0 },
-    { "back before the release", "seven down outside seven up", "hover 1 7 MOVE 15,18 hover 0 0 hover 1 7 command 7", 7,
-      0 },
-    { "released outside the window: the mouse is captured", "seven down outside up", "hover 1 7 MOVE 15,18 hover 0 0",
-      0, 0 },
-    { "beside them: sent for the screen's point, posted for the client's", "beside down up", "MOVE 220,170 MOVE 120,48",
-      0, 0 },
-    { "a disabled button is none", "unhandled down up", "MOVE 170,140 MOVE 70,18", 0, 0 },
+    { "a click", "seven 70 down 77 up 70", "hover 1 7 MOVE 15,18 command 7" },
+    { "the first button of two in one place", "both 70 down 77 up 70", "hover 1 7 MOVE 27,18 command 7" },
+    { "hover goes from one to the other", "seven 70 eight 80 beside 00", "hover 1 7 hover 1 8 hover 0 0" },
+    { "released on another", "seven 70 down 77 eight 87 up 80", "hover 1 7 MOVE 15,18 hover 1 8" },
+    { "back before the release", "seven 70 down 77 outside 07 seven 77 up 70",
+      "hover 1 7 MOVE 15,18 hover 0 0 hover 1 7 command 7" },
+    { "released outside the window: the mouse is captured", "seven 70 down 77 outside 07 up 00",
+      "hover 1 7 MOVE 15,18 hover 0 0" },
+    { "beside them: sent for the screen's point, posted for the client's", "beside 00 down 00 up 00",
+      "MOVE 220,170 MOVE 120,48" },
+    { "a disabled button is none", "unhandled 00 down 00 up 00", "MOVE 170,140 MOVE 70,18" },
 };
 
 class CmdButtons : public SkinnedWindowTest {
 protected:
-    CmdButtons() { OpenWithButtons(); }
-
+    CmdButtons()
+    {
+        m_mapPlaces = { { "seven", { 115, 140 } },     { "both", { 127, 140 } },   { "eight", { 140, 140 } },
+                        { "unhandled", { 170, 140 } }, { "beside", { 220, 170 } }, { "outside", { 500, 500 } } };
+        OpenWithButtons();
+    }
     void OpenWithButtons()
     {
+        m_pScreen->move_pointer({ 500, 500 });
         OpenSkinned(kButtons, { "_7", "_8", "_200" });
         m_pWnd->SendMessage(WM_IDLEUPDATECMDUI, TRUE, 0); // 200 has no handler
         Run();
     }
-    void DoAll(const char* pszEvents)
+    std::string State() const override
     {
-        std::istringstream events(pszEvents);
-        for (std::string strEvent; events >> strEvent;)
-            Do(strEvent, kPlaces);
+        const auto idOf = [](const GuiCmdButton* pButton) { return pButton ? pButton->m_nID : 0; };
+        EXPECT_EQ(m_pWnd->m_bHoverTimer, m_pWnd->m_pHovered != nullptr);
+        EXPECT_EQ(::GetCapture() == m_hWnd, m_pWnd->m_pPressed != nullptr);
+        return std::to_string(idOf(m_pWnd->m_pHovered)) + std::to_string(idOf(m_pWnd->m_pPressed));
     }
-    static UINT IDOf(const GuiCmdButton* pButton) { return pButton ? pButton->m_nID : 0; }
+    void TickHoverTimer() { m_pWnd->SendMessage(WM_TIMER, PelkGUI::GuiSkinCmdInterface::kHoverTimer, 0); }
+    bool HoverTimerRan() { return m_pWnd->KillTimer(PelkGUI::GuiSkinCmdInterface::kHoverTimer); }
 };
 
 TEST_F(CmdButtons, SendTheirCommands)
 {
     for (const ClickCase& c : kClickCases) {
         SCOPED_TRACE(c.why);
-        DoAll(c.pszEvents);
+        EXPECT_EQ(Play(c.pszStory), c.pszStory);
         EXPECT_EQ(m_pWnd->TakeJournal(), c.pszJournal);
-        EXPECT_EQ(IDOf(m_pWnd->m_pHovered), c.nHovered);
-        EXPECT_EQ(IDOf(m_pWnd->m_pPressed), c.nPressed);
-        EXPECT_EQ(m_pWnd->m_bHoverTimer, c.nHovered != 0);
-        EXPECT_EQ(::GetCapture() == m_hWnd, c.nPressed != 0);
-        m_pWnd->DestroyWindow();
-        DoAll("up outside");
+        EXPECT_EQ(HoverTimerRan(), m_pWnd->m_bHoverTimer);
         OpenWithButtons();
     }
 }
 
 TEST_F(CmdButtons, LoseTheHoverWhenThePointerLeaves)
 {
-    DoAll("seven outside");
+    Play("seven 70 outside");
     m_pWnd->SendMessage(WM_TIMER, 2, 0);
-    EXPECT_EQ(IDOf(m_pWnd->m_pHovered), 7U) << "not our timer";
-    m_pWnd->SendMessage(WM_TIMER, PelkGUI::GuiSkinCmdInterface::kHoverTimer, 0);
-    EXPECT_EQ(IDOf(m_pWnd->m_pHovered), 0U);
-    EXPECT_FALSE(m_pWnd->m_bHoverTimer);
-    EXPECT_FALSE(m_pWnd->KillTimer(PelkGUI::GuiSkinCmdInterface::kHoverTimer)) << "it does not run on";
+    EXPECT_EQ(State(), "70") << "not our timer";
+    TickHoverTimer();
+    EXPECT_EQ(State(), "00");
+    EXPECT_FALSE(HoverTimerRan());
     EXPECT_EQ(m_pWnd->TakeJournal(), "hover 1 7");
-    DoAll("seven");
-    m_pWnd->SendMessage(WM_TIMER, PelkGUI::GuiSkinCmdInterface::kHoverTimer, 0);
-    EXPECT_EQ(IDOf(m_pWnd->m_pHovered), 7U) << "it is still there";
+    Play("seven");
+    TickHoverTimer();
+    EXPECT_EQ(State(), "70") << "it is still there";
 }
 
 TEST_F(CmdButtons, ForgetAPressWhoseCaptureOrButtonIsLost)
 {
-    DoAll("seven down");
-    m_pWnd->ShowButton(7, FALSE);
-    DoAll("up outside");
-    m_pWnd->ShowButton(7, TRUE);
-    for (const bool bCancelled : { false, true }) {
-        DoAll("seven down");
-        bCancelled ? (void)m_pWnd->SendMessage(WM_CANCELMODE) : (void)::ReleaseCapture();
-        EXPECT_EQ(m_pWnd->m_pPressed, nullptr);
-        DoAll("up outside");
+    const std::function<void()> kLosses[] = { [&] { m_pWnd->ShowButton(7, FALSE); }, [] { ::ReleaseCapture(); },
+                                              [&] { m_pWnd->SendMessage(WM_CANCELMODE); } };
+    for (const auto& lose : kLosses) {
+        OpenWithButtons();
+        EXPECT_EQ(Play("seven 70 down 77"), "seven 70 down 77");
+        lose();
+        Play("up - outside");
+        EXPECT_EQ(State()[1], '0');
+        EXPECT_EQ(m_pWnd->TakeJournal().find("command"), std::string::npos);
     }
-    EXPECT_EQ(m_pWnd->TakeJournal().find("command"), std::string::npos);
 }
 
 TEST_F(CmdButtons, AreEnabledByTheirHandlers)
@@ -293,7 +267,7 @@ TEST_F(CmdButtons, MayBeShownFromAnyThread)
         }
     });
     for (int i = 0; i < 200; i++) {
-        DoAll("seven eight");
+        Play("seven - eight");
         m_pWnd->SendMessage(WM_IDLEUPDATECMDUI, TRUE, 0);
         m_pWnd->Invalidate(FALSE);
         Run();
@@ -304,7 +278,7 @@ TEST_F(CmdButtons, MayBeShownFromAnyThread)
     m_pWnd->ShowButton(7, TRUE);
     m_pWnd->Invalidate(FALSE);
     Run();
-    EXPECT_EQ(m_pScreen->pixel_at({ 110, 132 }), 0x010064U) << "the part of the skin";
+    EXPECT_EQ(PixelAt({ 110, 132 }), 0x010064U) << "the part of the skin";
 }
 
 } // namespace

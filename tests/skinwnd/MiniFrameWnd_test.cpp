@@ -1,8 +1,11 @@
 // The frame window: how it is made, who gets its messages, its hooks, and what may end in the middle of them.
 #include "tests/skinwnd/SkinnedWindow.h"
 
+#include <climits>
+
 #include "look/GuiManager.h"
 #include "skin/GuiSkin.h"
+#include "tests/support/Canvas.h"
 
 namespace {
 
@@ -10,51 +13,36 @@ using namespace test;
 using PelkGUI::GuiMiniFrameWnd;
 
 const char* const kSkin =
-    "<parts><part name=\"Left\" rect=\"0,0,3,9\"/><part name=\"Top\" rect=\"0,0,9,22\"/>"
-    "<part name=\"Background\" rect=\"1,2,3,4\"/><part name=\"_7.Up\" rect=\"1,0,9,9\"/>"
-    "<part name=\"_7.Hover\" rect=\"20,0,9,9\"/></parts><resizeBorder rect=\"0,0,0,0\"/>"
-    "<anchors><anchor name=\"_7\" rect=\"10,10,20,20\"/><anchor name=\"System\" rect=\"5,5,10,10\"/>"
-    "<anchor name=\"Close\" rect=\"-20,5,10,10\"/><anchor name=\"Icon\" rect=\"40,3,16,16\"/></anchors>"
-    "<caption rect=\"60,3,-60,18\" caps=\"true\"/>";
+    "<parts><part name='Left' rect='0,0,3,9'/><part name='Top' rect='0,0,9,22'/><part name='CLeft' rect='18,0,1,1'/>"
+    "<part name='Background' rect='1,2,3,4'/><part name='_7.Up' rect='1,0,9,9'/>"
+    "<part name='_7.Hover' rect='20,0,9,9'/></parts><resizeBorder rect='0,0,0,0'/>"
+    "<anchors><anchor name='_7' rect='10,10,20,20'/><anchor name='System' rect='5,5,10,10'/>"
+    "<anchor name='Close' rect='-20,5,10,10'/><anchor name='Icon' rect='40,3,16,16'/></anchors>"
+    "<caption rect='60,3,-60,18' caps='true'/><minimumSize width='150' height='90'/>";
 
 class GuiMiniFrame : public SkinnedWindowTest {};
-
-struct CreationCase {
-    const char* why;
-    bool bExtended;
-    DWORD dwStyle;
-    const char* pszClass;
-    int nResult;
-    BOOL bChild;
-};
 
 TEST_F(GuiMiniFrame, IsMadeOrNot)
 {
     Open();
-    const char* const pszClass = AfxRegisterWndClass(CS_DBLCLKS);
-    const CreationCase kCases[] = {
-        { "a window", false, WS_POPUP, pszClass, 1, FALSE },
-        { "a child", false, WS_CHILD, pszClass, 1, TRUE },
-        { "a window, the other way", true, WS_POPUP, pszClass, 1, FALSE },
-        { "a child, the other way", true, WS_CHILD, pszClass, 1, TRUE },
-        { "none", false, WS_POPUP, "no such class", -1, FALSE },
-        { "none, the other way", true, WS_CHILD, "no such class", -1, TRUE },
-    };
     const CRect rc(5, 6, 7, 0x28006); // a height of 0x28000
-    for (const CreationCase& c : kCases) {
-        SCOPED_TRACE(c.why);
+    for (unsigned i = 0; i < 8; i++) {
+        const bool bExtended = i & 1;
+        const DWORD dwStyle = i & 2 ? WS_CHILD : WS_POPUP;
+        const BOOL nResult = i & 4 ? 1 : -1;
+        const char* const pszClass = i & 4 ? AfxRegisterWndClass(CS_DBLCLKS) : "no such class";
+        SCOPED_TRACE(i);
         auto* const pWnd = static_cast<GuiMiniFrameWnd*>(RUNTIME_CLASS(GuiMiniFrameWnd)->CreateObject());
-        EXPECT_TRUE(pWnd->IsKindOf(RUNTIME_CLASS(CMiniFrameWnd)));
-        EXPECT_EQ(c.bExtended ? pWnd->CreateEx(0, c.pszClass, "Name", c.dwStyle, rc, m_pWnd, 3)
-                              : pWnd->Create(c.pszClass, "Name", c.dwStyle, rc, m_pWnd, 3),
-                  c.nResult);
-        EXPECT_EQ(pWnd->m_pOwner, c.nResult > 0 ? pWnd : nullptr);
-        EXPECT_EQ(pWnd->m_bChild, c.bChild);
+        EXPECT_EQ(bExtended ? pWnd->CreateEx(0, pszClass, "Name", dwStyle, rc, m_pWnd, 3)
+                            : pWnd->Create(pszClass, "Name", dwStyle, rc, m_pWnd, 3),
+                  nResult);
+        EXPECT_EQ(pWnd->m_pOwner, nResult > 0 ? pWnd : nullptr);
+        EXPECT_EQ(pWnd->m_bChild, dwStyle == WS_CHILD);
         EXPECT_EQ(pWnd->m_strName, CString("Name"));
         EXPECT_EQ(pWnd->m_rcWindowPos, rc);
         EXPECT_EQ(pWnd->m_rcBackground, rc);
         EXPECT_EQ(pWnd->m_sizeKept, CSize(-0x8000, 2));
-        c.nResult > 0 ? (void)pWnd->DestroyWindow() : delete static_cast<CObject*>(pWnd);
+        nResult > 0 ? (void)pWnd->DestroyWindow() : delete static_cast<CObject*>(pWnd);
     }
 }
 
@@ -73,48 +61,52 @@ TEST_F(GuiMiniFrame, FindsItsSkinByNameAndClass)
     EXPECT_TRUE(m_pWnd->GetUpdateRect(nullptr)) << "and drawn anew";
     EXPECT_EQ(m_pWnd->m_rcBackground, CRect(1, 2, 4, 6)) << "the part, for want of an anchor";
     EXPECT_EQ(m_pWnd->m_rcWindowPos, CRect(100, 100, 300, 220)) << "the skin has none";
+    CRect rcClient;
+    m_pWnd->GetClientRect(&rcClient);
+    EXPECT_EQ(rcClient, CRect(0, 0, 197, 98)) << "in the skin's frame";
+    MINMAXINFO limits = {};
+    m_pWnd->SendMessage(WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
+    EXPECT_EQ(limits.ptMinTrackSize.y, 90);
     EXPECT_EQ(foundBy(""), pMain) << "without a name it keeps what it has";
     EXPECT_EQ(foundBy("main"), nullptr) << "names have case, and a lost name drops the skin";
     EXPECT_EQ(foundBy(""), nullptr);
-    pMain->m_strTargets = "|Main||GuiMiniFrameWnd|";
-    EXPECT_EQ(foundBy("Main"), pMain);
+    ApplySkin(std::string(kSkin) + "<target window='GuiMiniFrameWnd'/>");
+    EXPECT_NE(foundBy("main"), nullptr) << "by its class";
 }
 
 // Who handles a message: the window skin or the system.
-struct RouteCase {
-    const char* why;
-    bool bSkinned;
-    BOOL bChild;
-    CRect rcClient;
-    UINT nCaptionHit;
-    const char* pszJournal; // of presses on the caption and its buttons
-};
-
 TEST_F(GuiMiniFrame, GivesItsFrameToTheSkinUnlessItIsAChild)
 {
     const int nCaption = ::GetSystemMetrics(SM_CYCAPTION) + ::GetSystemMetrics(SM_CYFIXEDFRAME);
     const int nBorder = ::GetSystemMetrics(SM_CXFIXEDFRAME);
-    const RouteCase kCases[] = {
-        { "skinned", true, FALSE, { 103, 122, 300, 220 }, HTCLOSE, "laid out MOVE CLOSE CLOSE CLOSE" },
+    const struct {
+        const char* why;
+        const char* pszName;
+        BOOL bChild;
+        CRect rcClient;
+        UINT nCaptionHit;
+        const char* pszJournal; // of presses on the caption and its buttons
+    } kCases[] = {
+        { "skinned", "Main", FALSE, { 103, 122, 300, 220 }, HTCLOSE, "laid out MOVE CLOSE CLOSE CLOSE" },
         { "plain",
-          false,
+          "",
           FALSE,
           { 100 + nBorder, 100 + nCaption, 300 - nBorder, 220 - nBorder },
           HTCAPTION,
           "MOVE CLOSE MOVE 284,108" },
         { "a child: the double click alone is the system's",
-          true,
+          "Main",
           TRUE,
           { 100, 100, 300, 220 },
           HTCLIENT,
           "laid out CLOSE" },
     };
-    for (const RouteCase& c : kCases) {
+    for (const auto& c : kCases) {
         SCOPED_TRACE(c.why);
         ApplySkin(kSkin);
         Open(WS_POPUP | WS_CAPTION);
         m_pWnd->m_bChild = c.bChild;
-        m_pWnd->m_strName = c.bSkinned ? "Main" : "";
+        m_pWnd->m_strName = c.pszName;
         m_pWnd->OnSkinChange();
         NCCALCSIZE_PARAMS params = {};
         params.rgrc[0] = CRect(100, 100, 300, 220);
@@ -145,15 +137,14 @@ TEST_F(GuiMiniFrame, LooksActiveWhenItIsOrIsMeantTo)
         { "told to stay active", FALSE, TRUE, WF_STAYACTIVE, 0x010064 },
         { "disabled", TRUE, FALSE, WF_STAYACTIVE, 0x050064 },
     };
-    OpenSkinned("<parts><part name=\"Top\" rect=\"1,0,1,9\"/><part name=\"TopIA\" rect=\"5,0,1,9\"/></parts>");
+    OpenSkinned("<parts><part name='Top' rect='1,0,1,9'/><part name='TopIA' rect='5,0,1,9'/></parts>");
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.why);
         m_pWnd->EnableWindow(c.bEnabled);
         m_pWnd->m_nFlags = c.nFlags;
         EXPECT_TRUE(m_pWnd->SendMessage(WM_NCACTIVATE, static_cast<WPARAM>(c.bActive)));
-        m_pScreen->move_pointer({ 180, 160 }); // what was drawn is shown at the next turn
-        Run();
-        EXPECT_EQ(m_pScreen->pixel_at({ 150, 100 }), c.colour);
+        MoveTo({ 180, 160 }); // what was drawn is shown at the next turn
+        EXPECT_EQ(PixelAt({ 150, 100 }), c.colour);
     }
     ::SetCursor(::LoadCursorA(nullptr, IDC_CROSS));
     EXPECT_TRUE(m_pWnd->SendMessage(WM_SETCURSOR, reinterpret_cast<WPARAM>(m_hWnd), HTCLIENT));
@@ -175,13 +166,15 @@ TEST_F(GuiMiniFrame, PassesItsCommandsToItsOwner)
 TEST_F(GuiMiniFrame, DrawsOnTheSkinsBackground)
 {
     OpenSkinned(kSkin, { "_7" });
-    EXPECT_EQ(m_pScreen->pixel_at({ 113, 132 }), 0x010064U) << "the button";
-    EXPECT_EQ(m_pScreen->pixel_at({ 101, 150 }), 0x010564U) << "the frame";
-    m_pScreen->move_pointer({ 115, 135 });
-    Run();
-    EXPECT_EQ(m_pScreen->pixel_at({ 113, 132 }), 0x140064U) << "hovered";
+    m_pWnd->m_pSkinWindow->m_bmpWatermark.Attach(Canvas(1, 1).Finish("G"));
+    MoveTo({ 115, 135 });
+    EXPECT_EQ(PixelAt({ 113, 132 }), 0x140064U) << "the button, hovered";
+    EXPECT_EQ(PixelAt({ 101, 150 }), 0x010564U) << "the frame";
+    EXPECT_EQ(PixelAt({ 103, 150 }), 0x120064U) << "the inner frame";
+    EXPECT_EQ(PixelAt({ 180, 150 }), 0x00FF00U) << "the watermark";
     PelkGUI::GetGuiSkin().Clear();
     EXPECT_EQ(m_pWnd->m_pSkinWindow, nullptr);
+    EXPECT_EQ(m_pWnd->HitTestButtons({ 15, 15 }, TRUE), nullptr);
     m_pWnd->m_mapHappens["paint"] = [&] { m_pWnd->Write("painted"); };
     m_pWnd->Invalidate();
     Run();
@@ -214,7 +207,6 @@ TEST_F(GuiMiniFrame, SurvivesEndsInTheMiddle)
             }
             IsOpen() ? m_pWnd->OnSkinChange() : (void)0;
             EXPECT_EQ(IsOpen(), c.first != "the window goes");
-            IsOpen() ? (void)m_pWnd->DestroyWindow() : (void)0;
         }
     }
 }
@@ -233,18 +225,10 @@ TEST_F(GuiMiniFrame, StartsNoTimerWithoutItsWindow)
     wnd.ShowWindow(SW_SHOW);
     Run();
     wnd.m_mapHappens["hover"] = [&] { wnd.DestroyWindow(); };
-    m_pScreen->move_pointer({ 115, 135 });
-    Run();
+    MoveTo({ 115, 135 });
     EXPECT_EQ(wnd.GetSafeHwnd(), nullptr);
     EXPECT_FALSE(wnd.m_bHoverTimer);
 }
-
-struct SnapCase {
-    const char* why;
-    bool bMonitors; // the system knows several
-    CRect rcMoved;
-    CPoint ptSnapped;
-};
 
 class SnappingWnd : public SkinnedWindowTest {
 protected:
@@ -253,27 +237,28 @@ protected:
 
 TEST_F(SnappingWnd, IsDrawnToTheEdges)
 {
-    constexpr int kMost = 0x7FFFFFFF;
-    const SnapCase kCases[] = {
+    const struct {
+        const char* why;
+        bool bMonitors; // the system knows several
+        CRect rcMoved;
+        CPoint ptSnapped;
+    } kCases[] = {
         { "near the low edges", true, { 25, 25, 125, 125 }, { 20, 30 } },
         { "not near enough", true, { 26, 24, 126, 124 }, { 26, 24 } },
         { "near the high edges", true, { 905, 595, 1005, 695 }, { 900, 600 } },
         { "near both: the high one has the last word", true, { 22, 32, 1004, 702 }, { 18, 30 } },
-        { "far beyond all bounds", true, { -kMost - 1, kMost, -kMost, kMost }, { -kMost - 1, kMost } },
+        { "far beyond all bounds", true, { INT_MIN, INT_MAX, -INT_MAX, INT_MAX }, { INT_MIN, INT_MAX } },
         { "with bounds included", false, { 26, -36, 126, 64 }, { 20, 30 } },
         { "the middle is free", false, { 27, 37, 127, 137 }, { 27, 37 } },
         { "near the high edges, bounds included", false, { 906, 594, 1006, 694 }, { 900, 600 } },
         { "the low edge first", false, { 26, 36, 1000, 700 }, { 20, 30 } },
     };
     Open();
-    for (const SnapCase& c : kCases) {
+    for (const auto& c : kCases) {
         SCOPED_TRACE(c.why);
         PelkGUI::GetGuiManager().m_pfnGetMonitorInfo = c.bMonitors ? &::GetMonitorInfoA : nullptr;
-        WINDOWPOS pos = {};
-        pos.x = c.rcMoved.left;
-        pos.y = c.rcMoved.top;
-        pos.cx = c.rcMoved.Width();
-        pos.cy = c.rcMoved.Height();
+        const CRect& rc = c.rcMoved;
+        WINDOWPOS pos = { nullptr, nullptr, rc.left, rc.top, rc.Width(), rc.Height(), 0 };
         m_pWnd->WindowPosChanging(&pos);
         EXPECT_EQ(CPoint(pos.x, pos.y), c.ptSnapped);
     }

@@ -28,6 +28,14 @@ void Pixels::FillRandomly(std::mt19937& random)
     std::generate(all.begin(), all.end(), [&] { return random() & 0xFFFFFF; });
 }
 
+void Pixels::Take(const CBitmap& bmp)
+{
+    BITMAPINFO info{ { sizeof(BITMAPINFOHEADER), cx, -cy, 1, 32, BI_RGB, 0, 0, 0, 0, 0 }, {} };
+    const CClientDC screen(nullptr);
+    ::GetDIBits(screen.m_hDC, static_cast<HBITMAP>(bmp.GetSafeHandle()), 0, static_cast<UINT>(cy), all.data(), &info,
+                DIB_RGB_COLORS);
+}
+
 void Pixels::Draw(DWORD nLayout, const std::function<void(CDC&)>& draw)
 {
     CBitmap bmp;
@@ -37,9 +45,8 @@ void Pixels::Draw(DWORD nLayout, const std::function<void(CDC&)>& draw)
     const HGDIOBJ hOld = ::SelectObject(dc.GetSafeHdc(), bmp.GetSafeHandle());
     dc.SetLayout(nLayout);
     draw(dc);
-    BITMAPINFO info{ { sizeof(BITMAPINFOHEADER), cx, -cy, 1, 32, BI_RGB, 0, 0, 0, 0, 0 }, {} };
-    ::GetDIBits(dc.GetSafeHdc(), bmp, 0, static_cast<UINT>(cy), all.data(), &info, DIB_RGB_COLORS);
     ::SelectObject(dc.GetSafeHdc(), hOld);
+    Take(bmp);
 }
 
 RandomSkin::RandomSkin(std::mt19937& random, int nLargest) : m_image(64, 48)

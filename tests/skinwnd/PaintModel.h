@@ -21,6 +21,7 @@ struct Pixels {
     }
     void FillRandomly(std::mt19937& random);
     HBITMAP NewBitmap() const { return ::CreateBitmap(cx, cy, 1, 32, all.data()); }
+    void Take(const CBitmap& bmp); // of this size
     // What the function draws on them.
     void Draw(DWORD nLayout, const std::function<void(CDC&)>& draw);
 

@@ -1,4 +1,4 @@
-// Named parts and anchors, the watermark, and what painting does that one might take for a fault.
+// Named parts and anchors, the watermark, and numbers that no skin should have.
 #include <climits>
 #include <memory>
 
@@ -35,28 +35,6 @@ string Anchor(const char* pszName, const char* pszRect)
     return string("<anchors><anchor name='") + pszName + "' rect='" + pszRect + "'/></anchors>";
 }
 
-TEST(GuiSkinWindowAnchor, ResolvesAgainstTheReference)
-{
-    constexpr int kLeast = INT_MIN;
-    const struct {
-        const char* why;
-        const char* pszRect;
-        CRect rcReference;
-        CRect rcExpected;
-    } kCases[] = {
-        { "negative left counts from the right", "-30,0,20,20", { 0, 0, 200, 100 }, { 170, 0, 190, 20 } },
-        { "negative top counts from the bottom", "0,-20,16,16", { 0, 0, 200, 100 }, { 0, 80, 16, 96 } },
-        { "zero is an offset, not an edge", "0,0,5,5", { 7, 9, 107, 109 }, { 7, 9, 12, 14 } },
-        { "sums wrap", "2147483647,-1,1,1", { 1, 0, 5, kLeast }, { kLeast, INT_MAX, 1 + kLeast, kLeast } },
-    };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.why);
-        CRect rcResult;
-        EXPECT_TRUE(SkinOf(Anchor("a", c.pszRect))->GetAnchor("a", c.rcReference, rcResult));
-        EXPECT_EQ(rcResult, c.rcExpected);
-    }
-}
-
 TEST(GuiSkinWindowParts, AreFoundByTheirExactName)
 {
     const auto pSkin = SkinOf(Part("Sun", "1,0,2,1") + Part("TopLeft", "0,0,1,1") + Anchor("Sun", "4,0,1,1"));
@@ -71,6 +49,8 @@ TEST(GuiSkinWindowParts, AreFoundByTheirExactName)
     EXPECT_EQ(rcResult, CRect(9, 9, 9, 9));
     EXPECT_TRUE(pSkin->GetPart("Sun", rcResult));
     EXPECT_EQ(rcResult, CRect(1, 0, 3, 1));
+    EXPECT_TRUE(pSkin->GetAnchor("Sun", CRect(7, 9, 107, 109), rcResult));
+    EXPECT_EQ(rcResult, CRect(11, 9, 12, 10));
 }
 
 TEST(GuiSkinWindowParts, AreCopiedAndKeptFromWhatComesLater)
@@ -79,8 +59,7 @@ TEST(GuiSkinWindowParts, AreCopiedAndKeptFromWhatComesLater)
     for (const int bExclude : { 0, 1 }) {
         test::Canvas atRect(6, 1);
         test::Canvas atAnchor(6, 1);
-        EXPECT_TRUE(
-            SkinOf(strSkin)->PaintPart(&atRect, CRect(1, 0, 5, 1), "Sun", bExclude)); // as much as there is room
+        EXPECT_TRUE(SkinOf(strSkin)->PaintPart(&atRect, CRect(1, 0, 5, 1), "Sun", bExclude)); // as large as that
         EXPECT_TRUE(SkinOf(strSkin)->PaintPartOnAnchor(&atAnchor, CRect(0, 0, 6, 1), "Sun", "Sky", bExclude));
         atRect.PatBlt(0, 0, 6, 1, BLACKNESS);
         atAnchor.PatBlt(0, 0, 6, 1, BLACKNESS);
@@ -89,9 +68,9 @@ TEST(GuiSkinWindowParts, AreCopiedAndKeptFromWhatComesLater)
     }
 }
 
-class GuiSkinWindowOddities : public testing::Test {
+class GuiSkinWindowPainted : public testing::Test {
 protected:
-    GuiSkinWindowOddities()
+    GuiSkinWindowPainted()
     {
         PelkGUI::GetGuiInterface().Clear(); // a new buffer is black
         m_wnd.CreateEx(0, AfxRegisterWndClass(0), "a", WS_POPUP, 0, 0, 6, 3, nullptr, nullptr);
@@ -99,52 +78,30 @@ protected:
     CWnd m_wnd;
 };
 
-TEST_F(GuiSkinWindowOddities, Stay)
+TEST_F(GuiSkinWindowPainted, AsActiveAsTheSystemSays)
 {
-    const string strTop = Part("Top", "1,0,1,1");
-    const string strEnds = Part("BottomLeft", "0,0,4,1") + Part("BottomRight", "2,0,4,1");
-    const struct {
-        const char* why;
-        string strSkin;
-        int nActive;
-        int nHover;
-        const char* pszExpected; // of the frame and then the inner frame
-    } kCases[] = {
-        { "a corner for the inactive alone", Part("TopLeftIA", "0,0,1,1") + strTop, 1, 0, "RGGGGG/WWWWWW/WWWWWW" },
-        { "is none for the active", Part("TopLeftIA", "0,0,1,1") + strTop, 2, 0, "GGGGGG/WWWWWW/WWWWWW" },
-        { "an edge for the inactive gives no height", Part("TopIA", "0,0,1,1"), 1, 0, "WWWWWW/WWWWWW/WWWWWW" },
-        { "a button at rest", Part("Close", "0,0,1,1") + Anchor("Close", "-2,0,9,9") + strTop, 2, 3,
-          "GGGGRG/WWWWWW/WWWWWW" },
-        { "without its look for the mouse: the edge covers it",
-          Part("Close", "0,0,1,1") + Anchor("Close", "-2,0,9,9") + strTop, 2, 4, "GGGGGG/WWWWWW/WWWWWW" },
-        { "a strip keeps the buffer's black where no part is", Part("TopRight", "0,0,1,2") + strTop, 2, 0,
-          "GGGGGR/....../WWWWWW" },
-        { "no ornament without its edge", Part("LeftMiddle", "0,0,1,1") + Part("BottomMiddle", "0,0,1,1"), 2, 0,
-          "WWWWWW/WWWWWW/WWWWWW" },
-        { "but the inner frame's at the bottom", Part("CBottomMiddle", "0,0,2,1"), 2, 0, "WWWWWW/WWWWWW/WWRGWW" },
-        { "the bottom asks the top for room", Part("TopLeft", "0,0,6,1") + Part("Bottom", "0,0,1,1"), 2, 0,
-          "RGBRGB/WWWWWW/WWWWWW" },
-        { "the inner bottom is tiled as the top is", Part("CBottom", "0,0,3,1", "stretch"), 2, 0,
-          "WWWWWW/WWWWWW/RGBRGB" },
-        { "and stretched as the top is", Part("CBottom", "0,0,3,1") + Part("CTop", "0,0,1,1", "stretch"), 2, 0,
-          "RRRRRR/WWWWWW/RRGGBB" },
-        { "no room, no stretching", strEnds + Part("Bottom", "0,0,3,1", "stretch"), 2, 0, "WWWWWW/WWWWWW/RGBRGB" },
-        { "a tile that runs backwards fills nothing", Part("Top", "3,0,-3,1"), 2, 0, "....../WWWWWW/WWWWWW" },
-        { "a part ends with the image", Part("Top", "4,0,6,1"), 2, 0, "GB..../WWWWWW/WWWWWW" },
+    const auto pSkin = SkinOf(Part("TopLeft", "0,0,1,1") + Part("TopLeftIA", "1,0,1,1"));
+    const auto painted = [&](CWnd& wnd) {
+        test::Canvas canvas(1, 1);
+        pSkin->Paint(&wnd, canvas, 1, 0);
+        return canvas.Letters();
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.why);
-        PelkGUI::GetGuiInterface().Clear();
-        const auto pSkin = SkinOf(c.strSkin);
-        pSkin->m_nHoverHit = c.nHover;
-        test::Canvas canvas(6, 3);
-        pSkin->Paint(&m_wnd, canvas, 0, c.nActive);
-        pSkin->PaintClient(&canvas, CRect(0, 0, 6, 3));
-        EXPECT_EQ(canvas.Letters(), c.pszExpected);
-    }
+    EXPECT_EQ(painted(m_wnd), "G");
+    m_wnd.ShowWindow(SW_SHOW);
+    EXPECT_EQ(painted(m_wnd), "R");
+
+    auto* const pFrame = new CMDIFrameWnd; // the framework deletes windows of frames
+    ASSERT_TRUE(pFrame->Create(nullptr, "frame"));
+    auto* const pFirst = new CMDIChildWnd;
+    auto* const pSecond = new CMDIChildWnd;
+    ASSERT_TRUE(pFirst->Create(nullptr, "first", WS_CHILD | WS_VISIBLE, CRect(0, 0, 9, 9), pFrame));
+    ASSERT_TRUE(pSecond->Create(nullptr, "second", WS_CHILD | WS_VISIBLE, CRect(0, 0, 9, 9), pFrame));
+    EXPECT_EQ(painted(*pFirst), "G");
+    EXPECT_EQ(painted(*pSecond), "R"); // of its frame, whatever is in front
+    pFrame->DestroyWindow();
 }
 
-TEST_F(GuiSkinWindowOddities, NumbersOfEverySizeDrawWhatShows)
+TEST_F(GuiSkinWindowPainted, WithNumbersOfEverySize)
 {
     const int kNumbers[] = { INT_MIN, INT_MIN + 1, -40000, -1, 0, 1, 3, 40000, INT_MAX - 1, INT_MAX };
     for (unsigned i = 0; i < 10 * 10 * 10 * 10; i += 7) {
@@ -172,15 +129,27 @@ TEST_F(GuiSkinWindowOddities, NumbersOfEverySizeDrawWhatShows)
         pSkin->PaintClient(&canvas, CRect(0, 0, next(), next()));
     }
     PelkGUI::GetGuiManager().m_bRightToLeft = FALSE;
-    const auto pSkin = SkinOf(Part("CTop", "0,0,1,1") + Part("CLeft", "1,0,1,1")); // 2^31 tiles each
-    test::Canvas canvas(4, 3);
-    pSkin->PaintClient(&canvas, CRect(0, 0, INT_MAX, INT_MAX));
-    EXPECT_EQ(canvas.Letters(), "RRRR/GWWW/GWWW");
+    const struct {
+        const char* why;
+        string strSkin;
+        const char* pszPainted; // the inner frame of the largest rectangle there is
+    } kCases[] = {
+        { "2^31 tiles", Part("CTop", "0,0,1,1") + Part("CLeft", "1,0,1,1"), "RRRR/GWWW/GWWW" },
+        { "tiles that run backwards fill nothing", Part("CTop", "3,0,-3,1") + Part("CLeft", "0,1,1,-1"),
+          "WWWW/WWWW/WWWW" },
+        { "a tile ends with the image", Part("CTop", "5,0,3,1"), "BWWB/WWWW/WWWW" },
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.why);
+        test::Canvas canvas(4, 3);
+        SkinOf(c.strSkin)->PaintClient(&canvas, CRect(0, 0, INT_MAX, INT_MAX));
+        EXPECT_EQ(canvas.Letters(), c.pszPainted);
+    }
 }
 
-TEST_F(GuiSkinWindowOddities, WatermarkCoversTheClientArea)
+TEST_F(GuiSkinWindowPainted, OnAWatermarkThatCoversTheClientArea)
 {
-    const auto pSkin = SkinOf(Part("Sun", "0,0,1,1"));
+    const auto pSkin = SkinOf(Part("Sun", "3,0,1,1"));
     test::Canvas canvas(8, 4);
     EXPECT_FALSE(pSkin->OnEraseBkgnd(&m_wnd, &canvas));
     pSkin->m_bmpWatermark.Attach(test::Canvas(4, 2).Finish("RGB./GB.R"));

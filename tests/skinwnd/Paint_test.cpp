@@ -4,6 +4,7 @@
 
 #include "look/GuiInterface.h"
 #include "look/GuiManager.h"
+#include "tests/support/CountedHeap.h"
 
 namespace {
 
@@ -40,8 +41,25 @@ protected:
         GetGuiManager().m_bRightToLeft = bMirrored;
         GetGuiInterface().Clear();
     }
-
     static DWORD LayoutNow() { return GetGuiManager().m_bRightToLeft ? LAYOUT_RTL : 0; }
+
+    // Pixels of some size, painted on by the function and, a copy of them, by the model.
+    template <class Paint, class Model>
+    void Compare(std::mt19937& random, RandomSkin& skin, Paint paint, Model model)
+    {
+        const bool bMirrored = random() % 2;
+        SetMirrored(!bMirrored); // a painting before, the other way round, leaves nothing behind
+        Pixels(99, 60).Draw(LayoutNow(), [&](CDC& dc) { skin.Paint(&m_wnd, dc, 0, 1); });
+        SetMirrored(bMirrored);
+        Pixels painted(1 + static_cast<int>(random() % 120), 1 + static_cast<int>(random() % 90));
+        painted.FillRandomly(random);
+        Pixels expected = painted;
+        m_wnd.SetWindowPos(nullptr, 5, 5, painted.cx, painted.cy, 0);
+        painted.Draw(LayoutNow(), paint);
+        ModelPainter painter(skin, bMirrored);
+        model(painter, expected);
+        ASSERT_TRUE(painted.all == expected.all);
+    }
 
     CWnd m_wnd;
 };
@@ -53,23 +71,17 @@ TEST_F(GuiSkinWindowPaint, DrawsWhatTheModelDraws)
         SCOPED_TRACE(nSeed);
         std::mt19937 random(nSeed);
         RandomSkin skin(random, nSeed % 3 ? 12 : 40);
-        const bool bMirrored = random() % 2;
         const bool bCaptionOnly = random() % 4 == 0;
         const int nActive = 1 + static_cast<int>(random() % 2);
-        SetMirrored(!bMirrored); // a painting before, the other way round, leaves nothing behind
-        Pixels(99, 60).Draw(LayoutNow(), [&](CDC& dc) { skin.Paint(&m_wnd, dc, 0, 1); });
-        SetMirrored(bMirrored);
-        Pixels painted(1 + static_cast<int>(random() % 120), 1 + static_cast<int>(random() % 90));
-        painted.FillRandomly(random);
-        Pixels expected = painted;
-        m_wnd.SetWindowPos(nullptr, 5, 5, painted.cx, painted.cy, 0);
         m_wnd.SetIcon(nSeed % 3 == 1 ? hIcon : nullptr, FALSE); // the big one serves where there is no small one
         m_wnd.SetIcon(nSeed % 3 == 2 ? hIcon : nullptr, TRUE);
-        painted.Draw(LayoutNow(), [&](CDC& dc) { skin.Paint(&m_wnd, dc, bCaptionOnly, nActive); });
-        ModelPainter(skin, bMirrored)
-            .Paint(expected, bCaptionOnly, nActive, skin.m_bCaps ? "AA \xc4\xe3" : "Aa \xc4\xe3",
-                   nSeed % 3 ? hIcon : nullptr);
-        ASSERT_TRUE(painted.all == expected.all);
+        const char* const pszText = skin.m_bCaps ? "AA \xc4\xe3" : "Aa \xc4\xe3";
+        Compare(
+            random, skin, [&](CDC& dc) { skin.Paint(&m_wnd, dc, bCaptionOnly, nActive); },
+            [&](ModelPainter& model, Pixels& pixels) {
+                model.Paint(pixels, bCaptionOnly, nActive, pszText, nSeed % 3 ? hIcon : nullptr);
+            });
+        ASSERT_FALSE(HasFailure());
     }
     m_wnd.SetIcon(nullptr, FALSE);
     m_wnd.SetIcon(nullptr, TRUE);
@@ -82,51 +94,42 @@ TEST_F(GuiSkinWindowPaint, DrawsTheInnerFrameThatTheModelDraws)
         SCOPED_TRACE(nSeed);
         std::mt19937 random(nSeed);
         RandomSkin skin(random, nSeed % 3 ? 12 : 40);
-        const bool bMirrored = random() % 2;
-        SetMirrored(!bMirrored); // a painting before, the other way round, leaves nothing behind
-        Pixels(99, 60).Draw(LayoutNow(), [&](CDC& dc) { skin.Paint(&m_wnd, dc, 0, 1); });
-        SetMirrored(bMirrored);
-        Pixels painted(1 + static_cast<int>(random() % 120), 1 + static_cast<int>(random() % 90));
-        painted.FillRandomly(random);
-        Pixels expected = painted;
-        const CRect rcClient(CPoint(0, 0), CSize(painted.cx, painted.cy));
-        painted.Draw(LayoutNow(), [&](CDC& dc) {
-            skin.Prepare(&dc); // as the windows' hooks do
-            skin.PaintClient(&dc, rcClient);
-        });
-        ModelPainter(skin, bMirrored).DrawFrame(expected, expected, rcClient, true, false, 2);
-        ASSERT_TRUE(painted.all == expected.all);
+        CRect rcClient;
+        Compare(
+            random, skin,
+            [&](CDC& dc) {
+                skin.Prepare(&dc); // as the windows' hooks do
+                m_wnd.GetClientRect(&rcClient);
+                skin.PaintClient(&dc, rcClient);
+            },
+            [&](ModelPainter& model, Pixels& pixels) { model.DrawFrame(pixels, pixels, rcClient, true, false, 2); });
+        ASSERT_FALSE(HasFailure());
     }
 }
 
-TEST_F(GuiSkinWindowPaint, AsksTheSystemWhichWindowIsActive)
+// A window is painted for as long as it lives.
+TEST_F(GuiSkinWindowPaint, TakesNothingFromTheHeapAfterTheFirstTime)
 {
-    std::mt19937 random(1);
-    RandomSkin skin(random, 4);
-    skin.m_pPartPresent[0] = 1;
-    skin.m_pPartPresent[4] = 1;
-    skin.m_pPartRect[0] = CRect(0, 0, 1, 1);
-    skin.m_pPartRect[4] = CRect(1, 0, 2, 1);
-    std::fill_n(skin.m_pAnchorPresent, 5, 0);
-    skin.m_bCaption = FALSE;
-    const auto isPaintedActive = [&](CWnd& wnd) {
-        Pixels painted(9, 9);
-        painted.Draw(0, [&](CDC& dc) { skin.Paint(&wnd, dc, 1, 0); });
-        return painted.all[0] == skin.m_image.all[0];
-    };
-    EXPECT_FALSE(isPaintedActive(m_wnd));
-    m_wnd.ShowWindow(SW_SHOW);
-    EXPECT_TRUE(isPaintedActive(m_wnd));
-
-    auto* const pFrame = new CMDIFrameWnd; // the framework deletes windows of frames
-    ASSERT_TRUE(pFrame->Create(nullptr, "frame"));
-    auto* const pFirst = new CMDIChildWnd;
-    auto* const pSecond = new CMDIChildWnd;
-    ASSERT_TRUE(pFirst->Create(nullptr, "first", WS_CHILD | WS_VISIBLE, CRect(0, 0, 9, 9), pFrame));
-    ASSERT_TRUE(pSecond->Create(nullptr, "second", WS_CHILD | WS_VISIBLE, CRect(0, 0, 9, 9), pFrame));
-    EXPECT_FALSE(isPaintedActive(*pFirst));
-    EXPECT_TRUE(isPaintedActive(*pSecond)); // of its frame, whatever is in front
-    pFrame->DestroyWindow();
+    m_wnd.SetWindowPos(nullptr, 0, 0, 400, 300, 0);
+    Pixels(400, 300).Draw(0, [&](CDC& dc) {
+        for (unsigned nSeed = 0; nSeed < 30; nSeed++) {
+            std::mt19937 random(nSeed);
+            RandomSkin skin(random, 12);
+            skin.m_bCaption = TRUE;
+            skin.m_mapParts.SetAt("part", new CRect(0, 0, 9, 9));
+            skin.m_mapAnchors.SetAt("anchor", new CRect(4, 4, 9, 9));
+            const auto paintAll = [&] {
+                skin.Paint(&m_wnd, dc, 0, 0);
+                skin.Paint(&m_wnd, dc, 1, 1);
+                skin.PaintClient(&dc, CRect(0, 0, 300, 200));
+                skin.PaintPartOnAnchor(&dc, CRect(0, 0, 300, 200), "part", "anchor", 1);
+            };
+            paintAll();
+            const std::size_t nBefore = heap_allocations();
+            paintAll();
+            EXPECT_EQ(heap_allocations(), nBefore) << nSeed;
+        }
+    });
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "tests/skinwnd/SkinnedWindow.h"
 
+#include <sstream>
+
 #include "look/GuiInterface.h"
 #include "look/GuiManager.h"
 #include "skin/GuiSkin.h"
@@ -11,20 +13,6 @@ namespace {
 // The framework wants an application object.
 CWinApp theTestApp;
 
-} // namespace
-
-void SetPart(PelkGUI::GuiSkinWindow& skin, int nPart, const CRect& rc)
-{
-    skin.m_pPartPresent[nPart] = 1;
-    skin.m_pPartRect[nPart] = rc;
-}
-
-void SetAnchor(PelkGUI::GuiSkinWindow& skin, int nAnchor, const CRect& rc)
-{
-    skin.m_pAnchorPresent[nAnchor] = 1;
-    skin.m_pAnchorRect[nAnchor] = rc;
-}
-
 std::string SystemCommandName(WPARAM nCommand)
 {
     static const std::map<WPARAM, std::string> kNames = {
@@ -35,15 +23,7 @@ std::string SystemCommandName(WPARAM nCommand)
     return found == kNames.end() ? std::to_string(nCommand) : found->second;
 }
 
-void SkinnedWnd::Write(const std::string& strWord)
-{
-    m_strJournal += (m_strJournal.empty() ? "" : " ") + strWord;
-}
-
-std::string SkinnedWnd::TakeJournal()
-{
-    return std::exchange(m_strJournal, {});
-}
+} // namespace
 
 void SkinnedWnd::Happen(const char* pszWhat)
 {
@@ -137,9 +117,9 @@ void SkinnedWindowTest::ApplySkin(const std::string& strChildren)
 {
     PelkGUI::GetGuiSkin().Clear();
     const std::string strSkin = "<?xml version=\"1.0\"?><skin><strings>"
-                                "<tip id=\"7\" message=\"Says. More\" tip=\"Tip. Of\"/>"
-                                "<string id=\"8\" value=\"First. Second\"/></strings><windowSkins><windowSkin>"
-                                "<target window=\"Main\"/><image path=\"picture.bmp\"/>" +
+                                "<tip id='7' message='Says. More' tip='Tip. Of'/>"
+                                "<string id='8' value='First. Second'/></strings><windowSkins><windowSkin>"
+                                "<target window='Main'/><image path='picture.bmp'/>" +
                                 strChildren + "</windowSkin></windowSkins></skin>";
     ASSERT_TRUE(PelkGUI::GetGuiSkin().LoadFromString(strSkin.c_str(), TEST_SOURCE_DIR "/"));
 }
@@ -156,6 +136,8 @@ SkinnedWnd* SkinnedWindowTest::Open(DWORD dwStyle, const CRect& rc, CWnd* pParen
 
 void SkinnedWindowTest::OpenSkinned(const std::string& strChildren, std::vector<const char*> aButtons)
 {
+    if (IsOpen())
+        ::DestroyWindow(m_hWnd);
     ApplySkin(strChildren);
     Open();
     m_pWnd->m_aButtons = std::move(aButtons);
@@ -173,15 +155,27 @@ void SkinnedWindowTest::Run()
     }
 }
 
-void SkinnedWindowTest::Do(const std::string& strWord, const std::map<std::string, CPoint>& places)
+void SkinnedWindowTest::MoveTo(POINT point)
 {
-    if (strWord == "down")
-        m_pScreen->press(win32::kLeftButton);
-    else if (strWord == "up")
-        m_pScreen->release(win32::kLeftButton);
-    else
-        m_pScreen->move_pointer(places.at(strWord));
+    m_pScreen->move_pointer(point);
     Run();
+}
+
+std::string SkinnedWindowTest::Play(const std::string& strStory)
+{
+    std::istringstream story(strStory);
+    std::string strPlayed;
+    for (std::string strDeed, strState; story >> strDeed; story >> strState) {
+        if (strDeed == "down")
+            m_pScreen->press(win32::kLeftButton);
+        else if (strDeed == "up")
+            m_pScreen->release(win32::kLeftButton);
+        else
+            m_pScreen->move_pointer(m_mapPlaces.at(strDeed));
+        Run();
+        strPlayed += (strPlayed.empty() ? "" : " ") + strDeed + " " + State();
+    }
+    return strPlayed;
 }
 
 } // namespace test

@@ -15,13 +15,6 @@
 
 namespace test {
 
-// The tests' own side of a window skin: makes it what a skin text would.
-void SetPart(PelkGUI::GuiSkinWindow& skin, int nPart, const CRect& rc);
-void SetAnchor(PelkGUI::GuiSkinWindow& skin, int nAnchor, const CRect& rc);
-
-// "CLOSE" for SC_CLOSE and so on.
-std::string SystemCommandName(WPARAM nCommand);
-
 // The window's journal holds words: "CLOSE" for a system command, which is not carried out, "CLOSE 1,2" for one with a
 // place, "command 7", "hover 1 7", "laid out" when it is told that it has no size.
 class SkinnedWnd : public PelkGUI::GuiMiniFrameWnd {
@@ -31,8 +24,8 @@ public:
     void MouseMoveStype(UINT nState, UINT nCommand) override;
     BOOL OnCmdMsg(UINT nID, int nCode, void* pExtra, AFX_CMDHANDLERINFO* pHandlerInfo) override;
 
-    std::string TakeJournal(); // its words, and empties it
-    void Write(const std::string& strWord);
+    std::string TakeJournal() { return std::exchange(m_strJournal, {}); }
+    void Write(const std::string& strWord) { m_strJournal += (m_strJournal.empty() ? "" : " ") + strWord; }
 
     std::vector<const char*> m_aButtons; // the names to make buttons of
     std::map<std::string, std::function<void()>>
@@ -60,15 +53,19 @@ protected:
     // A window "Main" at 100,100, 200 by 120 pixels, shown. It belongs to the test, or is gone.
     SkinnedWnd* Open(DWORD dwStyle = WS_POPUP | WS_SYSMENU, const CRect& rc = CRect(100, 100, 300, 220),
                      CWnd* pParent = nullptr);
+    // Instead of the window before: two quick presses on one are a double click.
     void OpenSkinned(const std::string& strChildren, std::vector<const char*> aButtons = {});
-    // Handles what is in the queue.
-    void Run();
-    // What a person does, a word each: a place moves the pointer there, "down" and "up" are the left button. Each is
-    // handled before the next.
-    void Do(const std::string& strWord, const std::map<std::string, CPoint>& places);
+    void Run(); // handles what is in the queue
+    void MoveTo(POINT point);
+    // Plays a story, "close 40 down 44 up 00": what a person does and the state after it, in turn. A place moves the
+    // pointer there, "down" and "up" are the left button. The story as it went.
+    std::string Play(const std::string& strStory);
+    virtual std::string State() const { return {}; }
     bool IsOpen() const { return ::IsWindow(m_hWnd); }
+    std::uint32_t PixelAt(POINT point) const { return m_pScreen->pixel_at(point); }
 
     std::shared_ptr<win32::MemoryScreen> m_pScreen;
+    std::map<std::string, POINT> m_mapPlaces;
     SkinnedWnd* m_pWnd = nullptr;
     HWND m_hWnd = nullptr;
 };
