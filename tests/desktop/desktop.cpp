@@ -1,5 +1,7 @@
 #include "tests/desktop/desktop.h"
 
+#include "tests/support/WaitUntil.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -7,7 +9,6 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
-#include <memory>
 #include <ostream>
 #include <sstream>
 
@@ -23,15 +24,6 @@ constexpr auto kDeadline = std::chrono::seconds(8);
 constexpr int kBetweenLooks = 5; // milliseconds: much of what is true on a screen comes without an event
 constexpr std::uint32_t kIconicState = 3;
 constexpr std::uint32_t kHasPosition = 1; // chosen by the user, says the hint, and no window manager thinks better
-
-struct FreeReply {
-    void operator()(void* reply) const { std::free(reply); }
-};
-template <class Type>
-std::unique_ptr<Type, FreeReply> owned(Type* reply)
-{
-    return std::unique_ptr<Type, FreeReply>(reply);
-}
 
 [[noreturn]] void give_up(const std::string& what)
 {
@@ -52,16 +44,6 @@ void start(Program& program, const std::vector<const char*>& command, const char
 std::ostream& operator<<(std::ostream& out, const Rect& rect)
 {
     return out << rect.width << 'x' << rect.height << '+' << rect.left << '+' << rect.top;
-}
-
-void PrintTo(const WindowManager& manager, std::ostream* out)
-{
-    *out << manager.name;
-}
-
-void PrintTo(const Face& face, std::ostream* out)
-{
-    *out << face.name;
 }
 
 Desktop::Desktop(const WindowManager& manager)
@@ -90,8 +72,9 @@ void Desktop::open(const Face& face)
     face_ = &face;
     start(program_, face.command, said_path_.c_str());
     const bool there = sees([&] {
-        window_ = find_window(person_.root(), true);
-        return window_ != 0 && is_viewable(window_) && focus() == window_ && shows(face);
+        const std::vector<xcb_window_t> found = windows(person_.root(), true);
+        window_ = found.empty() ? 0 : found.front();
+        return window_ != 0 && focus() == window_ && shows(face);
     });
     if (!there)
         give_up(std::string(face.name) + " opens no active window");
@@ -191,13 +174,13 @@ xcb_window_t Desktop::focus() const
 
 bool Desktop::is_minimised() const
 {
-    const std::vector<std::uint32_t> state = numbers(window_, "WM_STATE");
+    const std::vector<std::uint32_t> state = person_.numbers(window_, "WM_STATE");
     return !state.empty() && state[0] == kIconicState && !is_viewable(window_);
 }
 
 Rect Desktop::work_area() const
 {
-    const std::vector<std::uint32_t> area = numbers(person_.root(), "_NET_WORKAREA");
+    const std::vector<std::uint32_t> area = person_.numbers(person_.root(), "_NET_WORKAREA");
     if (area.size() < 4)
         return bounds_of(person_.root());
     return { static_cast<int>(area[0]), static_cast<int>(area[1]), static_cast<int>(area[2]),
@@ -206,51 +189,29 @@ Rect Desktop::work_area() const
 
 std::vector<xcb_window_t> Desktop::popups() const
 {
-    std::vector<xcb_window_t> found;
-    collect_windows(person_.root(), false, found);
-    std::erase_if(found, [this](xcb_window_t window) { return !is_viewable(window); });
-    return found;
-}
-
-xcb_window_t Desktop::find_window(xcb_window_t under, bool managed) const
-{
-    std::vector<xcb_window_t> found;
-    collect_windows(under, managed, found);
-    std::erase_if(found, [this](xcb_window_t window) { return !is_viewable(window); });
-    return found.empty() ? 0 : found.front();
+    return windows(person_.root(), false);
 }
 
 // Window managers put them into frames, so they lie anywhere in the tree.
-void Desktop::collect_windows(xcb_window_t under, bool managed, std::vector<xcb_window_t>& found) const
+std::vector<xcb_window_t> Desktop::windows(xcb_window_t under, bool managed) const
 {
     xcb_connection_t* x = person_.connection();
+    std::vector<xcb_window_t> found;
     const auto tree = owned(xcb_query_tree_reply(x, xcb_query_tree(x, under), nullptr));
-    if (!tree)
-        return;
-    const xcb_window_t* children = xcb_query_tree_children(tree.get());
-    for (int i = 0; i < xcb_query_tree_children_length(tree.get()); i++) {
-        const xcb_window_t child = children[i];
-        const std::vector<std::uint32_t> process = numbers(child, "_NET_WM_PID");
+    for (int i = 0; tree && i < xcb_query_tree_children_length(tree.get()); i++) {
+        const xcb_window_t child = xcb_query_tree_children(tree.get())[i];
+        const std::vector<std::uint32_t> process = person_.numbers(child, "_NET_WM_PID");
         const auto kind = owned(xcb_get_window_attributes_reply(x, xcb_get_window_attributes(x, child), nullptr));
         if (!process.empty() && static_cast<pid_t>(process[0]) == program_.process() && kind &&
-            (kind->override_redirect == 0) == managed)
+            kind->map_state == XCB_MAP_STATE_VIEWABLE && (kind->override_redirect == 0) == managed)
             found.push_back(child);
-        collect_windows(child, managed, found);
+        const std::vector<xcb_window_t> deeper = windows(child, managed);
+        found.insert(found.end(), deeper.begin(), deeper.end());
     }
+    return found;
 }
 
-std::vector<std::uint32_t> Desktop::numbers(xcb_window_t window, const char* property) const
-{
-    xcb_connection_t* x = person_.connection();
-    const auto cookie = xcb_get_property(x, 0, window, person_.atom(property), XCB_GET_PROPERTY_TYPE_ANY, 0, 64);
-    const auto reply = owned(xcb_get_property_reply(x, cookie, nullptr));
-    if (!reply || reply->format != 32)
-        return {};
-    const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-    return { first, first + reply->value_len };
-}
-
-xcb_window_t Desktop::create(Rect place, bool managed)
+xcb_window_t Desktop::add_other_window(Rect place, bool managed)
 {
     xcb_connection_t* x = person_.connection();
     const xcb_window_t window = xcb_generate_id(x);
@@ -270,20 +231,9 @@ xcb_window_t Desktop::create(Rect place, bool managed)
     return window;
 }
 
-// Where it asks to be, as our own windows do.
-xcb_window_t Desktop::add_other_window(Rect place)
+void Desktop::remove_other_window(xcb_window_t window)
 {
-    return create(place, true);
-}
-
-void Desktop::cover(Rect place)
-{
-    cover_ = create(place, false);
-}
-
-void Desktop::uncover()
-{
-    xcb_destroy_window(person_.connection(), cover_);
+    xcb_destroy_window(person_.connection(), window);
     xcb_flush(person_.connection());
 }
 
@@ -313,28 +263,16 @@ void Desktop::activate(xcb_window_t window)
 
 int Desktop::clicks_on(xcb_window_t window)
 {
-    take_events();
-    return static_cast<int>(std::count(clicked_.begin(), clicked_.end(), window));
-}
-
-void Desktop::take_events()
-{
-    for (auto event = owned(xcb_poll_for_event(person_.connection())); event;
-         event = owned(xcb_poll_for_event(person_.connection()))) {
+    while (const auto event = owned(xcb_poll_for_event(person_.connection()))) {
         if ((event->response_type & 0x7F) == XCB_BUTTON_PRESS)
             clicked_.push_back(reinterpret_cast<const xcb_button_press_event_t*>(event.get())->event);
     }
+    return static_cast<int>(std::count(clicked_.begin(), clicked_.end(), window));
 }
 
 bool Desktop::sees(const std::function<bool()>& condition) const
 {
-    const auto end = std::chrono::steady_clock::now() + kDeadline;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() >= end)
-            return false;
-        ::poll(nullptr, 0, kBetweenLooks);
-    }
-    return true;
+    return wait_until([&] { return condition() || ::poll(nullptr, 0, kBetweenLooks) < 0; }, kDeadline);
 }
 
 } // namespace test

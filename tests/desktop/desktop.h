@@ -36,7 +36,6 @@ struct WindowManager {
     bool takes_alt_space = true; // for a menu of its own
     bool overhangs = true;       // lets a window lie partly beyond the screen
 };
-void PrintTo(const WindowManager& manager, std::ostream* out);
 
 // A program with one window, and where the parts of the window are: from its left and upper edges, or from the right
 // and lower ones when negative.
@@ -59,7 +58,6 @@ struct Face {
     int overhang;                     // of a maximised window over each edge of the work area
     std::vector<const char*> chatter; // what it says in lines with such a word is of no interest
 };
-void PrintTo(const Face& face, std::ostream* out);
 
 class Desktop {
 public:
@@ -94,9 +92,9 @@ public:
     // The program's windows that no window manager has to do with: menus and tips.
     std::vector<xcb_window_t> popups() const;
 
-    xcb_window_t add_other_window(Rect place); // of another program
-    void cover(Rect place);                    // with a window that goes at `uncover`
-    void uncover();
+    // Of another program; where it asks to be, as ours are, and without any window manager if that has no say.
+    xcb_window_t add_other_window(Rect place, bool managed = true);
+    void remove_other_window(xcb_window_t window);
     void activate(xcb_window_t window);
     int clicks_on(xcb_window_t window);
 
@@ -104,11 +102,8 @@ public:
     bool sees(const std::function<bool()>& condition) const;
 
 private:
-    xcb_window_t create(Rect place, bool managed);
-    xcb_window_t find_window(xcb_window_t under, bool managed) const;
-    void collect_windows(xcb_window_t under, bool managed, std::vector<xcb_window_t>& found) const;
-    std::vector<std::uint32_t> numbers(xcb_window_t window, const char* property) const;
-    void take_events();
+    // The program's that are seen.
+    std::vector<xcb_window_t> windows(xcb_window_t under, bool managed) const;
 
     XServer server_;
     XPerson person_;
@@ -117,7 +112,6 @@ private:
     const Face* face_ = nullptr;
     std::string said_path_;
     xcb_window_t window_ = 0;
-    xcb_window_t cover_ = 0;
     std::vector<xcb_window_t> clicked_;
 };
 

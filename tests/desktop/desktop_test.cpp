@@ -165,9 +165,9 @@ TEST_P(OnDesktop, ShowsWhetherItIsActive)
 TEST_P(OnDesktop, IsDrawnAgainWhenUncovered)
 {
     expect_bounds(desktop.bounds());
-    desktop.cover(desktop.bounds());
+    const xcb_window_t cover = desktop.add_other_window(desktop.bounds(), false);
     expect("it is covered", [&] { return desktop.pixel(face.client) == 0x303060; });
-    desktop.uncover();
+    desktop.remove_other_window(cover);
     expect_bounds(desktop.bounds());
 }
 

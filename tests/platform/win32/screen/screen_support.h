@@ -34,6 +34,14 @@ inline void paint(win32::Screen& screen, win32::SurfaceId surface, std::uint32_t
     screen.flush();
 }
 
+inline win32::SurfaceTraits traits_of(win32::SurfaceKind kind, bool topmost = false)
+{
+    win32::SurfaceTraits traits;
+    traits.kind = kind;
+    traits.topmost = topmost;
+    return traits;
+}
+
 // A shown surface of one colour.
 inline win32::SurfaceId add_surface(win32::Screen& screen, const RECT& bounds, std::uint32_t colour,
                                     const win32::SurfaceTraits& traits = {})

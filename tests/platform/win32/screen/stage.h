@@ -6,10 +6,10 @@
 
 #include "tests/platform/win32/screen/screen_support.h"
 #include "tests/platform/win32/screen/x_server.h"
+#include "tests/support/WaitUntil.h"
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <functional>
 
 #include <poll.h>
@@ -72,17 +72,13 @@ public:
     // Turns the loop until the condition holds; false after the deadline.
     bool turn_until(const std::function<bool()>& condition)
     {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-        while (std::chrono::steady_clock::now() < end) {
+        return wait_until([&] {
             for (const win32::ScreenEvent& event : take_events(screen()))
                 events.push_back(event);
             screen().flush();
-            if (condition())
-                return true;
             pollfd fd{ screen().descriptor(), POLLIN, 0 };
-            (void)::poll(&fd, 1, 1); // pixels come without an event
-        }
-        return false;
+            return condition() || ::poll(&fd, 1, 1) < 0; // pixels come without an event
+        });
     }
 };
 
@@ -137,12 +133,6 @@ private:
     XServer server_;
     XPerson person_;
     std::shared_ptr<win32::XcbScreen> screen_;
-};
-
-// The same server, which may not map our memory.
-class XSocketStage final : public XStage {
-public:
-    XSocketStage() { screen().stop_sharing_memory(); }
 };
 
 } // namespace test

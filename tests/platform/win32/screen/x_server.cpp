@@ -3,14 +3,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <utility>
 
-#include <csignal>
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <xcb/xtest.h>
 
@@ -25,17 +22,6 @@ constexpr int kInheritedDescriptor = 9;
 {
     std::fprintf(stderr, "x_server: %s\n", what);
     std::abort();
-}
-
-struct FreeReply {
-    void operator()(void* reply) const { std::free(reply); }
-};
-template <class Type>
-std::unique_ptr<Type, FreeReply> owned(Type* reply)
-{
-    if (!reply)
-        give_up("the server does not answer");
-    return std::unique_ptr<Type, FreeReply>(reply);
 }
 
 // The number that the server writes when it is ready, up to the end of the line.
@@ -53,11 +39,6 @@ std::string read_display_number(int descriptor)
 }
 
 } // namespace
-
-Program::~Program()
-{
-    end(SIGTERM);
-}
 
 bool Program::start(const char* const* arguments, int inherited, const char* said)
 {
@@ -80,16 +61,6 @@ void Program::end(int signal)
         return;
     ::kill(process_, signal);
     wait();
-}
-
-std::optional<int> Program::exit_code()
-{
-    return reap(WNOHANG);
-}
-
-int Program::wait()
-{
-    return reap(0).value_or(-1);
 }
 
 std::optional<int> Program::reap(int options)
@@ -117,11 +88,6 @@ XServer::XServer()
     display_.insert(display_.begin(), ':');
 }
 
-void XServer::stop()
-{
-    program_.end(SIGTERM);
-}
-
 XPerson::XPerson(const char* display) : connection_(xcb_connect(display, nullptr)), root_(0)
 {
     if (xcb_connection_has_error(connection_) != 0)
@@ -139,34 +105,11 @@ std::uint32_t XPerson::pixel_at(int x, int y) const
     const auto cookie = xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, root_, static_cast<std::int16_t>(x),
                                       static_cast<std::int16_t>(y), 1, 1, ~0U);
     const auto reply = owned(xcb_get_image_reply(connection_, cookie, nullptr));
+    if (!reply)
+        give_up("the server does not answer");
     std::uint32_t pixel = 0;
     std::memcpy(&pixel, xcb_get_image_data(reply.get()), sizeof pixel);
     return pixel & 0x00FFFFFF;
-}
-
-void XPerson::move_pointer(int x, int y)
-{
-    fake(XCB_MOTION_NOTIFY, 0, x, y);
-}
-
-void XPerson::press(unsigned button)
-{
-    fake(XCB_BUTTON_PRESS, button);
-}
-
-void XPerson::release(unsigned button)
-{
-    fake(XCB_BUTTON_RELEASE, button);
-}
-
-void XPerson::press_key(xcb_keysym_t symbol)
-{
-    fake(XCB_KEY_PRESS, code_of(symbol));
-}
-
-void XPerson::release_key(xcb_keysym_t symbol)
-{
-    fake(XCB_KEY_RELEASE, code_of(symbol));
 }
 
 void XPerson::move_window(xcb_window_t window, int x, int y)
@@ -183,7 +126,7 @@ bool XPerson::sees_window_manager()
         xcb_create_window(connection_, XCB_COPY_FROM_PARENT, probe_, root_, 0, 0, 1, 1, 0,
                           XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
     }
-    if (!has(probe_, "WM_STATE")) {
+    if (numbers(probe_, "WM_STATE").empty()) {
         xcb_unmap_window(connection_, probe_); // anew: one that is just starting may oversleep a single request
         xcb_map_window(connection_, probe_);
         xcb_flush(connection_);
@@ -194,10 +137,14 @@ bool XPerson::sees_window_manager()
     return true;
 }
 
-bool XPerson::has(xcb_window_t window, const char* property) const
+std::vector<std::uint32_t> XPerson::numbers(xcb_window_t window, const char* property) const
 {
-    const auto cookie = xcb_get_property(connection_, 0, window, atom(property), XCB_GET_PROPERTY_TYPE_ANY, 0, 0);
-    return owned(xcb_get_property_reply(connection_, cookie, nullptr))->type != XCB_ATOM_NONE;
+    const auto cookie = xcb_get_property(connection_, 0, window, atom(property), XCB_GET_PROPERTY_TYPE_ANY, 0, 1000);
+    const auto reply = owned(xcb_get_property_reply(connection_, cookie, nullptr));
+    if (!reply || reply->format != 32)
+        return {};
+    const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return { first, first + reply->value_len };
 }
 
 void XPerson::send_protocol(xcb_window_t window, const char* protocol)
@@ -217,7 +164,8 @@ void XPerson::send_protocol(xcb_window_t window, const char* protocol)
 xcb_atom_t XPerson::atom(const char* name) const
 {
     const auto cookie = xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
-    return owned(xcb_intern_atom_reply(connection_, cookie, nullptr))->atom;
+    const auto reply = owned(xcb_intern_atom_reply(connection_, cookie, nullptr));
+    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
 }
 
 void XPerson::fake(std::uint8_t type, unsigned detail, int x, int y)
@@ -234,6 +182,8 @@ xcb_keycode_t XPerson::code_of(xcb_keysym_t symbol) const
     const auto cookie =
         xcb_get_keyboard_mapping(connection_, first, static_cast<std::uint8_t>(setup->max_keycode - first + 1));
     const auto reply = owned(xcb_get_keyboard_mapping_reply(connection_, cookie, nullptr));
+    if (!reply)
+        give_up("the server does not answer");
     const xcb_keysym_t* symbols = xcb_get_keyboard_mapping_keysyms(reply.get());
     const int count = xcb_get_keyboard_mapping_keysyms_length(reply.get());
     for (int i = 0; i < count; i++) {

@@ -5,19 +5,33 @@
 #include "platform/win32/kernel/unique_fd.h"
 
 #include <cstdint>
+#include <cstdlib>
+#include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
-#include <sys/types.h>
+#include <csignal>
+#include <sys/wait.h>
 #include <xcb/xcb.h>
 
 namespace test {
+
+// An answer of the server; null: there is none.
+struct FreeReply {
+    void operator()(void* reply) const { std::free(reply); }
+};
+template <class Type>
+std::unique_ptr<Type, FreeReply> owned(Type* reply)
+{
+    return std::unique_ptr<Type, FreeReply>(reply);
+}
 
 // A child process, ended with its owner.
 class Program {
 public:
     Program() = default;
-    ~Program();
+    ~Program() { end(SIGTERM); }
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
@@ -27,8 +41,8 @@ public:
     void end(int signal);
     pid_t process() const { return process_; }
     // Its exit code once it has ended, minus the signal's number if it did not end by itself.
-    std::optional<int> exit_code();
-    int wait();
+    std::optional<int> exit_code() { return reap(WNOHANG); }
+    int wait() { return reap(0).value_or(-1); }
 
 private:
     std::optional<int> reap(int options);
@@ -43,7 +57,7 @@ public:
     XServer();
 
     const char* display() const { return display_.c_str(); }
-    void stop();
+    void stop() { program_.end(SIGTERM); }
 
 private:
     Program program_;
@@ -58,11 +72,12 @@ public:
     XPerson& operator=(const XPerson&) = delete;
 
     std::uint32_t pixel_at(int x, int y) const;
-    void move_pointer(int x, int y);
-    void press(unsigned button); // the server's numbers: 1 left, 2 middle, 3 right, 4 and 5 the wheel
-    void release(unsigned button);
-    void press_key(xcb_keysym_t symbol);
-    void release_key(xcb_keysym_t symbol);
+    void move_pointer(int x, int y) { fake(XCB_MOTION_NOTIFY, 0, x, y); }
+    // The server's numbers: 1 left, 2 middle, 3 right, 4 and 5 the wheel.
+    void press(unsigned button) { fake(XCB_BUTTON_PRESS, button); }
+    void release(unsigned button) { fake(XCB_BUTTON_RELEASE, button); }
+    void press_key(xcb_keysym_t symbol) { fake(XCB_KEY_PRESS, code_of(symbol)); }
+    void release_key(xcb_keysym_t symbol) { fake(XCB_KEY_RELEASE, code_of(symbol)); }
     // What a desktop does to our windows; without a window manager the server does it at once.
     void move_window(xcb_window_t window, int x, int y);
     // Whether a window manager is at work: it takes care of a new window of ours. Ask until it does.
@@ -71,11 +86,12 @@ public:
     xcb_connection_t* connection() const { return connection_; }
     xcb_window_t root() const { return root_; }
     xcb_atom_t atom(const char* name) const;
+    // Of a property; none where there is no such property.
+    std::vector<std::uint32_t> numbers(xcb_window_t window, const char* property) const;
 
 private:
     void fake(std::uint8_t type, unsigned detail, int x = 0, int y = 0);
     xcb_keycode_t code_of(xcb_keysym_t symbol) const;
-    bool has(xcb_window_t window, const char* property) const;
 
     xcb_connection_t* connection_;
     xcb_window_t root_;

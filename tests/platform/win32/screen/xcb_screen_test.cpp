@@ -62,18 +62,6 @@ TEST(XcbScreen, AsksToCloseAWindowThatOthersDestroyed)
     EXPECT_EQ(stage.wait_for(EventKind::close_request).surface, surface);
 }
 
-// The numbers of a property of one of our windows.
-std::vector<std::uint32_t> numbers_of(test::XPerson& person, xcb_window_t window, const char* property)
-{
-    const auto cookie =
-        xcb_get_property(person.connection(), 0, window, person.atom(property), XCB_GET_PROPERTY_TYPE_ANY, 0, 1000);
-    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(person.connection(), cookie, nullptr));
-    if (!reply || reply->format != 32)
-        return {};
-    const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-    return { first, first + reply->value_len };
-}
-
 TEST(XcbScreen, TellsTheDesktopWhatASurfaceIs)
 {
     test::XStage stage;
@@ -82,6 +70,8 @@ TEST(XcbScreen, TellsTheDesktopWhatASurfaceIs)
     SurfaceTraits traits;
     traits.owner = owner;
     traits.kind = SurfaceKind::tool_window;
+    traits.resizable = true;
+    traits.min_size = { 100, 50 };
     const SurfaceId surface = add_surface(stage.screen(), kBounds, kRed, traits);
     std::uint32_t small[] = { 0xFF000001, 0x80000002 };
     std::uint32_t large[] = { 3, 0, 4, 0 };
@@ -89,18 +79,22 @@ TEST(XcbScreen, TellsTheDesktopWhatASurfaceIs)
     const PixelView icons[] = { { small, 2, 1, 2 }, { too_large.data(), 257, 1, 257 }, { large, 1, 2, 2 } };
     stage.screen().set_icons(surface, icons);
     stage.screen().flush();
-    using Numbers = std::vector<std::uint32_t>;
-    const auto shows = [&](const char* property, const Numbers& numbers) {
-        EXPECT_TRUE(stage.turn_until([&] { return numbers_of(person, surface, property) == numbers; })) << property;
+    const auto shows = [&](const char* property, const std::vector<std::uint32_t>& numbers) {
+        EXPECT_TRUE(stage.turn_until([&] { return person.numbers(surface, property) == numbers; }))
+            << property << " is " << testing::PrintToString(person.numbers(surface, property));
     };
     shows("_NET_WM_ICON", { 2, 1, 0xFF000001, 0x80000002, 1, 2, 3, 4 });
     shows("WM_TRANSIENT_FOR", { owner });
     shows("_NET_WM_PID", { static_cast<std::uint32_t>(::getpid()) });
     shows("_NET_WM_WINDOW_TYPE",
           { person.atom("_NET_WM_WINDOW_TYPE_UTILITY"), person.atom("_NET_WM_WINDOW_TYPE_NORMAL") });
+    // Flags, place, size, least and largest size, and after what is of no use to us the static gravity.
+    shows("WM_NORMAL_HINTS", { 0x21C, 200, 150, 300, 200, 100, 50, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 10 });
     traits.owner = 0;
+    traits.resizable = false;
     stage.screen().set_traits(surface, traits);
     shows("WM_TRANSIENT_FOR", {});
+    shows("WM_NORMAL_HINTS", { 0x23C, 200, 150, 300, 200, 300, 200, 300, 200, 0, 0, 0, 0, 0, 0, 0, 0, 10 });
 }
 
 // Two monitors side by side, of which the right one is the user's first, and a panel along the top.
