@@ -200,6 +200,11 @@ TEST_F(Frames, ShowTextIconAndActivity)
     EXPECT_EQ(picture().at(240, 106), 0x0A246AU);
     screen_->focus(0);
     EXPECT_EQ(picture().at(240, 106), 0x808080U);
+    EXPECT_EQ(picture().at(100, 100), 0xD4D0C8U);
+    const HDC dc = GetWindowDC(window.get());
+    SetPixel(dc, 0, 0, RGB(0, 0, 255));
+    ReleaseDC(window.get(), dc);
+    EXPECT_EQ(picture().at(100, 100), 0x0000FFU);
     SetWindowTextA(window.get(), std::string(3000, '\xB0').c_str());
     const auto crowded = picture();
     for (int y = 104; y < 120; y++) {

@@ -113,11 +113,11 @@ TEST_F(Messages, OfTimersAreCoalesced)
     const UINT_PTR id = SetTimer(nullptr, 0, 10, count_timer);
     EXPECT_NE(id, 0U);
     run_until([&] { return timer_calls > 0; });
-    EXPECT_TRUE(KillTimer(nullptr, id));
-    const MSG forged{ nullptr, WM_TIMER, id, reinterpret_cast<LPARAM>(&count_timer), 0, {} };
+    const MSG forged{ nullptr, WM_TIMER, id + 1, reinterpret_cast<LPARAM>(&count_timer), 0, {} };
     const unsigned calls = timer_calls;
     DispatchMessageA(&forged);
     EXPECT_EQ(timer_calls, calls);
+    EXPECT_TRUE(KillTimer(nullptr, id));
 }
 
 TEST_F(Messages, FromAnotherThreadAreAnswered)

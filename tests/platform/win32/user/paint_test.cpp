@@ -226,24 +226,6 @@ TEST_F(Painting, AsksForWhatANewSizeUncovers)
     }
 }
 
-TEST_F(Painting, DrawsAPlainFrame)
-{
-    const TestWindow window(
-        journal_, { .style = WS_POPUP | WS_CAPTION | WS_SYSMENU, .handlers = { { WM_PAINT, painter(kRed) } } });
-    show(window);
-    EXPECT_EQ(seen({ 10, 20 }), GetSysColor(COLOR_3DFACE));
-    EXPECT_EQ(seen({ 10 + 4, 20 + 4 }), GetSysColor(COLOR_ACTIVECAPTION));
-    EXPECT_EQ(seen({ 10 + 3, 20 + 22 }), kRed);
-    screen_->focus(0);
-    run_queue();
-    EXPECT_EQ(seen({ 10 + 4, 20 + 4 }), GetSysColor(COLOR_INACTIVECAPTION));
-    const HDC dc = GetWindowDC(window.get());
-    SetPixel(dc, 0, 0, kBlue);
-    ReleaseDC(window.get(), dc);
-    run_queue();
-    EXPECT_EQ(seen({ 10, 20 }), kBlue);
-}
-
 TEST_F(Painting, OnAWindowThatIsGoneDrawsNothing)
 {
     HDC dc = nullptr;

@@ -23,9 +23,10 @@ TEST(Rectangles, Combine)
         { "an empty one shares nothing", IntersectRect, { 0, 0, 10, 10 }, { 5, 5, 5, 9 }, FALSE, {} },
         { "hull", UnionRect, { 0, 0, 1, 1 }, { 5, 5, 6, 6 }, TRUE, { 0, 0, 6, 6 } },
         { "an empty one adds nothing", UnionRect, { 0, 0, 1, 1 }, { 9, 9, 5, 5 }, TRUE, { 0, 0, 1, 1 } },
+        { "nor is added to", UnionRect, { 9, 9, 5, 5 }, { 0, 0, 1, 1 }, TRUE, { 0, 0, 1, 1 } },
         { "two empty ones", UnionRect, {}, { 3, 3, 3, 3 }, FALSE, {} },
         { "an edge goes", SubtractRect, { 0, 0, 10, 10 }, { 6, -1, 20, 20 }, TRUE, { 0, 0, 6, 10 } },
-        { "a corner stays", SubtractRect, { 0, 0, 10, 10 }, { 6, 6, 20, 20 }, TRUE, { 0, 0, 10, 10 } },
+        { "a corner stays", SubtractRect, { 0, 0, 10, 10 }, { 6, -1, 20, 5 }, TRUE, { 0, 0, 10, 10 } },
         { "all goes", SubtractRect, { 0, 0, 10, 10 }, { 0, 0, 10, 10 }, FALSE, {} },
     };
     for (const RectCase& c : kCases) {
