@@ -73,14 +73,4 @@ TEST(CCmdTarget, RoutesToTheFirstHandlerThatFits)
     }
 }
 
-TEST(CCmdTarget, NamesTheHandlerWithoutCallingIt)
-{
-    Derived target;
-    AFX_CMDHANDLERINFO info = {};
-    EXPECT_TRUE(target.OnCmdMsg(2, CN_COMMAND, nullptr, &info));
-    EXPECT_EQ(info.pTarget, &target);
-    EXPECT_FALSE(target.OnCmdMsg(99, CN_COMMAND, nullptr, &info));
-    EXPECT_EQ(target.m_strLog, "");
-}
-
 } // namespace

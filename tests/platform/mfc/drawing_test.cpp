@@ -1,8 +1,4 @@
-#include <afxwin.h>
-
-#include <gtest/gtest.h>
-
-#include <memory>
+#include "tests/platform/mfc/NotingFrame.h"
 
 namespace {
 
@@ -104,27 +100,16 @@ TEST_F(MemoryContext, MeasuresAndDrawsText)
     EXPECT_EQ(dc.SelectObject(pOldFont), &font);
 }
 
-class PaintedFrame : public CFrameWnd {
-protected:
-    void OnPaint()
-    {
-        CPaintDC dc(this);
-        dc.FillSolidRect(&dc.m_ps.rcPaint, kOrange);
-        EXPECT_EQ(dc.GetWindow(), this);
-    }
-    BOOL OnEraseBkgnd(CDC*) { return TRUE; }
-    DECLARE_MESSAGE_MAP()
-};
-
-BEGIN_MESSAGE_MAP(PaintedFrame, CFrameWnd)
-ON_WM_PAINT()
-ON_WM_ERASEBKGND()
-END_MESSAGE_MAP()
-
 TEST(CPaintDC, PaintsTheClientArea)
 {
-    auto* const pFrame = new PaintedFrame;
-    ASSERT_TRUE(pFrame->Create(nullptr, "frame", WS_POPUP | WS_VISIBLE, CRect(0, 0, 40, 30)));
+    std::string log;
+    auto* const pFrame = new test::NotingFrame(log);
+    ASSERT_TRUE(pFrame->CreateFrame());
+    pFrame->m_deeds[WM_PAINT] = [](test::NotingFrame& frame) {
+        CPaintDC dc(&frame);
+        dc.FillSolidRect(&dc.m_ps.rcPaint, kOrange);
+        EXPECT_EQ(dc.GetWindow(), &frame);
+    };
     pFrame->UpdateWindow();
     EXPECT_FALSE(pFrame->GetUpdateRect(nullptr));
     HDC hDC = nullptr;

@@ -1,143 +1,15 @@
-#include <afxwin.h>
+#include "tests/platform/mfc/NotingFrame.h"
 
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <map>
-#include <string>
-#include <utility>
 #include <vector>
 
 namespace {
 
-constexpr UINT kAsk = WM_APP + 1;
-constexpr UINT kSwallowed = WM_APP + 2;
-constexpr UINT kCloseCommand = 100;
-
-// A frame that notes what happens to it and does at a message what a test asks for, its own end perhaps.
-class NotingFrame : public CFrameWnd {
-public:
-    using Deed = std::function<void(NotingFrame&)>;
-
-    explicit NotingFrame(std::string& log) : m_log(log) {}
-    ~NotingFrame() override { m_log += "deleted "; }
-
-    BOOL CreateFrame() { return Create(nullptr, "frame", WS_POPUP | WS_VISIBLE, CRect(0, 0, 40, 30)); }
-    BOOL PreTranslateMessage(MSG* pMsg) override { return pMsg->message == kSwallowed; }
-
-    std::map<UINT, Deed> m_deeds; // by message
-    int m_nCreated = 0;           // OnCreate's answer
-    int m_nIdle = 0;
-    BOOL m_bCommandEnabled = TRUE;
-
-protected:
-    int OnCreate(LPCREATESTRUCTA pCreate)
-    {
-        if (CFrameWnd::OnCreate(pCreate) == -1)
-            return -1;
-        Do(WM_CREATE, "create ");
-        return m_nCreated;
-    }
-    void OnPaint()
-    {
-        if (!Do(WM_PAINT, "paint "))
-            const CPaintDC dc(this);
-    }
-    void OnTimer(UINT_PTR) { Do(WM_TIMER, "timer "); }
-    void OnCloseCommand() { Do(WM_COMMAND, "command "); }
-    void OnUpdateCloseCommand(CCmdUI* pCmdUI) { pCmdUI->Enable(m_bCommandEnabled); }
-    LRESULT OnAsk(WPARAM wParam, LPARAM lParam)
-    {
-        Do(kAsk, "asked ");
-        return static_cast<LRESULT>(wParam) + lParam;
-    }
-    LRESULT OnSwallowed(WPARAM, LPARAM)
-    {
-        ADD_FAILURE() << "the message was dealt with before";
-        return 0;
-    }
-    void OnIdleUpdate()
-    {
-        m_nIdle++;
-        Do(WM_IDLEUPDATECMDUI, "");
-    }
-    void OnDestroy()
-    {
-        m_log += "destroy ";
-        CFrameWnd::OnDestroy();
-    }
-    void OnClose()
-    {
-        m_log += "close ";
-        CFrameWnd::OnClose();
-        AfxPostQuitMessage(0);
-    }
-    DECLARE_MESSAGE_MAP()
-
-private:
-    // False: nothing is to be done. Afterwards the object may be gone.
-    bool Do(UINT message, const char* pszNoted)
-    {
-        m_log += pszNoted;
-        const auto found = m_deeds.find(message);
-        if (found == m_deeds.end())
-            return false;
-        const Deed deed = found->second;
-        deed(*this);
-        return true;
-    }
-
-    std::string& m_log;
-};
-
-BEGIN_MESSAGE_MAP(NotingFrame, CFrameWnd)
-ON_WM_CREATE()
-ON_WM_PAINT()
-ON_WM_TIMER()
-ON_WM_DESTROY()
-ON_WM_CLOSE()
-ON_COMMAND(kCloseCommand, &NotingFrame::OnCloseCommand)
-ON_UPDATE_COMMAND_UI(kCloseCommand, &NotingFrame::OnUpdateCloseCommand)
-ON_MESSAGE(kAsk, &NotingFrame::OnAsk)
-ON_MESSAGE(kSwallowed, &NotingFrame::OnSwallowed)
-ON_MESSAGE_VOID(WM_IDLEUPDATECMDUI, &NotingFrame::OnIdleUpdate)
-END_MESSAGE_MAP()
+using namespace test;
 
 void Close(NotingFrame& frame)
 {
     frame.SendMessage(WM_CLOSE);
 }
-
-// A program with a main window, which `prepare` makes ready and says whether to run.
-class Program : public CWinApp {
-public:
-    explicit Program(std::function<BOOL(NotingFrame&)> prepare) : m_prepare(std::move(prepare)) {}
-    ~Program() override
-    {
-        MSG msg;
-        PeekMessageA(&msg, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE); // leave the thread's queue clean
-    }
-    int RunAsMain() { return AfxWinMain(AfxGetInstanceHandle(), nullptr, nullptr, SW_SHOWNORMAL); }
-
-    std::string m_strLog;
-
-protected:
-    BOOL InitInstance() override
-    {
-        auto* const pFrame = new NotingFrame(m_strLog);
-        EXPECT_TRUE(pFrame->CreateFrame());
-        m_pMainWnd = pFrame;
-        return m_prepare(*pFrame);
-    }
-    int ExitInstance() override
-    {
-        m_strLog += "exit ";
-        return CWinApp::ExitInstance();
-    }
-
-private:
-    const std::function<BOOL(NotingFrame&)> m_prepare;
-};
 
 struct EndCase {
     const char* why;
@@ -149,7 +21,7 @@ const EndCase kEnds[] = {
     { "posted WM_CLOSE", [](NotingFrame& f) { f.PostMessage(WM_CLOSE); } },
     { "closed while painting", [](NotingFrame& f) { f.m_deeds[WM_PAINT] = Close, f.Invalidate(); } },
     { "closed by a command",
-      [](NotingFrame& f) { f.m_deeds[WM_COMMAND] = Close, f.PostMessage(WM_COMMAND, kCloseCommand); } },
+      [](NotingFrame& f) { f.m_deeds[WM_COMMAND] = Close, f.PostMessage(WM_COMMAND, kCommand); } },
     { "closed by a message sent from a handler",
       [](NotingFrame& f) {
           f.m_deeds[kAsk] = Close;
@@ -217,12 +89,12 @@ TEST(CFrameWnd, AnswersMessagesAndCommands)
     EXPECT_EQ(pFrame->SendMessage(kAsk, 40, 2), 42);
 
     log.clear();
-    pFrame->SendMessage(WM_COMMAND, kCloseCommand);
-    pFrame->m_bCommandEnabled = FALSE;
-    pFrame->SendMessage(WM_COMMAND, kCloseCommand);
+    pFrame->SendMessage(WM_COMMAND, kCommand);
+    pFrame->m_updates[kCommand] = [](CCmdUI& state) { state.Enable(FALSE); };
+    pFrame->SendMessage(WM_COMMAND, kCommand);
     EXPECT_EQ(log, "command ") << "a disabled command does not run";
-    pFrame->SendMessage(WM_COMMAND, kCloseCommand, reinterpret_cast<LPARAM>(pFrame->m_hWnd));
-    pFrame->SendMessage(WM_COMMAND, kCloseCommand + 1);
+    pFrame->SendMessage(WM_COMMAND, kCommand, reinterpret_cast<LPARAM>(pFrame->m_hWnd));
+    pFrame->SendMessage(WM_COMMAND, kUnhandled);
     pFrame->SendMessage(WM_COMMAND, 0);
     EXPECT_EQ(log, "command command ") << "a control's notification is no command that could be disabled";
 

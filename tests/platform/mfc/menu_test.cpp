@@ -1,97 +1,79 @@
+#include "tests/platform/mfc/NotingFrame.h"
 #include "tests/platform/mfc/ScreenTest.h"
 
 namespace {
 
-enum Command : UINT { kHandled = 10, kGreyed, kChecked, kRenamed, kRadio, kUnhandled, kDeleting, kClosing, kEnding };
+using test::kCommand;
+using test::kUnhandled;
+using test::NotingFrame;
 
-// Knows some commands, and does for others what a test asks for.
-class MenuFrame : public CFrameWnd {
-public:
-    explicit MenuFrame(std::string& log) : m_log(log) {}
-    ~MenuFrame() override { m_log += "gone "; }
-
-protected:
-    void OnHandled() { m_log += "handled "; }
-    void OnEnding() { DestroyWindow(); }
-    void OnUpdateGreyed(CCmdUI* pCmdUI) { pCmdUI->Enable(FALSE); }
-    void OnUpdateChecked(CCmdUI* pCmdUI) { pCmdUI->SetCheck(pCmdUI->m_nIndex == 3); }
-    void OnUpdateRadio(CCmdUI* pCmdUI) { pCmdUI->SetRadio(); }
-    void OnUpdateRenamed(CCmdUI* pCmdUI)
-    {
-        pCmdUI->Enable(FALSE);
-        pCmdUI->SetText("new name");
-    }
-    void OnUpdateDeleting(CCmdUI* pCmdUI) { pCmdUI->m_pMenu->DeleteMenu(pCmdUI->m_nIndex, MF_BYPOSITION); }
-    void OnUpdateClosing(CCmdUI* pCmdUI)
-    {
-        m_log += "asked ";
-        if (pCmdUI->m_pMenu)
-            DestroyWindow();
-    }
-    DECLARE_MESSAGE_MAP()
-
-private:
-    std::string& m_log;
-};
-
-BEGIN_MESSAGE_MAP(MenuFrame, CFrameWnd)
-ON_COMMAND(kHandled, &MenuFrame::OnHandled)
-ON_COMMAND(kGreyed, &MenuFrame::OnHandled)
-ON_COMMAND(kEnding, &MenuFrame::OnEnding)
-ON_UPDATE_COMMAND_UI(kGreyed, &MenuFrame::OnUpdateGreyed)
-ON_UPDATE_COMMAND_UI(kChecked, &MenuFrame::OnUpdateChecked)
-ON_UPDATE_COMMAND_UI(kRadio, &MenuFrame::OnUpdateRadio)
-ON_UPDATE_COMMAND_UI(kRenamed, &MenuFrame::OnUpdateRenamed)
-ON_UPDATE_COMMAND_UI(kDeleting, &MenuFrame::OnUpdateDeleting)
-ON_UPDATE_COMMAND_UI(kClosing, &MenuFrame::OnUpdateClosing)
-END_MESSAGE_MAP()
+constexpr UINT kDeleting = kUnhandled + 1;
 
 class MenuTest : public test::ScreenTest {
 protected:
-    MenuTest() { NewFrame(); }
     ~MenuTest() override { CloseFrame(); }
 
-    void NewFrame()
+    NotingFrame& NewFrame()
     {
-        m_log.clear();
-        m_pFrame = new MenuFrame(m_log);
-        EXPECT_TRUE(m_pFrame->Create(nullptr, "frame", WS_POPUP | WS_VISIBLE, CRect(100, 100, 300, 300)));
+        CloseFrame();
+        m_pFrame = new NotingFrame(m_log);
+        EXPECT_TRUE(m_pFrame->CreateFrame());
         m_pFrame->SetActiveWindow();
+        Pump();
+        m_log.clear();
+        return *m_pFrame;
     }
     void CloseFrame()
     {
-        if (m_log.find("gone") == std::string::npos)
+        if (m_pFrame && m_log.find("deleted") == std::string::npos)
             m_pFrame->DestroyWindow();
     }
 
-    MenuFrame* m_pFrame = nullptr;
+    NotingFrame* m_pFrame = nullptr;
 };
+
+void Refuse(CCmdUI& state)
+{
+    state.Enable(FALSE);
+}
+
+void Rename(CCmdUI& state)
+{
+    state.Enable(FALSE);
+    state.SetText("new name");
+}
 
 struct ItemCase {
     const char* why;
     UINT nID;
+    NotingFrame::Update update;
     UINT nFlags;
     BOOL bAutoEnable;
     UINT nState; // of MF_GRAYED, MF_DISABLED and MF_CHECKED
     const char* pszText;
 };
 
+constexpr UINT kGreyed = MF_GRAYED | MF_DISABLED;
+
 // Each stands at place 3 of a menu of its own.
 const ItemCase kItems[] = {
-    { "somebody handles it", kHandled, MF_GRAYED, TRUE, 0, "item" },
-    { "nobody does", kUnhandled, 0, TRUE, MF_GRAYED | MF_DISABLED, "item" },
-    { "nobody does, and that is the frame's business", kUnhandled, 0, FALSE, 0, "item" },
-    { "the handler says no", kGreyed, 0, FALSE, MF_GRAYED | MF_DISABLED, "item" },
-    { "checked, and nobody to run it", kChecked, 0, TRUE, MF_CHECKED | MF_GRAYED | MF_DISABLED, "item" },
-    { "one of several", kRadio, 0, FALSE, MF_CHECKED, "item" },
-    { "another text, the same state", kRenamed, MF_CHECKED, TRUE, MF_CHECKED | MF_GRAYED | MF_DISABLED, "new name" },
-    { "a system command", SC_CLOSE, 0, TRUE, 0, "item" },
-    { "a separator", 0, MF_SEPARATOR, TRUE, 0, "" },
-    { "a submenu is asked for by its first command and left alone", kRenamed, MF_POPUP, TRUE, 0, "item" },
+    { "somebody handles it", kCommand, nullptr, MF_GRAYED, TRUE, 0, "item" },
+    { "nobody does", kUnhandled, nullptr, 0, TRUE, kGreyed, "item" },
+    { "nobody does, and that is the frame's business", kUnhandled, nullptr, 0, FALSE, 0, "item" },
+    { "its state is asked for first", kCommand, Refuse, 0, FALSE, kGreyed, "item" },
+    { "checked, and nobody to run it", kUnhandled, [](CCmdUI& state) { state.SetCheck(state.m_nIndex == 3); }, 0, TRUE,
+      MF_CHECKED | kGreyed, "item" },
+    { "one of several", kUnhandled, [](CCmdUI& state) { state.SetRadio(); }, 0, FALSE, MF_CHECKED, "item" },
+    { "another text, the same state", kCommand, Rename, MF_CHECKED, TRUE, MF_CHECKED | kGreyed, "new name" },
+    { "a system command", SC_CLOSE, nullptr, 0, TRUE, 0, "item" },
+    { "a separator", 0, nullptr, MF_SEPARATOR, TRUE, 0, "" },
+    { "a submenu is asked for by its first command and left alone", kCommand, Rename, MF_POPUP, TRUE, 0, "item" },
 };
 
 TEST_F(MenuTest, OpensWithTheStateOfItsCommands)
 {
+    NotingFrame& frame = NewFrame();
+    frame.m_updates[kDeleting] = [](CCmdUI& state) { state.m_pMenu->DeleteMenu(state.m_nIndex, MF_BYPOSITION); };
     for (const ItemCase& c : kItems) {
         SCOPED_TRACE(c.why);
         CMenu menu, sub;
@@ -99,20 +81,22 @@ TEST_F(MenuTest, OpensWithTheStateOfItsCommands)
         sub.CreatePopupMenu();
         menu.AppendMenu(MF_STRING, kDeleting, "goes when it is asked for");
         for (int i = 0; i < 3; i++)
-            menu.AppendMenu(MF_STRING, kHandled, "filler");
+            menu.AppendMenu(MF_STRING, kCommand, "filler");
         sub.AppendMenu(MF_STRING, c.nID, "first");
         const UINT_PTR nSub = c.nFlags & MF_POPUP ? reinterpret_cast<UINT_PTR>(sub.Detach()) : 0;
         menu.AppendMenu(c.nFlags, nSub ? nSub : c.nID, "item");
-        m_pFrame->m_bAutoMenuEnable = c.bAutoEnable;
-        m_pFrame->SendMessage(WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(menu.m_hMenu), MAKELPARAM(0, TRUE));
+        frame.m_updates[kCommand] = frame.m_updates[kUnhandled] = c.update;
+        frame.m_bAutoMenuEnable = c.bAutoEnable;
+        frame.SendMessage(WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(menu.m_hMenu), MAKELPARAM(0, TRUE));
         EXPECT_EQ(menu.GetMenuItemCount(), 5U) << "the system menu is none of its business";
-        m_pFrame->SendMessage(WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(menu.m_hMenu), 0);
+        frame.SendMessage(WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(menu.m_hMenu), 0);
         ASSERT_EQ(menu.GetMenuItemCount(), 4U);
-        EXPECT_EQ(menu.GetMenuState(3, MF_BYPOSITION) & (MF_GRAYED | MF_DISABLED | MF_CHECKED), c.nState);
+        EXPECT_EQ(menu.GetMenuState(3, MF_BYPOSITION) & (kGreyed | MF_CHECKED), c.nState);
         CString strText;
         menu.GetMenuString(3, strText, MF_BYPOSITION);
         EXPECT_STREQ(strText, c.pszText);
     }
+    EXPECT_EQ(m_log, "") << "asking for its state runs no command";
 }
 
 TEST(CMenu, OwnsItsMenu)
@@ -128,7 +112,8 @@ TEST(CMenu, OwnsItsMenu)
 
 struct TrackCase {
     const char* why;
-    UINT nID;
+    NotingFrame::Update update;
+    NotingFrame::Deed deed;
     UINT nFlags;
     int nResult;
     const char* pszLog;
@@ -136,27 +121,29 @@ struct TrackCase {
 
 // The one item is chosen by keys; what comes of it is in the log once the queue is empty.
 const TrackCase kTracks[] = {
-    { "the choice is a command", kHandled, 0, TRUE, "handled " },
-    { "a greyed item is no choice", kGreyed, TPM_RETURNCMD, 0, "" },
-    { "the choice is the window's end", kEnding, 0, TRUE, "gone " },
-    { "the window ends when the menu opens", kClosing, 0, 0, "asked gone " },
+    { "the choice is a command", nullptr, [](NotingFrame&) {}, 0, TRUE, "command " },
+    { "a greyed item is no choice", Refuse, [](NotingFrame&) {}, TPM_RETURNCMD, 0, "" },
+    { "the choice is the window's end", nullptr, [](NotingFrame& frame) { frame.DestroyWindow(); }, 0, TRUE,
+      "command destroy deleted " },
+    { "the window ends when the menu opens", [](CCmdUI&) { CWnd::GetActiveWindow()->DestroyWindow(); },
+      [](NotingFrame&) {}, 0, 0, "destroy deleted " },
 };
 
 TEST_F(MenuTest, IsShownUntilSomethingIsChosen)
 {
     for (const TrackCase& c : kTracks) {
         SCOPED_TRACE(c.why);
-        CloseFrame();
-        NewFrame();
+        NotingFrame& frame = NewFrame();
+        frame.m_updates[kCommand] = c.update;
+        frame.m_deeds[WM_COMMAND] = c.deed;
         CMenu menu;
         menu.CreatePopupMenu();
-        menu.AppendMenu(MF_STRING, c.nID, "item");
-        Pump();
+        menu.AppendMenu(MF_STRING, kCommand, "item");
         for (const unsigned nKey : { VK_DOWN, VK_RETURN, VK_ESCAPE, VK_ESCAPE }) {
             m_pScreen->press_key(nKey);
             m_pScreen->release_key(nKey);
         }
-        EXPECT_EQ(menu.TrackPopupMenu(c.nFlags, 150, 150, m_pFrame), c.nResult);
+        EXPECT_EQ(menu.TrackPopupMenu(c.nFlags, 150, 150, &frame), c.nResult);
         Pump();
         EXPECT_EQ(m_log, c.pszLog);
     }

@@ -1,86 +1,52 @@
+#include "tests/platform/mfc/NotingFrame.h"
 #include "tests/support/WaitUntil.h"
 
-#include <afxwin.h>
-
-#include <gtest/gtest.h>
-
 #include <atomic>
-#include <string>
 
 namespace {
 
-constexpr UINT kProgress = WM_APP + 3;
+using namespace test;
 
 struct Job {
     HWND hWnd = nullptr;
-    std::atomic<int> nSent = 0;
+    int nAnswers = 0; // added up
 };
 
 UINT SendProgress(LPVOID pParam)
 {
     auto* const pJob = static_cast<Job*>(pParam);
     for (int i = 0; i < 100; i++)
-        pJob->nSent += static_cast<int>(SendMessageA(pJob->hWnd, kProgress, static_cast<WPARAM>(i), 0));
+        pJob->nAnswers += static_cast<int>(SendMessageA(pJob->hWnd, kAsk, static_cast<WPARAM>(i), 1));
     PostMessageA(pJob->hWnd, WM_CLOSE, 0, 0);
     return 0;
 }
 
 UINT SendForEver(LPVOID pParam)
 {
-    PostMessageA(static_cast<Job*>(pParam)->hWnd, WM_CLOSE, 0, 0);
+    const HWND hWnd = static_cast<Job*>(pParam)->hWnd;
+    PostMessageA(hWnd, WM_CLOSE, 0, 0);
     for (;;)
-        SendMessageA(static_cast<Job*>(pParam)->hWnd, kProgress, 0, 0);
+        SendMessageA(hWnd, kAsk, 0, 0);
 }
 
-class ProgressFrame : public CFrameWnd {
+// A program that ends with its window, which the work closes.
+class WorkingProgram : public Program {
 public:
-    explicit ProgressFrame(int& nSum) : m_nSum(nSum) {}
-
-protected:
-    LRESULT OnProgress(WPARAM wParam, LPARAM)
-    {
-        m_nSum += static_cast<int>(wParam);
-        Invalidate(FALSE);
-        return 1;
-    }
-    DECLARE_MESSAGE_MAP()
-
-private:
-    int& m_nSum;
-};
-
-BEGIN_MESSAGE_MAP(ProgressFrame, CFrameWnd)
-ON_MESSAGE(kProgress, &ProgressFrame::OnProgress)
-END_MESSAGE_MAP()
-
-// Ends with its window, which the work closes.
-class WorkingProgram : public CWinApp {
-public:
-    explicit WorkingProgram(AFX_THREADPROC pfnWork) : m_pfnWork(pfnWork) {}
-    int RunAsMain() { return AfxWinMain(AfxGetInstanceHandle(), nullptr, nullptr, SW_SHOWNORMAL); }
-
-    int m_nSum = 0;
+    explicit WorkingProgram(AFX_THREADPROC pfnWork)
+        : Program([=, this](NotingFrame& frame) {
+              frame.m_deeds[kAsk] = [](NotingFrame& self) { self.Invalidate(FALSE); };
+              m_job.hWnd = frame.m_hWnd;
+              return AfxBeginThread(pfnWork, &m_job) != nullptr;
+          })
+    {}
     Job m_job;
-
-protected:
-    BOOL InitInstance() override
-    {
-        m_pMainWnd = new ProgressFrame(m_nSum);
-        EXPECT_TRUE(m_pMainWnd->CreateEx(0, nullptr, "frame", WS_POPUP | WS_VISIBLE, CRect(0, 0, 40, 30), nullptr, 0));
-        m_job.hWnd = m_pMainWnd->m_hWnd;
-        return AfxBeginThread(m_pfnWork, &m_job) != nullptr;
-    }
-
-private:
-    const AFX_THREADPROC m_pfnWork;
 };
 
 TEST(AfxBeginThread, RunsAWorkerThatTalksToTheWindow)
 {
     WorkingProgram program(SendProgress);
     EXPECT_EQ(program.RunAsMain(), 0);
-    EXPECT_EQ(program.m_job.nSent, 100);
-    EXPECT_EQ(program.m_nSum, 99 * 100 / 2);
+    EXPECT_EQ(program.m_job.nAnswers, 99 * 100 / 2 + 100);
 }
 
 TEST(AfxBeginThread, GivesAnObjectThatIsThereUntilItIsResumed)

@@ -1,13 +1,13 @@
 #include "platform/win32/screen/memory_screen.h"
-
-#include <afxwin.h>
-
-#include <gtest/gtest.h>
+#include "tests/platform/mfc/NotingFrame.h"
 
 #include <memory>
-#include <string>
 
 namespace {
+
+using test::kCommand;
+using test::kUnhandled;
+using test::NotingFrame;
 
 constexpr UINT kQuestion = WM_APP + 5;
 
@@ -142,63 +142,48 @@ TEST(CWnd, ReachesTheWindowsWithin)
     pFrame->DestroyWindow();
 }
 
-class CommandOwner : public CCmdTarget {
-protected:
-    void OnNothing() {}
-    void OnUpdate(CCmdUI* pCmdUI) { pCmdUI->Enable(FALSE); }
-    DECLARE_MESSAGE_MAP()
-};
-
-BEGIN_MESSAGE_MAP(CommandOwner, CCmdTarget)
-ON_COMMAND(21, &CommandOwner::OnNothing)
-ON_UPDATE_COMMAND_UI_RANGE(23, 24, &CommandOwner::OnUpdate)
-END_MESSAGE_MAP()
-
-// Answers for some of its controls itself; one of them takes the whole window away.
-class AnsweringFrame : public CFrameWnd {
-public:
-    AnsweringFrame() { EXPECT_TRUE(Create(nullptr, "frame", WS_POPUP, CRect(0, 0, 100, 100))); }
-    CCmdUI m_cmdUI; // goes with the frame
-
-protected:
-    void OnUpdate(CCmdUI* pCmdUI) { pCmdUI->Enable(TRUE); }
-    void OnUpdatePassedOn(CCmdUI* pCmdUI) { pCmdUI->ContinueRouting(); }
-    void OnUpdateLast(CCmdUI*) { DestroyWindow(); }
-    DECLARE_MESSAGE_MAP()
-};
-
-BEGIN_MESSAGE_MAP(AnsweringFrame, CFrameWnd)
-ON_UPDATE_COMMAND_UI(23, &AnsweringFrame::OnUpdatePassedOn)
-ON_UPDATE_COMMAND_UI(24, &AnsweringFrame::OnUpdate)
-ON_UPDATE_COMMAND_UI(25, &AnsweringFrame::OnUpdateLast)
-END_MESSAGE_MAP()
-
 struct ControlCase {
     const char* why;
     UINT nID;
+    NotingFrame::Update own;    // the window's answer
+    NotingFrame::Update target; // of whoever is asked behind it
     BOOL bDisable;
     DWORD dwBefore;
     BOOL bEnabled;
 };
 
+void Allow(CCmdUI& state)
+{
+    state.Enable(TRUE);
+}
+
+void Refuse(CCmdUI& state)
+{
+    state.Enable(FALSE);
+}
+
 const ControlCase kControls[] = {
-    { "somebody handles the command", 21, TRUE, WS_DISABLED, TRUE },
-    { "nobody does", 22, TRUE, 0, FALSE },
-    { "nobody does, and that is all right", 22, FALSE, 0, TRUE },
-    { "the window passes it on, the target says no", 23, FALSE, 0, FALSE },
-    { "the window has the first word", 24, FALSE, WS_DISABLED, TRUE },
-    { "no command", 0xFFFF, TRUE, 0, TRUE },
+    { "somebody handles the command", kCommand, nullptr, nullptr, TRUE, WS_DISABLED, TRUE },
+    { "nobody does", kUnhandled, nullptr, nullptr, TRUE, 0, FALSE },
+    { "nobody does, and that is all right", kUnhandled, nullptr, nullptr, FALSE, 0, TRUE },
+    { "the window passes it on, the target says no", kCommand, nullptr, Refuse, FALSE, 0, FALSE },
+    { "the window has the first word", kCommand, Allow, Refuse, FALSE, WS_DISABLED, TRUE },
+    { "no command", 0xFFFF, nullptr, nullptr, TRUE, 0, TRUE },
 };
 
 TEST(CWnd, EnablesControlsAsWindowAndTargetSay)
 {
     for (const ControlCase& c : kControls) {
         SCOPED_TRACE(c.why);
-        auto* const pFrame = new AnsweringFrame;
+        std::string log;
+        auto* const pFrame = new NotingFrame(log);
+        ASSERT_TRUE(pFrame->CreateFrame());
         CWnd control;
         ASSERT_TRUE(control.Create(nullptr, "", c.dwBefore, CRect(0, 0, 9, 9), pFrame, c.nID));
-        CommandOwner owner;
-        pFrame->UpdateDialogControls(&owner, c.bDisable);
+        NotingFrame target(log);
+        pFrame->m_updates[c.nID] = c.own;
+        target.m_updates[c.nID] = c.target;
+        pFrame->UpdateDialogControls(&target, c.bDisable);
         EXPECT_EQ(control.IsWindowEnabled(), c.bEnabled);
         pFrame->DestroyWindow();
     }
@@ -206,18 +191,26 @@ TEST(CWnd, EnablesControlsAsWindowAndTargetSay)
 
 TEST(CWnd, StopsAskingWhenAnAnswerWasItsEnd)
 {
-    auto* const pFrame = new AnsweringFrame;
+    std::string log;
+    NotingFrame* pFrame = new NotingFrame(log);
+    ASSERT_TRUE(pFrame->CreateFrame());
+    pFrame->m_updates[kCommand] = [&](CCmdUI&) { pFrame->DestroyWindow(); };
     CWnd first, second;
-    ASSERT_TRUE(first.Create(nullptr, "", 0, CRect(0, 0, 9, 9), pFrame, 25));
-    ASSERT_TRUE(second.Create(nullptr, "", 0, CRect(9, 0, 18, 9), pFrame, 25));
-    CommandOwner owner;
-    const HWND hFrame = pFrame->m_hWnd;
-    pFrame->UpdateDialogControls(&owner, TRUE);
-    EXPECT_FALSE(IsWindow(hFrame));
+    ASSERT_TRUE(first.Create(nullptr, "", 0, CRect(0, 0, 9, 9), pFrame, kCommand));
+    ASSERT_TRUE(second.Create(nullptr, "", 0, CRect(9, 0, 18, 9), pFrame, kCommand));
+    NotingFrame target(log);
+    pFrame->UpdateDialogControls(&target, TRUE);
+    EXPECT_TRUE(log.ends_with("destroy deleted ")) << log;
 
-    auto* const pOther = new AnsweringFrame;
-    pOther->m_cmdUI.m_nID = 25;
-    EXPECT_TRUE(pOther->m_cmdUI.DoUpdate(pOther, TRUE));
+    pFrame = new NotingFrame(log);
+    ASSERT_TRUE(pFrame->CreateFrame());
+    auto pState = std::make_unique<CCmdUI>(); // the frame's own, say
+    pState->m_nID = kCommand;
+    pFrame->m_updates[kCommand] = [&](CCmdUI&) {
+        pFrame->DestroyWindow();
+        pState.reset();
+    };
+    EXPECT_TRUE(pState->DoUpdate(pFrame, TRUE));
 }
 
 struct CentreCase {
