@@ -7,12 +7,10 @@
 #include <chrono>
 #include <fstream>
 #include <iostream>
-#include <sstream>
 #include <string>
 
 #include <dirent.h>
 #include <poll.h>
-#include <unistd.h>
 
 namespace test {
 namespace {
@@ -41,21 +39,6 @@ long wakes_of(pid_t process)
     return sum;
 }
 
-// Milliseconds of processor time.
-double work_of(pid_t process)
-{
-    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-    std::string stat((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    std::istringstream fields(stat.substr(stat.rfind(')') + 1));
-    std::string skipped;
-    for (int i = 0; i < 11; i++)
-        fields >> skipped;
-    double user = 0;
-    double system = 0;
-    fields >> user >> system;
-    return (user + system) * 1000 / static_cast<double>(::sysconf(_SC_CLK_TCK));
-}
-
 class Speed : public testing::TestWithParam<Pair> {
 protected:
     Speed() { desktop.open(face); }
@@ -73,7 +56,6 @@ double Speed::drag()
     const Rect before = desktop.bounds();
     const Point grip = desktop.on_screen(face.caption);
     XPerson& person = desktop.person();
-    const double work_before = work_of(desktop.program().process());
     person.move_pointer(grip.x, grip.y);
     person.press(1);
     const auto offset = [](int i) { return i % 400 < 200 ? i % 400 : 400 - i % 400; };
@@ -89,8 +71,7 @@ double Speed::drag()
     const double lag = milliseconds(Clock::now() - sent);
     person.release(1);
     std::cout << name_of(GetParam()) << ": " << kEvents << " motions in " << milliseconds(sent - began)
-              << " ms, the window " << lag << " ms behind the last, processor time "
-              << work_of(desktop.program().process()) - work_before << " ms\n";
+              << " ms, the window " << lag << " ms behind the last\n";
     return lag;
 }
 

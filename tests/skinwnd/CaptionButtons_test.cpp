@@ -90,18 +90,6 @@ TEST_F(CaptionButtons, PresentTheStripAlone)
     }
 }
 
-TEST_F(CaptionButtons, LeaveOtherPressesToTheSystem)
-{
-    for (const WPARAM nHit : { HTCAPTION, HTBORDER, HTNOWHERE, HTMENU, HTCLIENT }) {
-        EXPECT_FALSE(m_pWnd->m_pSkinWindow->OnNcLButtonDown(m_pWnd, nHit, {}));
-        EXPECT_FALSE(m_pWnd->m_pSkinWindow->OnNcLButtonDblClk(m_pWnd, nHit, {}));
-    }
-    m_pWnd->SendMessage(WM_NCLBUTTONDBLCLK, HTSYSMENU, 0);
-    Run();
-    EXPECT_EQ(m_pWnd->TakeJournal(), "CLOSE");
-    EXPECT_EQ(State(), "00");
-}
-
 struct MenuCase {
     const char* why;
     std::function<void()> happens; // while the menu is open
