@@ -47,9 +47,12 @@ TEST_P(ScreenContract, ShowsTheDamagedRectangleOnly)
     const SurfaceId surface = add_surface(screen, { 100, 50, 300, 150 }, kRed);
     stage.expect_pixel(100, 50, kRed);
     stage.expect_pixel(299, 149, kRed);
-    test::fill(screen.pixels(surface), kGreen);
+    const PixelView view = screen.pixels(surface);
+    test::fill(view, kGreen);
+    view.pixels[static_cast<std::ptrdiff_t>(15) * view.stride + 17] = kBlue;
     screen.present(surface, { 10, 10, 20, 20 });
     stage.expect_pixel(110, 60, kGreen);
+    stage.expect_pixel(117, 65, kBlue);
     stage.expect_pixel(119, 69, kGreen);
     stage.expect_pixel(120, 69, kRed);
     stage.expect_pixel(109, 60, kRed);
@@ -67,7 +70,8 @@ TEST_P(ScreenContract, KeepsPixelsWhileItMovesAndGrows)
     stage.expect_pixel(150, 120, kRed);
     stage.expect_pixel(260, 120, 0);
     paint(screen, surface, kGreen);
-    stage.expect_pixel(449, 419, kGreen);
+    for (int y = 120; y < 420 && !HasFailure(); y++)
+        stage.expect_pixel(449, y, kGreen);
 }
 
 TEST_P(ScreenContract, ShowsWhatIsUncoveredWithoutBeingAsked)

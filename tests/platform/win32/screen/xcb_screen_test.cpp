@@ -62,6 +62,24 @@ TEST(XcbScreen, AsksToCloseAWindowThatOthersDestroyed)
     EXPECT_EQ(stage.wait_for(EventKind::close_request).surface, surface);
 }
 
+TEST(XcbScreen, ReadsKeysAsTheirModifiersSay)
+{
+    test::XStage stage;
+    add_surface(stage.screen(), kBounds, kRed);
+    stage.wait_for(EventKind::focus_in);
+    constexpr xcb_keysym_t kShiftKey = 0xFFE1, kControlKey = 0xFFE3, kCapsLock = 0xFFE5;
+    const std::pair<xcb_keysym_t, const char*> held[] = {
+        { kShiftKey, "A" }, { kControlKey, "" }, { kCapsLock, "A" }, { kShiftKey, "a" } // the lock stays
+    };
+    for (const auto& [modifier, text] : held) {
+        stage.person().press_key(modifier);
+        stage.wait_for(EventKind::key_down);
+        stage.type_a();
+        EXPECT_EQ(stage.wait_for(EventKind::key_down).text, text);
+        stage.person().release_key(modifier);
+    }
+}
+
 TEST(XcbScreen, TellsTheDesktopWhatASurfaceIs)
 {
     test::XStage stage;
