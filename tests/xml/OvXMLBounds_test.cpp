@@ -6,7 +6,7 @@
 
 #include <atomic>
 #include <cstdlib>
-#include <functional>
+#include <memory>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -23,34 +23,18 @@ using test::Tree;
 string repeated(const string& piece, int count)
 {
     string text;
-    text.reserve(piece.size() * static_cast<size_t>(count));
     for (int i = 0; i < count; i++)
         text += piece;
     return text;
 }
 
-void run_with_small_stack(std::function<void()> work)
-{
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, 256 * 1024), 0);
-    pthread_t thread{};
-    const auto entry = [](void* work_to_do) -> void* {
-        (*static_cast<std::function<void()>*>(work_to_do))();
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, entry, &work), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
-}
-
+// Everything that a tree can be put through, in a thread with a stack of 256 KiB.
 TEST(OvXMLBounds, AMillionNestedElements)
 {
-    constexpr int kDepth = 1000000;
-    run_with_small_stack([] {
+    const auto live = [](void*) -> void* {
+        constexpr int kDepth = 1000000;
         const string text = repeated("<a b='1'>", kDepth) + "x" + repeated("</a>", kDepth);
         const Tree tree = parsed(text);
-        ASSERT_TRUE(tree);
         Tree clone(tree->Clone(nullptr));
         EXPECT_TRUE(clone->Equals(tree.get()));
         EXPECT_EQ(bytes_of(clone->ToString(0, 0)).size(), text.size());
@@ -81,7 +65,15 @@ TEST(OvXMLBounds, AMillionNestedElements)
             outer->AddElement(inner.release());
             inner.reset(outer);
         }
-    });
+        return nullptr;
+    };
+    pthread_attr_t small{};
+    pthread_attr_init(&small);
+    ASSERT_EQ(pthread_attr_setstacksize(&small, 256 * 1024), 0);
+    pthread_t thread{};
+    ASSERT_EQ(pthread_create(&thread, &small, live, nullptr), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&small);
 }
 
 TEST(OvXMLBounds, FlatAndHostileDocuments)
@@ -92,7 +84,6 @@ TEST(OvXMLBounds, FlatAndHostileDocuments)
         string text;
         int children; // -1: no document
     } kCases[] = {
-        { "flat", "<a>" + repeated("<b/>", kCount) + "</a>", kCount },
         { "flat with text between", "<a>" + repeated("x<b/>", kCount) + "</a>", kCount },
         { "comments", "<a>" + repeated("x<!---->", kCount) + "</a>", 0 },
         { "CDATA", "<a>" + repeated("<![CDATA[x]]><!---->", kCount) + "</a>", 0 },
@@ -115,12 +106,9 @@ TEST(OvXMLBounds, FlatAndHostileDocuments)
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.why);
         const Tree tree = parsed(c.text);
-        ASSERT_EQ(tree != nullptr, c.children >= 0);
-        if (tree) {
-            EXPECT_EQ(tree->GetElementCount(), c.children);
-        }
+        EXPECT_EQ(tree ? tree->GetElementCount() : -1, c.children);
     }
-    const Tree flat = parsed(kCases[1].text);
+    const Tree flat = parsed(kCases[0].text);
     while (OvXMLElement* child = flat->GetFirstElement())
         child->Delete();
     EXPECT_EQ(flat->GetValue().GetLength(), 2 * kCount - 1);

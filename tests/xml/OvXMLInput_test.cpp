@@ -1,4 +1,5 @@
 #include "tests/support/TestHome.h"
+#include "tests/support/TextCases.h"
 #include "tests/xml/Trees.h"
 
 #include <filesystem>
@@ -14,71 +15,38 @@ using std::string;
 using test::described;
 using test::Tree;
 
-Tree from_bytes(string& bytes, int strict = FALSE)
-{
-    return Tree(OvXMLElement::FromBytes(reinterpret_cast<unsigned char*>(bytes.data()), bytes.size(), strict));
-}
-
 TEST(OvXMLInput, ReadsBytes)
 {
-    const struct {
-        const char* why;
-        string bytes;
-        const char* tree;
-    } kCases[] = {
+    const test::TextCase kCases[] = {
         { "UTF-8 becomes the code page's", "<a>\xe4\xb8\xad\xe6\x96\x87</a>", "a(\xd6\xd0\xce\xc4)" },
         { "its mark goes", "\xEF\xBB\xBF<a/>", "a" },
         { "a beginning of the mark stays", "\xEF\xBB<a/>", "null" },
-        { "what the code page lacks", "<a>\xd7\xa9\xf0\x9f\x98\x80</a>", "a(?\?)" },
-        { "what is no UTF-8", "<a>\xff</a>", "a(?)" },
-        { "up to the first zero byte", string("<a>x</a\0></b>", 13), "a(x)" },
+        { "what the code page lacks, what is no UTF-8", "<a>\xd7\xa9\xf0\x9f\x98\x80\xff</a>", "a(?\?\?)" },
+        { "up to the first zero byte", string("<a>\xe4\xb8\xad</a\0></b>", 15), "a(\xd6\xd0)" },
         { "nothing", "", "null" },
         { "the mark alone", "\xEF\xBB\xBF", "null" },
         { "UTF-16 ends at its first zero", string("\xFF\xFE<\0a\0/\0>\0", 10), "null" },
         { "a UTF-16 mark alone", "\xFF\xFE", "null" },
         { "one byte of a mark", "\xFE", "null" },
         { "as many bytes as units: four of eight", "\xFF\xFE<a/>????", "a" },
-        { "swapped",
-          "\xFE\xFF"
-          "a<>/????",
-          "a" },
-        { "half a unit too many",
-          "\xFE\xFF"
-          "a<>/?????",
-          "a" },
+        { "swapped, half a unit too many", "\376\377a<>/1234567", "a, and \376\377<a/>2143657" },
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.why);
-        string bytes = c.bytes;
-        EXPECT_EQ(described(from_bytes(bytes)), c.tree);
-    }
+    test::expect_each(kCases, [](const string& text) { // the tree, and the bytes if they were changed
+        string bytes = text;
+        auto* const data = reinterpret_cast<unsigned char*>(bytes.data());
+        const string tree = described(Tree(OvXMLElement::FromBytes(data, bytes.size(), FALSE)));
+        return tree + (bytes == text ? "" : ", and " + bytes);
+    });
 }
 
-TEST(OvXMLInput, SwapsInTheCallersBufferAndNowhereElse)
-{
-    string bytes = "\xFE\xFF"
-                   "1234567";
-    EXPECT_EQ(from_bytes(bytes), nullptr);
-    EXPECT_EQ(bytes, "\xFE\xFF"
-                     "2143657");
-    bytes = "\xFF\xFE"
-            "123456";
-    from_bytes(bytes);
-    EXPECT_EQ(bytes, "\xFF\xFE"
-                     "123456");
-}
-
-class Converted : public OvXMLElement {
-public:
+struct Converted : OvXMLElement {
     using OvXMLElement::WideCharToString;
 };
 
-TEST(OvXMLInput, ConvertsToTheCodePage)
+TEST(OvXMLInput, ConvertsUpToTheFirstZeroByte)
 {
     unsigned char bytes[] = "\xe4\xb8\xadx\0y";
     EXPECT_EQ(Converted::WideCharToString(bytes, 6), "\xd6\xd0x");
-    EXPECT_EQ(Converted::WideCharToString(bytes, 3), "\xd6\xd0");
-    EXPECT_EQ(Converted::WideCharToString(bytes, 0), "");
 }
 
 string written(const char* name, const string& bytes)
@@ -90,23 +58,18 @@ string written(const char* name, const string& bytes)
 
 TEST(OvXMLInput, ReadsFiles)
 {
-    const string path = written("a.xml", "<?xml version=\"1.0\"?><a>x</a>");
-    EXPECT_EQ(described(Tree(OvXMLElement::FromFile(path.c_str(), TRUE))), "a(x)");
-    EXPECT_EQ(OvXMLElement::FromFile(written("b.xml", "<a/>").c_str(), TRUE), nullptr);
-
+    const auto read = [](const string& path) { return described(Tree(OvXMLElement::FromFile(path.c_str(), TRUE))); };
+    const string document = "<?xml version=\"1.0\"?><a>x</a>";
+    EXPECT_EQ(read(written("a.xml", document)), "a(x)");
+    EXPECT_EQ(read(written("b.xml", "<a/>")), "null");
     const string missing = test::home() / "missing.xml";
-    EXPECT_EQ(OvXMLElement::FromFile(missing.c_str(), FALSE), nullptr);
+    EXPECT_EQ(read(missing), "null");
     EXPECT_EQ(std::filesystem::file_size(missing), 0U) << "it is there now";
-    EXPECT_EQ(OvXMLElement::FromFile((test::home() / "no folder/a.xml").c_str(), FALSE), nullptr);
+    EXPECT_EQ(read(test::home() / "no folder/a.xml"), "null");
     EXPECT_EQ(OvXMLElement::FromFile(static_cast<void*>(INVALID_HANDLE_VALUE), FALSE), nullptr);
-}
-
-TEST(OvXMLInput, ReadsFilesUpToFourMebibytes)
-{
-    constexpr size_t kLargest = 4 * 1024 * 1024;
-    const string text = "<a/>" + string(kLargest - 4, ' ');
-    EXPECT_EQ(described(Tree(OvXMLElement::FromFile(written("largest.xml", text).c_str(), FALSE))), "a");
-    EXPECT_EQ(OvXMLElement::FromFile(written("larger.xml", text + " ").c_str(), FALSE), nullptr);
+    const string largest = document + string(4 * 1024 * 1024 - document.size(), ' ');
+    EXPECT_EQ(read(written("largest.xml", largest)), "a(x)");
+    EXPECT_EQ(read(written("larger.xml", largest + " ")), "null");
 }
 
 TEST(OvXMLInput, ReadsHandlesFromWhereTheyStand)
