@@ -3,13 +3,14 @@
 #include "tests/skin/SkinRules.h"
 
 #include <filesystem>
-#include <fstream>
 
 #include <gtest/gtest.h>
 
 #include "look/GuiInterface.h"
 #include "platform/win32/gdi/objects.h"
+#include "skin/GuiSkinWindow.h"
 #include "tests/support/TestHome.h"
+#include "tests/support/TextCases.h"
 
 namespace {
 
@@ -32,87 +33,69 @@ string WindowSkin(const string& strChildren)
     return "<windowSkins><windowSkin><image res='200'/>" + strChildren + "</windowSkin></windowSkins>";
 }
 
-// What the loaded skin is asked for: a number that stands for it.
-using Question = int (*)(const GuiSkin& skin);
-
-int Parts(const GuiSkin& skin)
+// What there is of everything that the rules below are about: "windows 1, parts 100".
+string Summary(const GuiSkin& skin)
 {
-    return static_cast<int>(skin.m_listWindowSkins.GetHead()->m_mapParts.GetCount());
-}
-
-int HasLastTarget(const GuiSkin& skin)
-{
-    return skin.GetWindowSkin("w999999", nullptr) == skin.m_listWindowSkins.GetHead();
-}
-
-int Windows(const GuiSkin& skin)
-{
-    return static_cast<int>(skin.m_listWindowSkins.GetCount());
-}
-
-int Strings(const GuiSkin& skin)
-{
-    return static_cast<int>(skin.m_mapStrings.GetCount());
-}
-
-int FontHeight(const GuiSkin&)
-{
+    string strLine;
+    const auto add = [&strLine](const char* pszName, long nCount) {
+        strLine += nCount == 0 ? "" : (strLine.empty() ? "" : ", ") + (pszName + (" " + std::to_string(nCount)));
+    };
+    const auto& windows = skin.m_listWindowSkins;
+    add("strings", skin.m_mapStrings.GetCount());
+    add("windows", windows.GetCount());
+    add("parts", windows.IsEmpty() ? 0 : windows.GetHead()->m_mapParts.GetCount());
+    add("last target", skin.GetWindowSkin("w999999", nullptr) ? 1 : 0);
+    CFont* pFont = nullptr;
+    if (!GetGuiInterface().m_mapFonts.Lookup("F", pFont))
+        return strLine;
     CDC dc;
     dc.CreateCompatibleDC(nullptr);
-    CFont* const pBefore = dc.SelectObject(GetGuiInterface().GetFont("F"));
-    const int nHeight = dc.GetTextExtent("x", 1).cy;
+    CFont* const pBefore = dc.SelectObject(pFont);
+    add("height", dc.GetTextExtent("x", 1).cy);
     dc.SelectObject(pBefore);
-    return nHeight;
+    return strLine;
 }
-
-struct HostileCase {
-    const char* why;
-    string strSections;
-    BOOL bLoaded;
-    Question pfnAsk;
-    int nExpected;
-};
 
 TEST(GuiSkinHostile, LoadsInTimeAndLeavesNothing)
 {
-    const HostileCase kCases[] = {
+    const TextCase kRules[] = {
         { "4 MB of parts", WindowSkin("<parts>" + Repeated(100000, "<part name='p", "' rect='1,2,3,4'/>") + "</parts>"),
-          TRUE, Parts, 100000 },
+          "windows 1, parts 100000" },
         { "parts of one name",
-          WindowSkin("<parts>" + Repeated(100000, "<part name='p' rect='", ",2,3,4'/>") + "</parts>"), TRUE, Parts, 1 },
-        { "a million targets", WindowSkin(Repeated(1000000, "<target window='w", "'/>")), TRUE, HasLastTarget, 1 },
-        { "a thousand images", WindowSkin(Repeated(1000, "<image res='200' x='", "'/>")), TRUE, Windows, 1 },
-        { "and one that is missing behind them", WindowSkin(Repeated(1000, "<image res='200' x='", "'/>") + "<image/>"),
-          TRUE, Windows, 0 },
+          WindowSkin("<parts>" + Repeated(100000, "<part name='p' rect='", ",2,3,4'/>") + "</parts>"),
+          "windows 1, parts 1" },
+        { "a million targets", WindowSkin(Repeated(1000000, "<target window='w", "'/>")), "windows 1, last target 1" },
+        { "a thousand images", WindowSkin(Repeated(1000, "<image res='200' x='", "'/>")), "windows 1" },
+        { "one that is missing behind them", WindowSkin(Repeated(1000, "<image res='200' x='", "'/>") + "<image/>"),
+          "" },
         { "a thousand captions with fonts",
-          WindowSkin(Repeated(1000, "<caption rect='0,0,1,1' fontFace='Arial' fontSize='", "pt'/>")), TRUE, Windows,
-          1 },
-        { "a thousand regions", WindowSkin(Repeated(1000, "<region a='", "'><shape/></region>")), TRUE, Windows, 1 },
-        { "a hundred thousand strings",
-          "<strings>" + Repeated(100000, "<string id='", "' value='a\\nb'/>") + "</strings>", TRUE, Strings,
-          99999 }, // 0 is none
+          WindowSkin(Repeated(1000, "<caption rect='0,0,1,1' fontFace='Arial' fontSize='", "pt'/>")), "windows 1" },
+        { "a thousand regions", WindowSkin(Repeated(1000, "<region a='", "'><shape/></region>")), "windows 1" },
+        { "a hundred thousand strings, of which 0 is none",
+          "<strings>" + Repeated(100000, "<string id='", "' value='a\\nb'/>") + "</strings>", "strings 99999" },
         { "one value of a million line feeds",
-          "<strings><string id='1' value='" + Repeated(1000000, "\\n", "") + "'/></strings>", TRUE, Strings, 1 },
-        { "a font as high as can be", "<fonts><font name='F' size='2147483647'/></fonts>", TRUE, FontHeight, 1165 },
-        { "a cell as high", "<fonts><font name='F' ltype='lfont' size='2147483647'/></fonts>", TRUE, FontHeight, 1000 },
-        { "and as low, which means an em", "<fonts><font name='F' ltype='lfont' size='0x80000000'/></fonts>", TRUE,
-          FontHeight, 1165 },
+          "<strings><string id='1' value='" + Repeated(1000000, "\\n", "") + "'/></strings>", "strings 1" },
+        { "a font as high as can be", "<fonts><font name='F' size='2147483647'/></fonts>", "height 1165" },
+        { "a cell as high", "<fonts><font name='F' ltype='lfont' size='2147483647'/></fonts>", "height 1000" },
+        { "and as low, which means an em", "<fonts><font name='F' ltype='lfont' size='0x80000000'/></fonts>",
+          "height 1165" },
         { "a failure behind much",
           "<strings>" + Repeated(1000, "<string id='1", "' value='a'/>") + "</strings>" + WindowSkin("") +
               "<commandMap><command/></commandMap>" + WindowSkin(""),
-          FALSE, Windows, 1 },
+          "refused: strings 1000, windows 1" },
     };
     { // fonts and stock objects that stay once they were used
         FreshSkin first;
-        FontHeight(first);
+        EXPECT_TRUE(first.Load(kRules[9].text));
+        (void)Summary(first);
     }
-    for (const HostileCase& c : kCases) {
-        SCOPED_TRACE(c.why);
+    for (const TextCase& rule : kRules) {
+        SCOPED_TRACE(rule.why);
         const std::size_t nObjects = win32::object_count();
         {
             FreshSkin skin;
-            EXPECT_EQ(skin.Load(c.strSections), c.bLoaded);
-            EXPECT_EQ(c.pfnAsk(skin), c.nExpected);
+            const string strLoaded = skin.Load(rule.text) ? "" : "refused: ";
+            EXPECT_EQ(strLoaded + Summary(skin), rule.expected);
         }
         EXPECT_EQ(win32::object_count(), nObjects);
     }
@@ -128,12 +111,12 @@ TEST(GuiSkinHostile, LoadsTwice)
         EXPECT_TRUE(skin.Load(strSections));
         GuiSkinWindow* const pFirst = skin.GetWindowSkin("A", nullptr);
         EXPECT_TRUE(skin.Load(strSections));
-        EXPECT_EQ(Windows(skin), 2);
+        EXPECT_EQ(skin.m_listWindowSkins.GetCount(), 2);
         EXPECT_EQ(skin.GetWindowSkin("A", nullptr), pFirst);
         skin.Finalise();
         skin.CreateDefault();
         skin.CreateDefault();
-        EXPECT_EQ(Windows(skin), 0);
+        EXPECT_EQ(skin.m_listWindowSkins.GetCount(), 0);
         EXPECT_EQ(skin.m_brDialog.GetSafeHandle(), nullptr);
     }
     EXPECT_EQ(win32::object_count(), nObjects);
@@ -157,11 +140,11 @@ TEST(GuiSkinHostile, KeepsEveryByteOfAValue)
 TEST(GuiSkinHostile, PathsThatLeadElsewhere)
 {
     const TempDir dir;
-    std::ofstream(dir / "large") << "BM, but no more";
+    WriteFile(dir / "large", "BM, but no more");
     std::filesystem::resize_file(dir / "large", std::uintmax_t{ 10 } << 30);
     ASSERT_EQ(::mkfifo((dir / "pipe").c_str(), 0600), 0);
     std::filesystem::create_symlink("loop", dir / "loop");
-    std::ofstream(dir / "empty") << "";
+    WriteFile(dir / "empty", "");
     const string strPaths[] = { dir / "large", dir / "pipe",     dir / "loop",   dir / "empty",
                                 dir / "none",  "/dev/zero",      dir.path(),     string(5000, 'a'),
                                 "/dev/null",   "/proc/self/mem", "\x01\xff\x81", dir / "empty/under" };
@@ -190,12 +173,7 @@ TEST(GuiSkinHostile, PathsThatLeadElsewhere)
 TEST(GuiSkinHostile, StripOfOneRow)
 {
     const TempDir dir;
-    const BITMAPFILEHEADER file{ 0x4D42, 58, 0, 0, 54 };
-    const BITMAPINFOHEADER header{ 40, 16000000, 1, 1, 24, BI_RGB, 0, 0, 0, 0, 0 };
-    std::ofstream(dir / "strip.bmp", std::ios::binary)
-        .write(reinterpret_cast<const char*>(&file), sizeof file)
-        .write(reinterpret_cast<const char*>(&header), sizeof header)
-        .write("\1\2\3", 4);
+    WriteFile(dir / "strip.bmp", BitmapHeaders(16000000, 1) + "\1\2\3\4");
     FreshSkin skin;
     EXPECT_FALSE(skin.Load("<commandImages><bitmap path='" + (dir / "strip.bmp") + "'/></commandImages>"));
     EXPECT_EQ(GetGuiInterface().m_ilCommands.GetImageCount(), 0);
@@ -217,7 +195,7 @@ TEST(GuiSkinHostile, CutOffAnywhere)
         FreshSkin skin;
         const bool bWhole = nLength >= strText.rfind("</skin>") + 2;
         EXPECT_EQ(skin.LoadFromString(strText.substr(0, nLength).c_str(), ""), bWhole);
-        EXPECT_EQ(Windows(skin), bWhole ? 1 : 0);
+        EXPECT_EQ(skin.m_listWindowSkins.GetCount(), bWhole ? 1 : 0);
     }
     EXPECT_EQ(win32::object_count(), nObjects);
 }

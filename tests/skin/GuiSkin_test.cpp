@@ -1,16 +1,18 @@
 #include "tests/skin/SkinRules.h"
 
 #include <array>
-#include <fstream>
-#include <numeric>
-#include <span>
+#include <cstring>
+#include <filesystem>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "look/GuiInterface.h"
 #include "look/GuiManager.h"
+#include "skin/GuiSkinWindow.h"
+#include "tests/support/HashOrder.h"
 #include "tests/support/TestHome.h"
+#include "tests/support/TextCases.h"
 
 namespace {
 
@@ -18,15 +20,23 @@ using namespace test;
 using PelkGUI::GetGuiInterface;
 using PelkGUI::GetGuiManager;
 using PelkGUI::GuiSkin;
+using PelkGUI::GuiSkinWindow;
 using std::string;
+
+// What each skin of these sections is asked for.
+void ExpectRules(const auto& rules, auto ask)
+{
+    expect_each(rules, [ask](const string& text) {
+        FreshSkin skin;
+        GetGuiManager().m_strLanguage = "de";
+        EXPECT_TRUE(skin.Load(text));
+        return ask(skin);
+    });
+}
 
 TEST(GuiSkin, Strings)
 {
-    const struct {
-        const char* why;
-        string strSections;
-        string strExpected; // string 7
-    } kCases[] = {
+    const TextCase kRules[] = {
         { "a value", "<strings><string id='7' value='a'/></strings>", "a" },
         { "backslash and n become a line feed", "<strings><string id='7' value='a\\nb\\n\\\\n'/></strings>",
           "a\nb\n\\\n" },
@@ -48,50 +58,35 @@ TEST(GuiSkin, Strings)
         { "a number ends where its digits do", "<strings><string id='7up' value='a'/></strings>", "a" },
         { "other elements", "<strings><text id='7' value='a'/></strings>", "" },
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.why);
-        FreshSkin skin;
-        EXPECT_TRUE(skin.Load(c.strSections));
-        EXPECT_EQ(Bytes(skin.LoadStringA(7)), c.strExpected);
-        CString strText = "before";
-        EXPECT_EQ(skin.LoadStringA(strText, 7), !c.strExpected.empty());
-        EXPECT_EQ(Bytes(strText), c.strExpected);
-    }
+    ExpectRules(kRules, [](const FreshSkin& skin) { return Bytes(skin.LoadStringA(7)); });
 }
 
 TEST(GuiSkin, FallsBackToTheProgramsStrings)
 {
     FreshSkin skin;
     EXPECT_EQ(Bytes(skin.LoadStringA(40)), "the program's");
-    skin.SetString(40, "mine");
-    EXPECT_EQ(Bytes(skin.LoadStringA(40)), "mine");
-    skin.SetString(40, "");
     CString strText = "before";
+    EXPECT_FALSE(skin.LoadStringA(strText, 41));
+    skin.SetString(40, "");
     EXPECT_TRUE(skin.LoadStringA(strText, 40)) << "an empty string is one";
     EXPECT_EQ(Bytes(strText), "");
+    skin.Clear();
+    EXPECT_EQ(Bytes(skin.LoadStringA(40)), "the program's");
 }
 
 TEST(GuiSkin, DocumentsThatAreNoSkin)
 {
-    const struct {
-        const char* why;
-        const char* pszText;
-        BOOL bLoaded;
-    } kCases[] = {
-        { "no declaration", "<skin><strings/></skin>", FALSE },
-        { "single quotes in it", "<?xml version='1.0'?><skin><strings/></skin>", FALSE },
-        { "white space before it", " \n<?xml version=\"1.0\"?><Skin><strings/></Skin>", TRUE },
-        { "an unknown section", "<?xml version=\"1.0\"?><skin><other/></skin>", TRUE },
-        { "another root", "<?xml version=\"1.0\"?><skins><strings/></skins>", FALSE },
-        { "no children", "<?xml version=\"1.0\"?><skin>text</skin>", FALSE },
-        { "a syntax error", "<?xml version=\"1.0\"?><skin><strings></skin>", FALSE },
-        { "nothing", "", FALSE },
+    const TextCase kRules[] = {
+        { "no declaration", "<skin><strings/></skin>", "refused" },
+        { "single quotes in it", "<?xml version='1.0'?><skin><strings/></skin>", "refused" },
+        { "white space before it", " \n<?xml version=\"1.0\"?><Skin><strings/></Skin>", "loaded" },
+        { "an unknown section", "<?xml version=\"1.0\"?><skin><other/></skin>", "loaded" },
+        { "another root", "<?xml version=\"1.0\"?><skins><strings/></skins>", "refused" },
+        { "no children", "<?xml version=\"1.0\"?><skin>text</skin>", "refused" },
+        { "a syntax error", "<?xml version=\"1.0\"?><skin><strings></skin>", "refused" },
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.why);
-        FreshSkin skin;
-        EXPECT_EQ(skin.LoadFromString(c.pszText, ""), c.bLoaded);
-    }
+    expect_each(kRules,
+                [](const string& text) { return FreshSkin().LoadFromString(text.c_str(), "") ? "loaded" : "refused"; });
     FreshSkin skin;
     EXPECT_FALSE(skin.LoadFromXML(nullptr, ""));
     EXPECT_FALSE(skin.Load("<strings><string id='7' value='a'/></strings><commandMap><other/><command "
@@ -102,27 +97,17 @@ TEST(GuiSkin, DocumentsThatAreNoSkin)
 
 TEST(GuiSkin, Manifest)
 {
-    const struct {
-        const char* why;
-        const char* pszManifest;
-        const char* pszLanguage;
-        BOOL bRightToLeft;
-    } kCases[] = {
-        { "of a language", "<manifest type='Language' language='he' dir='rtl'/>", "he", TRUE },
-        { "its defaults", "<manifest type='language'/>", "en", FALSE },
-        { "a direction has case", "<manifest type='language' dir='RTL'/>", "en", FALSE },
-        { "of a skin", "<manifest type='Skin' language='he' dir='rtl'/>", "xx", FALSE },
+    const TextCase kRules[] = {
+        { "of a language", "<manifest type='Language' language='he' dir='rtl'/>", "he rtl" },
+        { "its defaults", "<manifest type='language'/>", "en" },
+        { "a direction has case", "<manifest type='language' dir='RTL'/>", "en" },
+        { "of a skin", "<manifest type='Skin' language='he' dir='rtl'/>", "de" },
         { "the later one wins",
-          "<manifest type='language' language='he' dir='rtl'/><manifest type='language' language=''/>", "", FALSE },
+          "<manifest type='language' language='he' dir='rtl'/><manifest type='language' language=''/>", "" },
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.why);
-        FreshSkin skin;
-        const Language language("xx");
-        EXPECT_TRUE(skin.Load(c.pszManifest));
-        EXPECT_EQ(Bytes(GetGuiManager().m_strLanguage), c.pszLanguage);
-        EXPECT_EQ(GetGuiManager().m_bRightToLeft, c.bRightToLeft);
-    }
+    ExpectRules(kRules, [](const FreshSkin&) {
+        return Bytes(GetGuiManager().m_strLanguage) + (GetGuiManager().m_bRightToLeft ? " rtl" : "");
+    });
 }
 
 TEST(GuiSkin, ColourScheme)
@@ -171,6 +156,7 @@ TEST(GuiSkin, Watermarks)
     FreshSkin skin;
     EXPECT_TRUE(skin.Load(
         "<watermarks><watermark target='A' path='missing.bmp'/><watermark target='A' path='picture.bmp'/><watermark "
+        "target='A'/><watermark "
         "target='' path='picture.bmp'/><watermark target='B'/><watermark target='C' path='missing.bmp'/></watermarks>",
         TEST_SOURCE_DIR "\\"));
     CBitmap bmp;
@@ -198,31 +184,30 @@ TEST(GuiSkin, FindsWindowSkins)
                           WindowSkinFor("<target window='\xd6\x7c\x41'/>") + "</windowSkins>"));
     EXPECT_TRUE(skin.Load("<windowSkins>" + WindowSkinFor("<target window='C'/>") + "</windowSkins>"));
     ASSERT_EQ(skin.m_listWindowSkins.GetCount(), 4);
-    const struct {
-        const char* why;
-        const char* pszName;
-        const char* pszSuffix;
-        int nExpected; // its place in the document; -1: none
-    } kCases[] = {
-        { "the first of a name", "A", nullptr, 0 },
-        { "a suffix", "B", ".x", 0 },
-        { "a later section", "C", "", 3 },
-        { "names have case", "a", "", -1 },
-        { "a beginning is no name", "B", "", -1 },
-        { "one that was dropped", "Dropped", "", -1 },
-        { "a name with a bar", "P|Q", "", 1 },
-        { "its halves", "Q", "", 1 },
-        { "across two targets", "A||P", "", 1 },
-        { "nothing stands between two targets", "", "", 0 },
-        { "no name", nullptr, nullptr, 0 },
-        { "the second byte of a character is no bar", "\x41", "", 0 },
-        { "a name of two-byte characters", "\xd6\x7c\x41", "", 2 },
+    const TextCase kRules[] = {
+        // the place in the document
+        { "the first of a name", "A", "0" },
+        { "a later section", "C", "3" },
+        { "names have case", "a", "none" },
+        { "a beginning is no name", "B", "none" },
+        { "one that was dropped", "Dropped", "none" },
+        { "a name with a bar", "P|Q", "1" },
+        { "its halves", "Q", "1" },
+        { "across two targets", "A||P", "1" },
+        { "nothing stands between two targets", "", "0" },
+        { "the second byte of a character is no bar", "\x41", "0" },
+        { "a name of two-byte characters", "\xd6\x7c\x41", "2" },
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.why);
-        const POSITION pos = skin.m_listWindowSkins.FindIndex(c.nExpected);
-        EXPECT_EQ(skin.GetWindowSkin(c.pszName, c.pszSuffix), pos ? skin.m_listWindowSkins.GetAt(pos) : nullptr);
-    }
+    expect_each(kRules, [&skin](const string& text) {
+        const GuiSkinWindow* const pFound = skin.GetWindowSkin(text.c_str(), nullptr);
+        for (int i = 0; i < 4; i++) {
+            if (skin.m_listWindowSkins.GetAt(skin.m_listWindowSkins.FindIndex(i)) == pFound)
+                return std::to_string(i);
+        }
+        return string("none");
+    });
+    EXPECT_EQ(skin.GetWindowSkin("B", ".x"), skin.m_listWindowSkins.GetHead()) << "a suffix";
+    EXPECT_EQ(skin.GetWindowSkin(nullptr, nullptr), skin.m_listWindowSkins.GetHead());
     skin.Clear();
     EXPECT_EQ(skin.GetWindowSkin("A", nullptr), nullptr);
 }
@@ -264,24 +249,23 @@ TEST(GuiSkin, SelectsCaptions)
         CString strCaption = c.pszText;
         EXPECT_EQ(GuiSkin().SelectCaption(strCaption, c.nIndex), c.bFound);
         EXPECT_EQ(Bytes(strCaption), c.pszAfter);
-        // A window takes the piece, and keeps what it has when there is none.
-        auto* const pFrame = new CFrameWnd; // deletes itself
-        ASSERT_TRUE(pFrame->Create(nullptr, c.pszText));
-        EXPECT_EQ(GuiSkin().SelectCaption(pFrame, c.nIndex), c.bFound);
-        CString strText;
-        pFrame->GetWindowText(strText);
-        EXPECT_EQ(Bytes(strText), c.bFound ? c.pszAfter : c.pszText);
-        pFrame->DestroyWindow();
     }
+    // A window takes the piece, and keeps what it has when there is none.
+    auto* const pFrame = new CFrameWnd; // deletes itself
+    ASSERT_TRUE(pFrame->Create(nullptr, "One||Three"));
+    CString strText;
+    EXPECT_FALSE(GuiSkin().SelectCaption(pFrame, 1));
+    pFrame->GetWindowText(strText);
+    EXPECT_EQ(strText, "One||Three");
+    EXPECT_TRUE(GuiSkin().SelectCaption(pFrame, 0));
+    pFrame->GetWindowText(strText);
+    EXPECT_EQ(strText, "One");
+    pFrame->DestroyWindow();
 }
 
 TEST(GuiSkin, Fonts)
 {
-    const struct {
-        const char* why;
-        const char* pszFont;
-        const char* pszExpected;
-    } kCases[] = {
+    TextCase rules[] = {
         { "defaults", "<font name='F'/>", " -11 400" },
         { "a character's height", "<font name='F' face='Arial' size='12' weight='Bold'/>", "Arial -12 700" },
         { "a cell's height", "<font name='F' size='12' ltype='LFont'/>", " 12 400" },
@@ -295,15 +279,12 @@ TEST(GuiSkin, Fonts)
         { "a long face is cut", "<font name='F' face='123456789012345678901234567890\xd6\xd0'/>",
           "123456789012345678901234567890 -11 400" },
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.why);
-        FreshSkin skin;
-        const Language language("de");
-        EXPECT_TRUE(skin.Load(string("<fonts>") + c.pszFont + "</fonts>"));
+    for (TextCase& rule : rules)
+        rule.text = "<fonts>" + rule.text + "</fonts>";
+    ExpectRules(rules, [](const FreshSkin&) {
         CFont* pFont = nullptr;
-        EXPECT_EQ(GetGuiInterface().m_mapFonts.Lookup("F", pFont), *c.pszExpected != '\0');
-        EXPECT_EQ(pFont ? Text(*pFont) : "", c.pszExpected);
-    }
+        return GetGuiInterface().m_mapFonts.Lookup("F", pFont) ? Text(*pFont) : "";
+    });
 }
 
 TEST(GuiSkin, ImportsFontFiles)
@@ -323,20 +304,6 @@ TEST(GuiSkin, ImportsFontFiles)
     EXPECT_FALSE(::RemoveFontResourceA((dir / "face.ttf").c_str())) << "the skin has removed it";
 }
 
-// The names that a map with these keys, added in this order, is walked by: 17 buckets, in each the newest first.
-string InHashOrder(const std::vector<string>& names)
-{
-    std::array<string, 17> buckets;
-    for (const string& strName : names) {
-        unsigned nHash = 0;
-        for (const char ch : strName)
-            nHash = nHash * 33 + static_cast<unsigned>(static_cast<signed char>(ch));
-        string& strBucket = buckets[nHash % buckets.size()];
-        strBucket = strName + " " + strBucket;
-    }
-    return std::accumulate(buckets.begin(), buckets.end(), string());
-}
-
 string Names(const CMap<CString, LPCSTR, CRect*, CRect*>& map)
 {
     string strNames;
@@ -344,16 +311,9 @@ string Names(const CMap<CString, LPCSTR, CRect*, CRect*>& map)
         CString strName;
         CRect* pRect = nullptr;
         map.GetNextAssoc(pos, strName, pRect);
-        strNames += Bytes(strName) + " ";
+        strNames += (strNames.empty() ? "" : ",") + Bytes(strName);
     }
     return strNames;
-}
-
-std::span<const BYTE> Resource(UINT nID, LPCSTR pszType)
-{
-    const HRSRC hFound = ::FindResourceA(nullptr, MAKEINTRESOURCEA(nID), pszType);
-    return { static_cast<const BYTE*>(::LockResource(::LoadResource(nullptr, hFound))),
-             ::SizeofResource(nullptr, hFound) };
 }
 
 // The installer's own skin.
@@ -363,18 +323,20 @@ TEST(GuiSkin, AppliesTheInstallersSkin)
     skin.Apply(130, "STID");
     EXPECT_EQ(Bytes(skin.LoadStringA(1)), "\xbc\xec\xb2\xe2\xb0\xb2\xd7\xb0\xbb\xb7\xbe\xb3\xca\xa7\xb0\xdc\xa3\xba%"
                                           "d\xa3\xac\xc7\xeb\xc9\xd4\xba\xf3\xd4\xda\xca\xd4\xa3\xa1");
-    const PelkGUI::GuiSkinWindow* const pWindow = skin.GetWindowSkin("MeravSetupWnd", nullptr);
+    const GuiSkinWindow* const pWindow = skin.GetWindowSkin("MeravSetupWnd", nullptr);
     ASSERT_NE(pWindow, nullptr);
-    std::vector<string> names = { "Background" };
-    for (const char* pszButton : { "_10001", "_10002", "_10003", "_10004", "_10005", "_10006" }) {
-        for (const char* pszState : { ".Up", ".Hover", ".Checked", ".Down" }) {
-            if (pszState[1] != 'C' || pszButton[5] >= '5')
-                names.push_back(string(pszButton) + pszState);
+    HashOrder parts;
+    HashOrder anchors;
+    parts.set("Background", "Background");
+    for (const string strButton : { "_10001", "_10002", "_10003", "_10004", "_10005", "_10006" }) {
+        anchors.set(strButton, strButton);
+        for (const string strState : { ".Up", ".Hover", ".Checked", ".Down" }) {
+            if (strState != ".Checked" || strButton >= "_10005")
+                parts.set(strButton + strState, strButton + strState);
         }
     }
-    EXPECT_EQ(Names(pWindow->m_mapParts), InHashOrder(names));
-    EXPECT_EQ(Names(pWindow->m_mapAnchors),
-              InHashOrder({ "_10001", "_10002", "_10003", "_10004", "_10005", "_10006" }));
+    EXPECT_EQ(Names(pWindow->m_mapParts), parts.walked());
+    EXPECT_EQ(Names(pWindow->m_mapAnchors), anchors.walked());
     for (const auto& [pszPart, strRect] : { std::pair{ "Background", "0,0,510,349" },
                                             { "_10001.Up", "302,637,380,667" },
                                             { "_10006.Checked", "370,1396,383,1409" } }) {
@@ -382,21 +344,14 @@ TEST(GuiSkin, AppliesTheInstallersSkin)
         EXPECT_TRUE(pWindow->m_mapParts.Lookup(pszPart, pRect));
         EXPECT_EQ(Text(*pRect), strRect);
     }
-    // Every seventh pixel of the picture, whose rows stand bottom up in three bytes a pixel.
     EXPECT_EQ(Text(pWindow->m_bmpImage), "510x1426");
-    CDC dc;
-    dc.CreateCompatibleDC(nullptr);
-    const HGDIOBJ hOld = ::SelectObject(dc.m_hDC, pWindow->m_bmpImage.GetSafeHandle());
-    const BYTE* const pBottom = Resource(131, RT_BITMAP).data() + sizeof(BITMAPINFOHEADER);
-    int nDifferent = 0;
-    for (int i = 0; i < 510 * 1426; i += 7) {
-        const int x = i % 510;
-        const int y = i / 510;
-        const BYTE* const pPixel = pBottom + (1425 - y) * 1532 + x * 3;
-        nDifferent += dc.GetPixel(x, y) == RGB(pPixel[2], pPixel[1], pPixel[0]) ? 0 : 1;
-    }
-    EXPECT_EQ(nDifferent, 0);
-    ::SelectObject(dc.m_hDC, hOld);
+    std::vector<BYTE> pixels(1532 * 1426);
+    BITMAPINFO info{ { sizeof(BITMAPINFOHEADER), 510, 1426, 1, 24, BI_RGB, 0, 0, 0, 0, 0 }, {} };
+    ::GetDIBits(CClientDC(nullptr).m_hDC, pWindow->m_bmpImage, 0, 1426, pixels.data(), &info, DIB_RGB_COLORS);
+    const HRSRC hPicture = ::FindResourceA(nullptr, MAKEINTRESOURCEA(131), RT_BITMAP);
+    ASSERT_EQ(::SizeofResource(nullptr, hPicture), sizeof(BITMAPINFOHEADER) + pixels.size());
+    const auto* const pPicture = static_cast<const BYTE*>(::LockResource(::LoadResource(nullptr, hPicture)));
+    EXPECT_EQ(std::memcmp(pixels.data(), pPicture + sizeof(BITMAPINFOHEADER), pixels.size()), 0);
     EXPECT_TRUE(GetGuiManager().m_strLanguage.IsEmpty());
     EXPECT_NE(skin.m_brDialog.GetSafeHandle(), nullptr);
 
