@@ -149,6 +149,7 @@ protected:
     void SelectRegion(CWnd* pWnd);
 
 private:
+    friend class FramePainter;
     struct ChildReader;
     using RectMap = CMap<CString, LPCSTR, CRect*, CRect*>;
     static const ChildReader kChildReaders[];
@@ -178,10 +179,13 @@ private:
     void CreateSkinContext(CDC* pDC);
     void PrepareOnce(CDC* pDC);
     CDC* TileContext();
+    CSize ImageSize() const;
     void TakeCaption(const CWnd& wnd, CString& strCaption) const;
-    void PaintOuterFrame(CDC& dcStrip, CDC& dc, const CRect& rcWindow, int bCaptionOnly, bool bInactive);
-    int ButtonPart(int nButton) const;
-    void PaintCaptionButtons(CDC& dcStrip, const CRect& rcWindow);
+    void PaintOuterFrame(CDC& dcStrip, CDC& dc, const CRect& rcWindow, int bCaptionOnly, bool bInactive,
+                         const CSize& sizeImage);
+    const CRect* ButtonPart(int nButton) const;
+    bool ButtonsCoverTheirPlaces(const CSize& sizeImage) const;
+    CRect PaintCaptionButton(CDC& dcStrip, const CRect& rcWindow, int nButton);
     void PaintMirrorStrips(CDC& dcStrip, int nCornerPart);
     void PaintCaptionIcon(CDC& dcStrip, const CRect& rcWindow, HICON hIcon) const;
     void PaintCaptionText(CDC& dcStrip, const CString& strText, int cxWindow, COLORREF crText) const;

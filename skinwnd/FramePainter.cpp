@@ -23,8 +23,8 @@ int Centred(int nStart, int nRoom, int nExtent)
 } // namespace
 
 FramePainter::FramePainter(GuiSkinWindow& skin, Frame frame, CDC& dcTop, CDC& dcRest, const CRect& rcFrame,
-                           CDC* pTileDC)
-    : m_skin(skin), m_frame(frame), m_dcTop(dcTop), m_dcRest(dcRest), m_rcFrame(rcFrame), m_pTileDC(pTileDC),
+                           const CSize& sizeImage)
+    : m_skin(skin), m_frame(frame), m_dcTop(dcTop), m_dcRest(dcRest), m_rcFrame(rcFrame), m_sizeImage(sizeImage),
       m_rcLeft(rcFrame), m_rcTop(rcFrame), m_rcRight(rcFrame), m_rcBottom(rcFrame)
 {}
 
@@ -172,6 +172,8 @@ void FramePainter::FillRow(CDC& dc, int y, int nLeft, int nRight, const CRect& r
         Stretch(dc, CRect(CPoint(nLeft, y), CSize(mfc::wrapping_subtract(nRight, nLeft), rcPart.Height())), rcPart);
         return;
     }
+    if (GrowTiles(dc, CRect(nLeft, y, nRight, mfc::wrapping_add(y, rcPart.Height())), rcPart, CSize(1, 0)))
+        return;
     CRect rcClip;
     dc.GetClipBox(&rcClip);
     const Tiles tiles(nLeft, nRight, rcPart.Width(), rcClip.left, rcClip.right);
@@ -192,6 +194,8 @@ void FramePainter::FillColumn(CDC& dc, int x, int nTop, int nBottom, const CRect
         Stretch(dc, CRect(CPoint(x, nTop), CSize(rcPart.Width(), mfc::wrapping_subtract(nBottom, nTop))), rcPart);
         return;
     }
+    if (GrowTiles(dc, CRect(x, nTop, mfc::wrapping_add(x, rcPart.Width()), nBottom), rcPart, CSize(0, 1)))
+        return;
     CRect rcClip;
     dc.GetClipBox(&rcClip);
     const Tiles tiles(nTop, nBottom, rcPart.Height(), rcClip.top, rcClip.bottom);
@@ -203,29 +207,51 @@ void FramePainter::FillColumn(CDC& dc, int x, int nTop, int nBottom, const CRect
     }
 }
 
+// Draws one tile and copies what stands there next to it, each time twice as much. FALSE: not all of the run shows, so
+// that it cannot be copied from; or it runs leftward, and as tiles are not mirrored, a cut one is not how another
+// begins.
+bool FramePainter::GrowTiles(CDC& dc, const CRect& rcRun, const CRect& rcPart, const CSize& sizeAlong)
+{
+    CRect rcClip;
+    if (dc.GetLayout() != 0 || dc.GetClipBox(&rcClip) != SIMPLEREGION || (rcClip & rcRun) != rcRun ||
+        !IsWithin(rcPart, m_sizeImage))
+        return false;
+    const auto lengthOf = [&](const CRect& rc) { return rc.Width() * sizeAlong.cx + rc.Height() * sizeAlong.cy; };
+    const int nRun = lengthOf(rcRun);
+    const auto copy = [&](int nDone, int nMore, CDC& dcFrom, CPoint ptFrom) {
+        const int cx = sizeAlong.cx ? nMore : rcRun.Width();
+        const int cy = sizeAlong.cy ? nMore : rcRun.Height();
+        dc.BitBlt(rcRun.left + nDone * sizeAlong.cx, rcRun.top + nDone * sizeAlong.cy, cx, cy, &dcFrom, ptFrom.x,
+                  ptFrom.y, SRCCOPY);
+    };
+    int nDone = std::min(nRun, lengthOf(rcPart));
+    copy(0, nDone, m_skin.m_dcSkin, rcPart.TopLeft());
+    for (; nDone < nRun; nDone *= 2)
+        copy(nDone, std::min(nDone, nRun - nDone), dc, rcRun.TopLeft());
+    return true;
+}
+
 FramePainter::Patch FramePainter::PatchOf(const CRect& rcPart, const CSize& sizeStep, std::int64_t nWanted)
 {
     constexpr int kWorthwhile = 2; // tiles in a patch, and patches in a run
     const Patch single{ &m_skin.m_dcSkin, rcPart.TopLeft(), 1 };
     const int cx = rcPart.Width();
     const int cy = rcPart.Height();
-    if (!m_pTileDC || cx <= 0 || cy <= 0 || std::max(cx, cy) > kPatchExtent)
+    // What lies outside the image is not drawn, and a patch cannot say that of its pixels.
+    if (!IsWithin(rcPart, m_sizeImage) || std::max(cx, cy) > kPatchExtent)
         return single;
     const int nTiles =
         static_cast<int>(std::min<std::int64_t>(nWanted / kWorthwhile, kPatchExtent / (sizeStep.cx + sizeStep.cy)));
-    // What lies outside the image is not drawn, and a patch cannot say that of its pixels.
-    BITMAP image{};
-    m_skin.m_bmpImage.GetBitmap(&image);
-    const CRect rcImage(0, 0, image.bmWidth, image.bmHeight);
-    if (nTiles < kWorthwhile || (rcImage & rcPart) != rcPart)
+    CDC* const pTileDC = nTiles < kWorthwhile ? nullptr : m_skin.TileContext();
+    if (!pTileDC)
         return single;
-    Copy(*m_pTileDC, 0, 0, rcPart);
+    Copy(*pTileDC, 0, 0, rcPart);
     for (int nDone = 1; nDone < nTiles; nDone *= 2) {
         const int nMore = std::min(nDone, nTiles - nDone) - 1;
-        m_pTileDC->BitBlt(nDone * sizeStep.cx, nDone * sizeStep.cy, cx + nMore * sizeStep.cx, cy + nMore * sizeStep.cy,
-                          m_pTileDC, 0, 0, SRCCOPY);
+        pTileDC->BitBlt(nDone * sizeStep.cx, nDone * sizeStep.cy, cx + nMore * sizeStep.cx, cy + nMore * sizeStep.cy,
+                        pTileDC, 0, 0, SRCCOPY);
     }
-    return { m_pTileDC, CPoint(0, 0), nTiles };
+    return { pTileDC, CPoint(0, 0), nTiles };
 }
 
 void FramePainter::Stretch(CDC& dc, const CRect& rcRun, const CRect& rcPart)

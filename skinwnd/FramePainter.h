@@ -17,9 +17,9 @@ public:
     enum class Frame { Outer, Inner };
 
     // The top corners and the top edge go to dcTop, the rest to dcRest. The window skin's painting context is prepared.
-    // pTileDC holds kPatchExtent pixels each way that may be drawn over, and has the layout of that context; or null.
-    FramePainter(GuiSkinWindow& skin, Frame frame, CDC& dcTop, CDC& dcRest, const CRect& rcFrame, CDC* pTileDC);
-    static constexpr int kPatchExtent = 256;
+    FramePainter(GuiSkinWindow& skin, Frame frame, CDC& dcTop, CDC& dcRest, const CRect& rcFrame,
+                 const CSize& sizeImage);
+    static constexpr int kPatchExtent = 256; // pixels each way of the window skin's context for tiles
 
     // Parts are those of the outer frame; the inner one draws its own of that name.
     void DrawTopLeft(int nPart);
@@ -41,6 +41,7 @@ private:
     void Copy(CDC& dc, int x, int y, const CRect& rcPart);
     void FillRow(CDC& dc, int y, int nLeft, int nRight, const CRect& rcPart, int nMode);
     void FillColumn(CDC& dc, int x, int nTop, int nBottom, const CRect& rcPart, int nMode);
+    bool GrowTiles(CDC& dc, const CRect& rcRun, const CRect& rcPart, const CSize& sizeAlong);
     // Tiles side by side, to be copied together: many small copies take longer than the pixels in them.
     struct Patch {
         CDC* pDC;
@@ -57,7 +58,7 @@ private:
     CDC& m_dcTop;
     CDC& m_dcRest;
     const CRect m_rcFrame;
-    CDC* const m_pTileDC;
+    const CSize m_sizeImage;
 
     CRect m_rcLeft; // what is left of each side
     CRect m_rcTop;

@@ -44,6 +44,13 @@ inline const CRect* FindPart(const GuiSkinWindow& skin, int nPart)
     return skin.m_pPartPresent[nPart] == 1 ? &skin.m_pPartRect[nPart] : nullptr;
 }
 
+// Whether a part has pixels and all of them are in the main image: what is not there is not drawn.
+inline bool IsWithin(const CRect& rcPart, const CSize& sizeImage)
+{
+    return rcPart.left >= 0 && rcPart.top >= 0 && rcPart.left < rcPart.right && rcPart.top < rcPart.bottom &&
+           rcPart.right <= sizeImage.cx && rcPart.bottom <= sizeImage.cy;
+}
+
 // The greatest height among those of the parts that are present; 0 when none is, or none has a positive one.
 inline int GreatestHeight(const GuiSkinWindow& skin, std::initializer_list<int> parts)
 {

@@ -43,6 +43,13 @@ CDC* GuiSkinWindow::TileContext()
     return &m_dcTiles;
 }
 
+CSize GuiSkinWindow::ImageSize() const
+{
+    BITMAP image{};
+    m_bmpImage.GetBitmap(&image);
+    return { image.bmWidth, image.bmHeight };
+}
+
 namespace {
 
 // Paint's nActive; 0 asks the system.
@@ -90,25 +97,35 @@ void GuiSkinWindow::Paint(CWnd* pWnd, CDC& dc, int bCaptionOnly, int nActive)
     const int nCaptionHeight = GreatestHeight(*this, { FramePart::TopLeft, FramePart::Top, FramePart::TopRight });
     CSize sizeStrip(rcWindow.Width(), std::min(nCaptionHeight, rcWindow.Height())); // what is below does not show
     CDC& dcStrip = *GetGuiInterface().GetBuffer(dc, sizeStrip);
-    PaintCaptionButtons(dcStrip, rcWindow);
-    PaintOuterFrame(dcStrip, dc, rcWindow, bCaptionOnly, nActive == kInactive);
+    const CSize sizeImage = ImageSize();
+    // Nothing covers a button, nor one the other that came before it. To leave their places out would cut all that is
+    // drawn to pieces; buttons that cover the whole of them can come last as well.
+    const bool bButtonsLast = ButtonsCoverTheirPlaces(sizeImage);
+    if (!bButtonsLast) {
+        for (int nButton = CaptionAnchor::System; nButton <= CaptionAnchor::Close; nButton++)
+            dcStrip.ExcludeClipRect(PaintCaptionButton(dcStrip, rcWindow, nButton));
+    }
+    PaintOuterFrame(dcStrip, dc, rcWindow, bCaptionOnly, nActive == kInactive, sizeImage);
     if (hIcon)
         PaintCaptionIcon(dcStrip, rcWindow, hIcon);
     if (m_bCaption && !strCaption.IsEmpty())
         PaintCaptionText(dcStrip, strCaption, rcWindow.Width(), nActive == kActive ? m_crColour : m_crInactiveColour);
+    for (int nButton = CaptionAnchor::Close; bButtonsLast && nButton >= CaptionAnchor::System; nButton--)
+        PaintCaptionButton(dcStrip, rcWindow, nButton);
     dc.BitBlt(0, 0, sizeStrip.cx, sizeStrip.cy, &dcStrip, 0, 0, SRCCOPY);
     dcStrip.SelectClipRgn(nullptr);
     dc.SetTextColor(0);
     m_strPaintedCaption = std::move(strCaption);
 }
 
-void GuiSkinWindow::PaintOuterFrame(CDC& dcStrip, CDC& dc, const CRect& rcWindow, int bCaptionOnly, bool bInactive)
+void GuiSkinWindow::PaintOuterFrame(CDC& dcStrip, CDC& dc, const CRect& rcWindow, int bCaptionOnly, bool bInactive,
+                                    const CSize& sizeImage)
 {
     using namespace FramePart;
     const auto inLook = [&](int nPart, int nInactivePart) {
         return bInactive && FindPart(*this, nInactivePart) ? nInactivePart : nPart;
     };
-    FramePainter painter(*this, FramePainter::Frame::Outer, dcStrip, dc, rcWindow, TileContext());
+    FramePainter painter(*this, FramePainter::Frame::Outer, dcStrip, dc, rcWindow, sizeImage);
     const int nTopLeft = inLook(TopLeft, TopLeftIA);
     painter.DrawTopLeft(nTopLeft);
     PaintMirrorStrips(dcStrip, nTopLeft);
@@ -128,7 +145,7 @@ void GuiSkinWindow::PaintOuterFrame(CDC& dcStrip, CDC& dc, const CRect& rcWindow
 void GuiSkinWindow::PaintClient(CDC* pDC, const CRect& rcClient)
 {
     PrepareOnce(pDC);
-    FramePainter painter(*this, FramePainter::Frame::Inner, *pDC, *pDC, rcClient, TileContext());
+    FramePainter painter(*this, FramePainter::Frame::Inner, *pDC, *pDC, rcClient, ImageSize());
     painter.DrawTopLeft(FramePart::TopLeft);
     painter.DrawTopRight(FramePart::TopRight);
     painter.DrawOtherCorners();

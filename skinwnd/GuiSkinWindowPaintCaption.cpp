@@ -21,34 +21,43 @@ void GuiSkinWindow::TakeCaption(const CWnd& wnd, CString& strCaption) const
     }
 }
 
-// The part in which a button shows. One that is pressed while the mouse is elsewhere is at rest.
-int GuiSkinWindow::ButtonPart(int nButton) const
+// The part in which a button shows; null: it does not. One that is pressed while the mouse is elsewhere is at rest.
+const CRect* GuiSkinWindow::ButtonPart(int nButton) const
 {
-    const int nAtRest = FramePart::System + 3 * (nButton - CaptionAnchor::System);
-    if (m_nHoverHit != nButton)
-        return nAtRest;
-    return nAtRest + (m_nPressedHit == nButton ? 2 : 1);
+    int nPart = FramePart::System + 3 * (nButton - CaptionAnchor::System);
+    if (m_nHoverHit == nButton)
+        nPart += m_nPressedHit == nButton ? 2 : 1;
+    return m_pAnchorPresent[nButton] ? FindPart(*this, nPart) : nullptr;
 }
 
-void GuiSkinWindow::PaintCaptionButtons(CDC& dcStrip, const CRect& rcWindow)
+bool GuiSkinWindow::ButtonsCoverTheirPlaces(const CSize& sizeImage) const
 {
     for (int nButton = CaptionAnchor::System; nButton <= CaptionAnchor::Close; nButton++) {
-        const CRect* const pPart = FindPart(*this, ButtonPart(nButton));
-        if (!m_pAnchorPresent[nButton] || !pPart)
-            continue;
-        CRect rcButton;
-        ResolveAnchor(rcWindow, rcButton, nButton);
-        rcButton = CRect(rcButton.TopLeft(), pPart->Size());
-        if (nButton == CaptionAnchor::Close && GetGuiManager().m_bRightToLeft && FindPart(*this, FramePart::Top))
-            // Mirrored, and only this button: kept on purpose.
-            dcStrip.StretchBlt(mfc::wrapping_subtract(rcButton.right, 1), rcButton.top,
-                               mfc::wrapping_subtract(0, pPart->Width()), pPart->Height(), &m_dcSkin, pPart->left,
-                               pPart->top, pPart->Width(), pPart->Height(), SRCCOPY);
-        else
-            dcStrip.BitBlt(rcButton.left, rcButton.top, pPart->Width(), pPart->Height(), &m_dcSkin, pPart->left,
-                           pPart->top, SRCCOPY);
-        dcStrip.ExcludeClipRect(&rcButton); // nothing that comes later covers a button
+        const CRect* const pPart = ButtonPart(nButton);
+        if (pPart && !IsWithin(*pPart, sizeImage))
+            return false;
     }
+    return true;
+}
+
+// The button's place; empty if it does not show.
+CRect GuiSkinWindow::PaintCaptionButton(CDC& dcStrip, const CRect& rcWindow, int nButton)
+{
+    const CRect* const pPart = ButtonPart(nButton);
+    if (!pPart)
+        return {};
+    CRect rcButton;
+    ResolveAnchor(rcWindow, rcButton, nButton);
+    rcButton = CRect(rcButton.TopLeft(), pPart->Size());
+    if (nButton == CaptionAnchor::Close && GetGuiManager().m_bRightToLeft && FindPart(*this, FramePart::Top))
+        // Mirrored, and only this button: kept on purpose.
+        dcStrip.StretchBlt(mfc::wrapping_subtract(rcButton.right, 1), rcButton.top,
+                           mfc::wrapping_subtract(0, pPart->Width()), pPart->Height(), &m_dcSkin, pPart->left,
+                           pPart->top, pPart->Width(), pPart->Height(), SRCCOPY);
+    else
+        dcStrip.BitBlt(rcButton.left, rcButton.top, pPart->Width(), pPart->Height(), &m_dcSkin, pPart->left, pPart->top,
+                       SRCCOPY);
+    return rcButton;
 }
 
 void GuiSkinWindow::PaintMirrorStrips(CDC& dcStrip, int nCornerPart)

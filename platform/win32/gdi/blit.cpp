@@ -24,6 +24,7 @@ BOOL StretchBlt(HDC dc, int x, int y, int width, int height, HDC source, int sou
     if (code.uses_pattern() && to->state.brush->style == BS_NULL)
         return TRUE;
     const CopyPlace place{ x, y, width, height, source_x, source_y, source_width, source_height };
-    copy_pixels(Copy(*to, *from, place, code));
+    if (!code.copies_source() || !copy_straight(*to, *from, place))
+        copy_pixels(Copy(*to, *from, place, code));
     return TRUE;
 }

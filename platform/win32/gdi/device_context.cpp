@@ -125,14 +125,16 @@ namespace {
 // How many contexts were ever taken away: as long as it stands still, what a thread remembers holds.
 std::atomic<std::uint64_t> contexts_removed = 0;
 
-// The contexts a thread drew with last, most often a copy's two. Spares the table's lock.
+// The contexts a thread drew with last: most often a window's, a buffer and what is copied there. Spares the table's
+// lock.
 struct RecentContext {
     HDC handle = nullptr;
     std::uint64_t removed = 0;
     std::shared_ptr<DeviceContext> context;
 };
 struct RecentContexts {
-    std::array<RecentContext, 2> entries;
+    std::array<RecentContext, 4> entries;
+    std::size_t oldest = 0;
     ~RecentContexts();
 };
 thread_local RecentContexts recent_contexts;
@@ -169,8 +171,9 @@ std::shared_ptr<DeviceContext> find_context(HDC dc)
         return fail(nullptr, ERROR_INVALID_HANDLE);
     auto context = std::static_pointer_cast<DeviceContext>(std::move(object));
     if (!has_no_recent_contexts) {
-        std::swap(recent_contexts.entries[0], recent_contexts.entries[1]);
-        recent_contexts.entries[0] = { dc, removed, context };
+        RecentContexts& recent = recent_contexts;
+        recent.entries[recent.oldest] = { dc, removed, context };
+        recent.oldest = (recent.oldest + 1) % recent.entries.size();
     }
     return context;
 }

@@ -147,6 +147,47 @@ void copy_plain_rows(Rows rows, bool may_overlap)
     }
 }
 
+} // namespace
+
+bool copy_straight(DeviceContext& to, DeviceContext& from, const CopyPlace& place)
+{
+    if (to.is_mirrored() || from.is_mirrored() || place.width != place.source_width ||
+        place.height != place.source_height || place.width <= 0 || place.height <= 0)
+        return false;
+    const Canvas canvas = to.canvas();
+    const Raster source = raster_of(from);
+    if (!canvas.raster.colour || !source.colour)
+        return false;
+    const std::int64_t x = to.device_x(place.x) + to.origin().x;
+    const std::int64_t y = to.device_y(place.y) + to.origin().y;
+    const std::int64_t dx = from.device_x(place.source_x) + from.origin().x - x;
+    const std::int64_t dy = from.device_y(place.source_y) + from.origin().y - y;
+    const RECT bounds = canvas.clip->bounds();
+    const std::int64_t left = std::max({ x, -dx, std::int64_t{ bounds.left } });
+    const std::int64_t top = std::max({ y, -dy, std::int64_t{ bounds.top } });
+    const std::int64_t right = std::min({ x + place.width, source.width - dx, std::int64_t{ bounds.right } });
+    const std::int64_t bottom = std::min({ y + place.height, source.height - dy, std::int64_t{ bounds.bottom } });
+    if (left >= right || top >= bottom)
+        return true;
+    if (canvas.raster.colour == source.colour && std::abs(dx) < right - left && std::abs(dy) < bottom - top)
+        return false;
+    const RECT reach{ static_cast<LONG>(left), static_cast<LONG>(top), static_cast<LONG>(right),
+                      static_cast<LONG>(bottom) };
+    for (const RECT& box : canvas.clip->rectangles()) {
+        const RECT part = intersection(box, reach);
+        if (is_empty(part))
+            continue;
+        copy_plain_rows({ canvas.raster.colour_row(part.top) + part.left, canvas.raster.stride,
+                          source.colour_row(static_cast<int>(part.top + dy)) + part.left + dx, source.stride,
+                          part.right - part.left, part.bottom - part.top },
+                        false);
+    }
+    canvas.changed(reach);
+    return true;
+}
+
+namespace {
+
 // Straight copies of 32-bit rows, from the end that an overlap leaves intact.
 void copy_rows(const Copy& copy, const RECT& part)
 {

@@ -100,6 +100,10 @@ struct Copy {
     bool same_pixels; // source and target are the same picture and may overlap
 };
 
+// What most copies are, done on a shorter way: 32-bit pixels as they are, to another place that does not overlap with
+// the first, both contexts counting from the left. False: nothing was done.
+bool copy_straight(DeviceContext& to, DeviceContext& from, const CopyPlace& place);
+
 // Copies within the target's clip and reports the damage. Takes nothing from the heap, except where a copy within one
 // picture is stretched or mirrored.
 void copy_pixels(const Copy& copy);
