@@ -6,6 +6,7 @@
 
 #include <map>
 #include <memory>
+#include <memory_resource>
 #include <unordered_map>
 #include <utility>
 
@@ -52,7 +53,8 @@ public:
     }
 
 private:
-    std::unordered_map<Handle, Object*> permanent_; // borrowed
+    std::pmr::unsynchronized_pool_resource memory_;                  // contexts come and go with every painting
+    std::pmr::unordered_map<Handle, Object*> permanent_{ &memory_ }; // borrowed
     std::map<std::pair<Handle, const CRuntimeClass*>, std::unique_ptr<Object>> temporary_;
 };
 

@@ -6,6 +6,7 @@
 #include "look/GuiManager.h"
 #include "skin/GuiSkin.h"
 #include "tests/support/Canvas.h"
+#include "tests/support/CountedHeap.h"
 
 namespace {
 
@@ -261,6 +262,49 @@ TEST_F(SnappingWnd, IsDrawnToTheEdges)
         WINDOWPOS pos = { nullptr, nullptr, rc.left, rc.top, rc.Width(), rc.Height(), 0 };
         m_pWnd->WindowPosChanging(&pos);
         EXPECT_EQ(CPoint(pos.x, pos.y), c.ptSnapped);
+    }
+}
+
+struct Painting {
+    const char* why;
+    std::function<void()> paint;
+};
+
+// The whole way, from the message to the window's surface.
+TEST_F(GuiMiniFrame, PaintsWithoutTheHeapAfterTheFirstTime)
+{
+    OpenSkinned("<parts><part name='Left' rect='0,0,3,9'/><part name='Top' rect='0,0,9,22'/>"
+                "<part name='Close' rect='0,0,9,9'/><part name='CloseHover' rect='9,9,9,9'/>"
+                "<part name='_7.Up' rect='1,0,9,9'/><part name='_7.Hover' rect='20,0,9,9'/></parts>"
+                "<anchors><anchor name='_7' rect='10,10,20,20'/><anchor name='Close' rect='-20,5,10,10'/></anchors>"
+                "<caption rect='30,3,-60,18'/>"
+                "<region><shape type='roundRect' rect='0,0,-1,-1' size='12,12'/></region>",
+                { "_7" });
+    const auto paintClient = [&] { m_pWnd->SendMessage(WM_PAINT); };
+    const Painting kPaintings[] = {
+        { "the client area", [&] { m_pWnd->Invalidate(FALSE), paintClient(); } },
+        { "the frame", [&] { m_pWnd->SendMessage(WM_NCPAINT, 1); } },
+        { "the caption", [&] { m_pWnd->SendMessage(WM_NCACTIVATE, TRUE); } },
+        { "a caption button and the caption beside it under the pointer",
+          [&] {
+              m_pWnd->SendMessage(WM_NCMOUSEMOVE, HTCLOSE, MAKELPARAM(285, 109));
+              m_pWnd->SendMessage(WM_NCMOUSEMOVE, HTCAPTION, MAKELPARAM(200, 109));
+              m_pWnd->SendMessage(WM_NCMOUSEMOVE, HTCAPTION, MAKELPARAM(201, 109));
+          } },
+        { "a button and the client area beside it under the pointer",
+          [&] {
+              for (const LPARAM nPlace : { MAKELPARAM(17, 18), MAKELPARAM(90, 90) }) {
+                  m_pWnd->SendMessage(WM_MOUSEMOVE, 0, nPlace), paintClient();
+                  m_pWnd->TakeJournal(); // before it is too long for its own memory
+              }
+          } },
+    };
+    for (const Painting& painting : kPaintings) {
+        painting.paint();
+        painting.paint();
+        const std::size_t nBefore = heap_allocations();
+        painting.paint();
+        EXPECT_EQ(heap_allocations(), nBefore) << painting.why;
     }
 }
 

@@ -1,12 +1,14 @@
 #include "platform/win32/gdi/device_context.h"
 
 #include "platform/win32/kernel/last_error.h"
+#include "platform/win32/kernel/never_destroyed.h"
 
 #include <winbase.h>
 
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <memory_resource>
 
 namespace win32 {
 
@@ -194,7 +196,9 @@ void select_defaults(DrawState& state)
 
 HDC open_window_dc(DrawTarget& target, POINT origin, SIZE size, const Region& visible)
 {
-    auto context = std::make_shared<DeviceContext>(target, origin, size, visible);
+    static NeverDestroyed<std::pmr::synchronized_pool_resource> memory; // each painting has its context
+    const std::pmr::polymorphic_allocator<DeviceContext> allocator(&memory.get());
+    auto context = std::allocate_shared<DeviceContext>(allocator, target, origin, size, visible);
     select_defaults(context->state);
     return add<HDC>(std::move(context));
 }

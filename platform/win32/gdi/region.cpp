@@ -171,12 +171,14 @@ Region Region::round_rectangle(const RECT& rect, int width, int height)
     return bands.region();
 }
 
-// By one of pixman's operations, whose result cannot take the place of an operand without new memory.
+// By one of pixman's operations, whose result cannot take the place of an operand without new memory. It frees a list
+// that it has no use for, so none is lent where the result is a rectangle in most cases.
 template <class Operation>
-bool Region::become(Operation operation, const Region& a, const Region& b)
+bool Region::become(Operation operation, const Region& a, const Region& b, bool wants_list)
 {
     Region result;
-    lend_list(result.region_);
+    if (wants_list)
+        lend_list(result.region_);
     const bool is_done = operation(&result.region_, &a.mutable_region(), &b.mutable_region());
     std::swap(region_, result.region_);
     return is_done;
@@ -184,17 +186,17 @@ bool Region::become(Operation operation, const Region& a, const Region& b)
 
 bool Region::set_union(const Region& a, const Region& b)
 {
-    return become(pixman_region32_union, a, b);
+    return become(pixman_region32_union, a, b, a.has_list() || b.has_list());
 }
 
 bool Region::set_intersection(const Region& a, const Region& b)
 {
-    return become(pixman_region32_intersect, a, b);
+    return become(pixman_region32_intersect, a, b, a.has_list() || b.has_list());
 }
 
 bool Region::set_difference(const Region& a, const Region& b)
 {
-    return become(pixman_region32_subtract, a, b);
+    return become(pixman_region32_subtract, a, b, !is_empty(intersection(a.bounds(), b.bounds())));
 }
 
 bool Region::exclusive(const Region& other)

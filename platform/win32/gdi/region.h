@@ -75,7 +75,7 @@ private:
     bool has_list() const { return region_.data && region_.data->size > 0; }
     void keep_list(); // for another region; this one is no more
     template <class Operation>
-    bool become(Operation operation, const Region& a, const Region& b);
+    bool become(Operation operation, const Region& a, const Region& b, bool wants_list);
 
     // pixman asks for a changeable region even where it only reads.
     pixman_region32_t& mutable_region() const { return const_cast<pixman_region32_t&>(region_); }

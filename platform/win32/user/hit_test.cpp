@@ -3,6 +3,10 @@
 #include "platform/win32/user/window.h"
 #include "wingdi.h"
 
+#include <cstddef>
+#include <memory_resource>
+#include <vector>
+
 namespace win32 {
 
 namespace {
@@ -16,7 +20,7 @@ bool covers(const Window& window, POINT point, Locked lock)
 }
 
 // The windows at the point, the one that answers first in front.
-void collect_at(const Window& window, POINT point, std::vector<HWND>& found, Locked lock)
+void collect_at(const Window& window, POINT point, std::pmr::vector<HWND>& found, Locked lock)
 {
     const RECT client = client_on_screen(window, lock);
     if (PtInRect(&client, point)) {
@@ -32,7 +36,9 @@ void collect_at(const Window& window, POINT point, std::vector<HWND>& found, Loc
 
 Hit hit_test(HWND top, POINT point)
 {
-    std::vector<HWND> candidates;
+    std::byte few[256]; // the heap comes for what is nested deeper: every move of the pointer asks
+    std::pmr::monotonic_buffer_resource memory(few, sizeof few);
+    std::pmr::vector<HWND> candidates(&memory);
     if (const WindowPtr window = find_window(top)) {
         const WindowLock lock = lock_windows();
         if (window->style & WS_DISABLED)

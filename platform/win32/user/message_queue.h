@@ -15,6 +15,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <memory_resource>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -157,9 +158,10 @@ private:
 
     std::mutex mutex_; // guards what follows
     std::deque<SentMessage*> sent_;
-    std::vector<SentMessage*> handled_; // being handled, innermost last
-    std::deque<MSG> posted_;
-    std::deque<WindowEvent> events_;
+    std::vector<SentMessage*> handled_;               // being handled, innermost last
+    std::pmr::unsynchronized_pool_resource messages_; // a queue that runs takes nothing more from the heap
+    std::pmr::deque<MSG> posted_{ &messages_ };
+    std::pmr::deque<WindowEvent> events_{ &messages_ };
     std::optional<int> quit_;
     bool closed_ = false;
 

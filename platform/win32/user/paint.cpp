@@ -6,6 +6,7 @@
 #include "wingdi.h"
 
 #include <map>
+#include <memory_resource>
 
 namespace win32 {
 
@@ -155,7 +156,8 @@ struct OpenContext {
 
 struct OpenContexts {
     std::mutex mutex;
-    std::map<HDC, OpenContext> contexts;
+    std::pmr::unsynchronized_pool_resource memory; // painting takes nothing from the heap
+    std::pmr::map<HDC, OpenContext> contexts{ &memory };
 };
 
 OpenContexts& open_contexts()
