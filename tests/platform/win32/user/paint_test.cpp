@@ -158,7 +158,7 @@ TEST_F(Painting, ShowsOfAnyTreeOfWindowsWhatLiesInFront)
             parent->children.push_back(&pane);
     };
     journal_.keep_only({ WM_CLOSE });
-    make(panes[0], nullptr, {});
+    make(panes[0], nullptr, { .style = WS_POPUP | WS_CLIPCHILDREN });
     for (std::size_t i = 1; i < panes.size(); i++) {
         Pane& parent = panes[(i - 1) / 3];
         make(panes[i], &parent,
@@ -195,7 +195,7 @@ TEST_F(Painting, ShowsOfAnyTreeOfWindowsWhatLiesInFront)
             SetWindowRgn(window, nullptr, TRUE);
             break;
         default:
-            InvalidateRect(window, nullptr, FALSE);
+            InvalidateRect(GetParent(window), nullptr, FALSE);
         }
         turn % 2 ? run_queue() : (void)UpdateWindow(panes[0].window->get());
         const auto picture = screen_->picture();
