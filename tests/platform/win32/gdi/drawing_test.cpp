@@ -1,12 +1,14 @@
-#include "tests/platform/win32/gdi/Pictures.h"
-
-#include "platform/win32/gdi/raster.h"
+// What copies, shapes and brushes put down; model_test.cpp tries random ones.
+#include "tests/support/Picture.h"
 
 #include <gtest/gtest.h>
 
 #include <winbase.h>
 
+#include <cstdlib>
+
 using test::Picture;
+using test::Selected;
 
 namespace {
 
@@ -22,21 +24,12 @@ struct CopyCase {
 };
 
 const CopyCase kCopyCases[] = {
-    { "straight", ".....", 1, 0, 3, 1, "RGB", 0, 0, 3, 1, ".RGB." },
-    { "a part", "...", 0, 0, 2, 1, "RGBW", 1, 0, 2, 1, "GB." },
     { "mirrored: the start pixel is included and it runs leftward", ".....", 3, 0, -3, 1, "RGB", 0, 0, 3, 1, ".BGR." },
-    { "mirrored source", "...", 0, 0, 3, 1, "RGB", 2, 0, -3, 1, "BGR" },
-    { "both mirrored is straight", "...", 2, 0, -3, 1, "RGB", 2, 0, -3, 1, "RGB" },
     { "upside down", "././.", 0, 2, 1, -3, "R/G/B", 0, 0, 1, 3, "B/G/R" },
-    { "stretched evenly", "......", 0, 0, 6, 1, "RGB", 0, 0, 3, 1, "RRGGBB" },
     { "stretched unevenly: column (2i+1)*3/10", ".....", 0, 0, 5, 1, "RGB", 0, 0, 3, 1, "RRGBB" },
     { "shrunk: the middle column", "..", 0, 0, 2, 1, "RGBWYC", 0, 0, 6, 1, "GY" },
-    { "stretched and mirrored", "....", 3, 0, -4, 1, "RG", 0, 0, 2, 1, "GGRR" },
-    { "tall", "./././.", 0, 0, 1, 4, "R/G", 0, 0, 1, 2, "R/R/G/G" },
-    { "outside the target", "...", -2, 0, 4, 1, "RGBW", 0, 0, 4, 1, "BW." },
     { "outside the source stays", "WWWW", 0, 0, 4, 1, "RG", -1, 0, 4, 1, "WRGW" },
     { "stretched from beyond the source", "WWWW", 0, 0, 4, 1, "RG", 1, 0, 2, 1, "GGWW" },
-    { "nothing", "WW", 0, 0, 0, 1, "RG", 0, 0, 0, 1, "WW" },
     { "an extent of nothing in the source", "WW", 0, 0, 2, 1, "RG", 0, 0, 0, 1, "WW" },
     { "far away", "WW", kFar, 0, kFar, 1, "RG", 0, 0, kFar, 1, "WW" },
     { "the largest extents", "..", 0, 0, kFar, 1, "RG", 0, 0, kFar, 1, "RG" },
@@ -51,8 +44,8 @@ TEST(GdiCopy, PlacesPixels)
         SCOPED_TRACE(c.why);
         const Picture source(c.source);
         const Picture target(c.target);
-        EXPECT_TRUE(StretchBlt(target.dc(), c.x, c.y, c.width, c.height, source.dc(), c.source_x, c.source_y,
-                               c.source_width, c.source_height, SRCCOPY));
+        EXPECT_TRUE(StretchBlt(target, c.x, c.y, c.width, c.height, source, c.source_x, c.source_y, c.source_width,
+                               c.source_height, SRCCOPY));
         EXPECT_EQ(target.Letters(), c.expected);
     }
 }
@@ -61,163 +54,113 @@ TEST(GdiCopy, SurvivesOverlap)
 {
     struct Case {
         const char* why;
+        int hole; // a column that may not be drawn on
         int x, y, width, height, source_x, source_y;
         const char* expected;
     };
     const Case cases[] = {
-        { "right", 1, 0, 3, 3, 0, 0, "RRGB/CCMY/WWab" },
-        { "left", 0, 0, 3, 3, 1, 0, "GBWW/MYcc/abdd" },
-        { "down", 0, 1, 4, 2, 0, 0, "RGBW/RGBW/CMYc" },
-        { "up", 0, 0, 4, 2, 0, 1, "CMYc/Wabd/Wabd" },
-        { "down and right", 1, 1, 3, 2, 0, 0, "RGBW/CRGB/WCMY" },
-        { "up and left", 0, 0, 3, 2, 1, 1, "MYcW/abdc/Wabd" },
-        { "mirrored onto itself", 3, 0, -4, 3, 0, 0, "WBGR/cYMC/dbaW" },
+        { "down and right", -1, 1, 1, 3, 2, 0, 0, "RGBWY/CRGBa/WCMYe" },
+        { "up and left", -1, 0, 0, 3, 2, 1, 1, "MYcWY/abdca/Wabde" },
+        { "mirrored onto itself", -1, 4, 0, -5, 3, 0, 0, "YWBGR/acYMC/edbaW" },
+        { "right across a hole, behind which stands its source", 3, 2, 0, 3, 1, 0, 0, "RGRWB/CMYca/Wabde" },
+        { "left across one", 1, 0, 0, 3, 1, 2, 0, "BGYWY/CMYca/Wabde" },
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.why);
-        const Picture picture("RGBW/CMYc/Wabd");
-        EXPECT_TRUE(StretchBlt(picture.dc(), c.x, c.y, c.width, c.height, picture.dc(), c.source_x, c.source_y,
-                               std::abs(c.width), c.height, SRCCOPY));
+        const Picture picture("RGBWY/CMYca/Wabde");
+        ExcludeClipRect(picture, c.hole, 0, c.hole + 1, 3);
+        EXPECT_TRUE(StretchBlt(picture, c.x, c.y, c.width, c.height, picture, c.source_x, c.source_y, std::abs(c.width),
+                               c.height, SRCCOPY));
         EXPECT_EQ(picture.Letters(), c.expected);
     }
 }
 
-TEST(GdiCopy, SurvivesOverlapAcrossAHoleInTheClip)
+TEST(GdiCopy, FlipsBetweenDifferentLayouts)
 {
+    constexpr DWORD kKeep = LAYOUT_BITMAPORIENTATIONPRESERVED;
     struct Case {
         const char* why;
-        int x, source_x;
-        const char* expected;
+        DWORD source_layout, target_layout;
+        const char* expected; // of "RGB" copied from 0 to 1 in a picture of five
     };
-    // Column 4 stays; what stands left of it is the source of what stands right of it, or the other way round.
     const Case cases[] = {
-        { "right", 2, 0, "RGRGYWYC" },
-        { "left", 0, 2, "BWYCYaaa" },
+        { "the target is mirrored", 0, LAYOUT_RTL, ".BGR." },
+        { "the source is mirrored", LAYOUT_RTL, 0, ".BGR." },
+        { "both", LAYOUT_RTL, LAYOUT_RTL, ".RGB." },
+        { "the target keeps orientation", 0, LAYOUT_RTL | kKeep, ".RGB." },
+        { "the source keeps orientation", kKeep, LAYOUT_RTL, ".RGB." },
+        { "keeping orientation alone mirrors nothing", kKeep, 0, ".RGB." },
+        { "both, one keeps", LAYOUT_RTL | kKeep, LAYOUT_RTL, ".RGB." },
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.why);
-        const Picture picture(c.x == 2 ? "RGBWYCMa" : "RGBWYCaa");
-        ExcludeClipRect(picture.dc(), 4, 0, 5, 1);
-        BitBlt(picture.dc(), c.x, 0, 6, 1, picture.dc(), c.source_x, 0, SRCCOPY);
-        EXPECT_EQ(picture.Letters(), c.expected);
+        const Picture source("RGB");
+        const Picture target(".....");
+        SetLayout(source, c.source_layout);
+        SetLayout(target, c.target_layout);
+        BitBlt(target, 1, 0, 3, 1, source, 0, 0, SRCCOPY);
+        EXPECT_EQ(target.Letters(), c.expected);
     }
 }
 
 TEST(GdiCopy, ConvertsBetweenDepths)
 {
     const BYTE bits[] = { 0b1010'0000, 0 };
-    const HBITMAP mask = CreateBitmap(4, 1, 1, 1, bits);
-    const HDC mask_dc = CreateCompatibleDC(nullptr);
-    const HGDIOBJ previous = SelectObject(mask_dc, mask);
-    Picture target("....");
-    SetTextColor(target.dc(), RGB(255, 0, 0));
-    SetBkColor(target.dc(), RGB(0, 255, 0));
-    BitBlt(target.dc(), 0, 0, 4, 1, mask_dc, 0, 0, SRCCOPY);
+    const Picture mask(4, 1, 1, bits);
+    const Picture target("....");
+    SetTextColor(target, RGB(255, 0, 0));
+    SetBkColor(target, RGB(0, 255, 0));
+    BitBlt(target, 0, 0, 4, 1, mask, 0, 0, SRCCOPY);
     EXPECT_EQ(target.Letters(), "GRGR") << "clear bits are text, set ones background";
 
-    Picture colours("RGBG");
-    SetBkColor(colours.dc(), RGB(0, 255, 0));
-    BitBlt(mask_dc, 0, 0, 4, 1, colours.dc(), 0, 0, SRCCOPY);
-    EXPECT_EQ(test::LettersOf(mask_dc, 4, 1), ".W.W") << "the source's background colour sets a bit";
-    SelectObject(mask_dc, previous);
-    DeleteDC(mask_dc);
-    DeleteObject(mask);
+    const Picture colours("RGBG");
+    SetBkColor(colours, RGB(0, 255, 0));
+    BitBlt(mask, 0, 0, 4, 1, colours, 0, 0, SRCCOPY);
+    EXPECT_EQ(mask.Letters(), ".W.W") << "the source's background colour sets a bit";
 }
 
 TEST(GdiCopy, CombinesByEveryOperation)
 {
     // Pattern, source and destination bits of the eight pixels are the eight triples.
     const Picture source("..WW..WW");
-    const HBRUSH brushes[] = { CreateSolidBrush(0), CreateSolidBrush(RGB(255, 255, 255)) };
     for (DWORD code = 0; code < 256; code++) {
-        SCOPED_TRACE(code);
         const Picture target(".W.W.W.W");
-        for (int half = 0; half < 2; half++) {
-            const HGDIOBJ previous = SelectObject(target.dc(), brushes[half]);
-            BitBlt(target.dc(), 4 * half, 0, 4, 1, source.dc(), 4 * half, 0, code << 16);
-            SelectObject(target.dc(), previous);
+        for (const int half : { 0, 4 }) {
+            const Selected brush(target, CreateSolidBrush(half == 0 ? 0 : RGB(255, 255, 255)));
+            BitBlt(target, half, 0, 4, 1, source, half, 0, code << 16);
         }
         std::string expected;
         for (DWORD triple = 0; triple < 8; triple++)
             expected += code >> triple & 1 ? 'W' : '.';
-        EXPECT_EQ(target.Letters(), expected);
+        EXPECT_EQ(target.Letters(), expected) << code;
     }
-    for (const HBRUSH brush : brushes)
-        EXPECT_TRUE(DeleteObject(brush));
-}
-
-TEST(GdiCopy, MixesEveryWeightToTheNearest)
-{
-    int wrong = 0;
-    for (std::uint32_t over = 0; over < 256; over++) {
-        for (std::uint32_t under = 0; under < 256; under++) {
-            for (std::uint32_t weight = 0; weight < 256; weight++) {
-                const std::uint32_t nearest = (over * weight + under * (255 - weight) + 127) / 255;
-                const std::uint32_t mixed = win32::mix_pixels(over * 0x010101, under * 0x010101, weight);
-                wrong += mixed != nearest * 0x010101;
-            }
-        }
-    }
-    EXPECT_EQ(wrong, 0);
 }
 
 TEST(GdiShapes, DrawsRectangles)
 {
     struct Case {
         const char* why;
+        DWORD layout;
         int pen_style;
         RECT rect;
         const char* expected;
     };
     const Case cases[] = {
-        { "border and inside", PS_SOLID, { 1, 0, 5, 3 }, ".RRRR./.RGGR./.RRRR." },
-        { "without a pen one pixel less", PS_NULL, { 1, 0, 5, 3 }, ".GGG../.GGG../......" },
-        { "corners in any order", PS_SOLID, { 5, 3, 1, 0 }, ".RRRR./.RGGR./.RRRR." },
-        { "thin", PS_SOLID, { 2, 0, 3, 3 }, "..R.../..R.../..R..." },
-        { "flat", PS_SOLID, { 1, 1, 5, 2 }, "....../.RRRR./......" },
-        { "empty", PS_SOLID, { 2, 1, 2, 3 }, "....../....../......" },
-        { "beyond all edges", PS_SOLID, { -kFar - 1, -kFar - 1, kFar, kFar }, "GGGGGG/GGGGGG/GGGGGG" },
+        { "border and inside", 0, PS_SOLID, { 1, 0, 5, 3 }, ".RRRR./.RGGR./.RRRR." },
+        { "without a pen one pixel less", 0, PS_NULL, { 1, 0, 5, 3 }, ".GGG../.GGG../......" },
+        { "and from right to left", LAYOUT_RTL, PS_NULL, { 1, 0, 5, 3 }, "..GGG./..GGG./......" },
+        { "corners in any order", 0, PS_SOLID, { 5, 3, 1, 0 }, ".RRRR./.RGGR./.RRRR." },
+        { "beyond all edges", 0, PS_SOLID, { -kFar - 1, -kFar - 1, kFar, kFar }, "GGGGGG/GGGGGG/GGGGGG" },
     };
-    const HBRUSH green = CreateSolidBrush(RGB(0, 255, 0));
     for (const Case& c : cases) {
         SCOPED_TRACE(c.why);
-        const HPEN pen = CreatePen(c.pen_style, 1, RGB(255, 0, 0));
-        {
-            const Picture picture("....../....../......");
-            SelectObject(picture.dc(), pen);
-            SelectObject(picture.dc(), green);
-            EXPECT_TRUE(Rectangle(picture.dc(), c.rect.left, c.rect.top, c.rect.right, c.rect.bottom));
-            EXPECT_EQ(picture.Letters(), c.expected);
-        }
-        EXPECT_TRUE(DeleteObject(pen));
+        const Picture picture("....../....../......");
+        SetLayout(picture, c.layout);
+        const Selected pen(picture, CreatePen(c.pen_style, 1, RGB(255, 0, 0)));
+        const Selected brush(picture, CreateSolidBrush(RGB(0, 255, 0)));
+        EXPECT_TRUE(Rectangle(picture, c.rect.left, c.rect.top, c.rect.right, c.rect.bottom));
+        EXPECT_EQ(picture.Letters(), c.expected);
     }
-    EXPECT_TRUE(DeleteObject(green));
-}
-
-TEST(GdiShapes, MixesPenAndPictureByEveryMode)
-{
-    // The four pixels are the pairs of pen and picture bits.
-    const char* const expected[] = { "....", "W...", ".W..", "WW..", "..W.", "W.W.", ".WW.", "WWW.",
-                                     "...W", "W..W", ".W.W", "WW.W", "..WW", "W.WW", ".WWW", "WWWW" };
-    for (int mode = R2_BLACK; mode <= R2_WHITE; mode++) {
-        SCOPED_TRACE(mode);
-        const Picture picture(".W.W");
-        SetROP2(picture.dc(), mode);
-        SelectObject(picture.dc(), GetStockObject(BLACK_PEN));
-        Rectangle(picture.dc(), 0, 0, 2, 1);
-        SelectObject(picture.dc(), GetStockObject(WHITE_PEN));
-        Rectangle(picture.dc(), 2, 0, 4, 1);
-        EXPECT_EQ(picture.Letters(), expected[mode - 1]);
-    }
-    const Picture busy("WWWW");
-    SetROP2(busy.dc(), R2_MASKNOTPEN);
-    const HBRUSH orange = CreateSolidBrush(RGB(204, 96, 1));
-    SelectObject(busy.dc(), orange);
-    SelectObject(busy.dc(), GetStockObject(NULL_PEN));
-    Rectangle(busy.dc(), 0, -1, 3, 2);
-    EXPECT_EQ(GetPixel(busy.dc(), 1, 0), RGB(51, 159, 254));
-    SelectObject(busy.dc(), GetStockObject(WHITE_BRUSH));
-    EXPECT_TRUE(DeleteObject(orange));
 }
 
 TEST(GdiShapes, DrawsLinesWithoutTheirLastPoint)
@@ -230,19 +173,42 @@ TEST(GdiShapes, DrawsLinesWithoutTheirLastPoint)
     const Case cases[] = {
         { "right", { 1, 1 }, { 4, 1 }, "...../.WWW./....." },
         { "left", { 3, 1 }, { 0, 1 }, "...../.WWW./....." },
-        { "down", { 2, 0 }, { 2, 3 }, "..W../..W../..W.." },
+        { "up", { 2, 2 }, { 2, -1 }, "..W../..W../..W.." },
         { "diagonal", { 0, 0 }, { 3, 3 }, "W..../.W.../..W.." },
         { "shallow", { 0, 0 }, { 4, 2 }, "W..../.WW../...W." },
         { "no length", { 2, 1 }, { 2, 1 }, "...../...../....." },
         { "from far away", { -kFar, 1 }, { kFar, 1 }, "...../WWWWW/....." },
         { "far and slanted", { -kFar, -kFar }, { kFar, kFar }, "W..../.W.../..W.." },
+        { "and back", { kFar, kFar }, { -kFar, -kFar }, "W..../.W.../..W.." },
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.why);
         const Picture picture("...../...../.....");
-        SelectObject(picture.dc(), GetStockObject(WHITE_PEN));
-        MoveToEx(picture.dc(), c.from.x, c.from.y, nullptr);
-        LineTo(picture.dc(), c.to.x, c.to.y);
+        SelectObject(picture, GetStockObject(WHITE_PEN));
+        MoveToEx(picture, c.from.x, c.from.y, nullptr);
+        LineTo(picture, c.to.x, c.to.y);
+        EXPECT_EQ(picture.Letters(), c.expected);
+        POINT end{};
+        MoveToEx(picture, 0, 0, &end);
+        EXPECT_TRUE(end.x == c.to.x && end.y == c.to.y) << "where the next line begins";
+    }
+}
+
+TEST(GdiShapes, RepeatPatterns)
+{
+    const Picture tile("RG/BW");
+    const BYTE bits[] = { 0b1000'0000, 0, 0b0100'0000, 0 };
+    const Picture mono(2, 2, 1, bits);
+    struct Case {
+        const Picture& tile;
+        const char* expected;
+    };
+    for (const Case& c : { Case{ tile, ".GRGR/.WBWB/.GRGR" }, Case{ mono, ".RGRG/.GRGR/.RGRG" } }) {
+        const Picture picture("...../...../.....");
+        SetTextColor(picture, RGB(255, 0, 0));
+        SetBkColor(picture, RGB(0, 255, 0));
+        const Selected brush(picture, CreatePatternBrush(c.tile.bitmap()));
+        EXPECT_TRUE(PatBlt(picture, 4, 2, -4, -3, PATCOPY)) << "leftward and upward, its start included";
         EXPECT_EQ(picture.Letters(), c.expected);
     }
 }

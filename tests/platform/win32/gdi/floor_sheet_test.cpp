@@ -1,7 +1,7 @@
 // A sheet of everything that can be drawn, to be looked at: docs/pictures/floor.png. Its left half is drawn from left
 // to right and its right half, by the same calls, from right to left. The test leaves it in its home, or where the
 // environment variable SHEET says.
-#include "tests/platform/win32/gdi/Pictures.h"
+#include "tests/support/Picture.h"
 #include "tests/support/TestHome.h"
 
 #include "platform/win32/gdi/text_engine.h"
@@ -17,6 +17,7 @@
 #include <set>
 
 using test::Picture;
+using test::Selected;
 
 namespace {
 
@@ -28,61 +29,45 @@ constexpr int kCell = 48;
 constexpr COLORREF kInk = RGB(32, 48, 80);
 constexpr COLORREF kOrange = RGB(204, 96, 1);
 constexpr COLORREF kTeal = RGB(0, 128, 128);
-
-void UseFolders()
-{
-    win32::set_font_folders({ "/usr/share/fonts/truetype/dejavu", "/usr/share/fonts/truetype/wqy" });
-}
+constexpr COLORREF kGround = RGB(220, 230, 240);
 
 void FillWith(HDC dc, const RECT& rect, COLORREF colour)
 {
-    const HBRUSH brush = CreateSolidBrush(colour);
-    FillRect(dc, &rect, brush);
-    DeleteObject(brush);
+    const Selected brush(dc, CreateSolidBrush(colour));
+    FillRect(dc, &rect, static_cast<HBRUSH>(GetCurrentObject(dc, OBJ_BRUSH)));
 }
 
 void FillRegion(HDC dc, HRGN region, COLORREF colour)
 {
-    const HBRUSH brush = CreateSolidBrush(colour);
-    FillRgn(dc, region, brush);
-    DeleteObject(brush);
+    const Selected brush(dc, CreateSolidBrush(colour));
+    FillRgn(dc, region, static_cast<HBRUSH>(GetCurrentObject(dc, OBJ_BRUSH)));
     DeleteObject(region);
 }
 
-// Pictures of eight mixing modes over stripes.
+// Rectangles of seven mixing modes over grounds.
 void DrawMixes(HDC dc, int y)
 {
-    const HPEN pen = CreatePen(PS_SOLID, 1, kInk);
-    const HBRUSH brush = CreateSolidBrush(kOrange);
-    const HGDIOBJ old_pen = SelectObject(dc, pen);
-    const HGDIOBJ old_brush = SelectObject(dc, brush);
-    const int modes[] = { R2_COPYPEN, R2_MASKNOTPEN, R2_NOT, R2_XORPEN, R2_MASKPEN, R2_MERGEPEN, R2_NOTCOPYPEN };
+    const Selected pen(dc, CreatePen(PS_SOLID, 1, kInk));
+    const Selected brush(dc, CreateSolidBrush(kOrange));
     int x = 8;
-    for (const int mode : modes) {
-        FillWith(dc, { x, y, x + 18, y + 36 }, RGB(220, 230, 240));
+    for (const int mode : { R2_COPYPEN, R2_MASKNOTPEN, R2_NOT, R2_XORPEN, R2_MASKPEN, R2_MERGEPEN, R2_NOTCOPYPEN }) {
+        FillWith(dc, { x, y, x + 18, y + 36 }, kGround);
         SetROP2(dc, mode);
         Rectangle(dc, x + 4, y + 4, x + 32, y + 32);
         SetROP2(dc, R2_COPYPEN);
         x += 44;
     }
-    SelectObject(dc, old_pen);
-    SelectObject(dc, old_brush);
-    DeleteObject(pen);
-    DeleteObject(brush);
 }
 
 void DrawLinesAndFrames(HDC dc, int y)
 {
-    const HPEN pen = CreatePen(PS_SOLID, 1, kTeal);
-    const HGDIOBJ old_pen = SelectObject(dc, pen);
+    const Selected pen(dc, CreatePen(PS_SOLID, 1, kTeal));
     for (int i = 0; i <= 36; i += 6) {
-        MoveToEx(dc, 8, y, nullptr);
-        LineTo(dc, 8 + 36, y + i);
-        MoveToEx(dc, 8, y, nullptr);
-        LineTo(dc, 8 + i, y + 36);
+        for (const POINT end : { POINT{ 8 + 36, y + i }, POINT{ 8 + i, y + 36 } }) {
+            MoveToEx(dc, 8, y, nullptr);
+            LineTo(dc, end.x, end.y);
+        }
     }
-    SelectObject(dc, old_pen);
-    DeleteObject(pen);
     const RECT frame{ 56, y, 92, y + 36 };
     FrameRect(dc, &frame, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
     const RECT inverted{ 62, y + 6, 86, y + 30 };
@@ -110,47 +95,37 @@ void DrawCopies(HDC dc, int y)
 {
     const Picture picture("RRGG/R..G/B..Y/BBYY");
     SetStretchBltMode(dc, COLORONCOLOR);
-    BitBlt(dc, 8, y, 4, 4, picture.dc(), 0, 0, SRCCOPY);
-    StretchBlt(dc, 20, y, 36, 36, picture.dc(), 0, 0, 4, 4, SRCCOPY);
-    StretchBlt(dc, 99, y, -36, 36, picture.dc(), 0, 0, 4, 4, SRCCOPY);
-    StretchBlt(dc, 108, y + 35, 36, -36, picture.dc(), 0, 0, 4, 4, NOTSRCCOPY);
-    StretchBlt(dc, 152, y, 13, 36, picture.dc(), 0, 0, 4, 4, SRCCOPY);
+    BitBlt(dc, 8, y, 4, 4, picture, 0, 0, SRCCOPY);
+    StretchBlt(dc, 20, y, 36, 36, picture, 0, 0, 4, 4, SRCCOPY);
+    StretchBlt(dc, 99, y, -36, 36, picture, 0, 0, 4, 4, SRCCOPY);
+    StretchBlt(dc, 108, y + 35, 36, -36, picture, 0, 0, 4, 4, NOTSRCCOPY);
+    StretchBlt(dc, 152, y, 13, 36, picture, 0, 0, 4, 4, SRCCOPY);
 }
 
-HICON MakeIcon()
+// Its alpha grows to the right, its red downward.
+HICON AlphaIcon()
 {
-    const Picture image(32, 32);
-    const HBITMAP mask = CreateBitmap(32, 32, 1, 1, nullptr);
-    BITMAPINFO info{};
-    info.bmiHeader = { sizeof(BITMAPINFOHEADER), 32, -32, 1, 32, BI_RGB, 0, 0, 0, 0, 0 };
     std::vector<DWORD> pixels;
-    for (int y = 0; y < 32; y++) {
-        for (int x = 0; x < 32; x++)
-            pixels.push_back(static_cast<DWORD>(x * 8) << 24 | static_cast<DWORD>(y * 8) << 16 | 0x40FF);
-    }
-    SetDIBits(image.dc(), image.bitmap(), 0, 32, pixels.data(), &info, DIB_RGB_COLORS);
-    const ICONINFO icon{ TRUE, 0, 0, mask, image.bitmap() };
-    const HICON handle = CreateIconIndirect(&icon);
-    DeleteObject(mask);
-    return handle;
+    for (DWORD i = 0; i < 32 * 32; i++)
+        pixels.push_back(i % 32 * 8 << 24 | i / 32 * 8 << 16 | 0x40FF);
+    const Picture image(32, 32, 32, pixels.data());
+    const Picture mask(32, 32, 1);
+    return test::IconOf(image.bitmap(), mask.bitmap());
 }
 
-HICON MakeMaskedIcon()
+HICON MaskedIcon()
 {
     const Picture image("RRRRRRRR/RWWWWWWR/RWBBBBWR/RWB..BWR/RWB..BWR/RWBBBBWR/RWWWWWWR/RRRRRRRR");
     const BYTE rows[] = { 0x81, 0, 0, 0, 0, 0, 0x18, 0, 0x18, 0, 0, 0, 0, 0, 0x81, 0 };
-    const HBITMAP mask = CreateBitmap(8, 8, 1, 1, rows);
-    const ICONINFO icon{ TRUE, 0, 0, mask, image.bitmap() };
-    const HICON handle = CreateIconIndirect(&icon);
-    DeleteObject(mask);
-    return handle;
+    const Picture mask(8, 8, 1, rows);
+    return test::IconOf(image.bitmap(), mask.bitmap());
 }
 
 void DrawIcons(HDC dc, int y)
 {
-    FillWith(dc, { 176, y, 300, y + 18 }, RGB(220, 230, 240));
-    const HICON alpha = MakeIcon();
-    const HICON masked = MakeMaskedIcon();
+    FillWith(dc, { 176, y, 300, y + 18 }, kGround);
+    const HICON alpha = AlphaIcon();
+    const HICON masked = MaskedIcon();
     DrawIconEx(dc, 180, y + 2, alpha, 0, 0, 0, nullptr, DI_NORMAL);
     DrawIconEx(dc, 216, y + 2, masked, 32, 32, 0, nullptr, DI_NORMAL);
     DrawIconEx(dc, 252, y + 2, masked, 16, 16, 0, nullptr, DI_IMAGE);
@@ -177,36 +152,29 @@ void DrawTexts(HDC dc, DWORD layout)
     int y = kTextTop;
     for (const Script& script : kScripts) {
         const UINT before = win32::exchange_ansi_code_page(script.code_page);
-        const int length = static_cast<int>(std::strlen(script.text));
-        int x = 8;
-        for (const int weight : { FW_NORMAL, FW_BOLD }) {
-            const HFONT font = CreateFontA(-15, 0, 0, 0, weight, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0, "Tahoma");
-            const HGDIOBJ previous = SelectObject(dc, font);
+        for (const bool is_bold : { false, true }) {
+            const Selected font(dc, CreateFontA(-15, 0, 0, 0, is_bold ? FW_BOLD : FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET,
+                                                0, 0, 0, 0, "Tahoma"));
             // The mark belongs at the reading end whatever the layout.
             SetTextAlign(dc, script.align ^ (layout & LAYOUT_RTL ? TA_RTLREADING : 0));
-            SetTextColor(dc, weight == FW_BOLD ? kOrange : kInk);
-            TextOutA(dc, x, y, script.text, length);
-            SelectObject(dc, previous);
-            DeleteObject(font);
-            x += 156;
+            SetTextColor(dc, is_bold ? kOrange : kInk);
+            TextOutA(dc, is_bold ? 164 : 8, y, script.text, static_cast<int>(std::strlen(script.text)));
         }
         win32::exchange_ansi_code_page(before);
         y += 24;
     }
     const Picture tile("WWG/WGW/GWW");
-    const HBRUSH pattern = CreatePatternBrush(tile.bitmap());
     const RECT band{ 8, y + 4, kHalf - 8, y + 16 };
-    FillRect(dc, &band, pattern);
-    DeleteObject(pattern);
+    const Selected pattern(dc, CreatePatternBrush(tile.bitmap()));
+    FillRect(dc, &band, static_cast<HBRUSH>(GetCurrentObject(dc, OBJ_BRUSH)));
     RECT box{ 8, y + 22, kHalf - 8, kHeight - 4 };
     SetTextColor(dc, kTeal);
     SelectObject(dc, GetStockObject(DEFAULT_GUI_FONT));
     DrawTextA(dc, "centred in its box", -1, &box, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
 }
 
-void DrawHalf(const Picture& half, DWORD layout)
+void DrawHalf(HDC dc, DWORD layout)
 {
-    const HDC dc = half.dc();
     SetLayout(dc, layout);
     SetBkMode(dc, TRANSPARENT);
     FillWith(dc, { 0, 0, kHalf, kHeight }, RGB(255, 255, 255));
@@ -219,11 +187,24 @@ void DrawHalf(const Picture& half, DWORD layout)
     SetLayout(dc, 0);
 }
 
+// How much ink each column of a line of text has; where it stands does not matter.
+std::multiset<int> Columns(HDC dc, int line)
+{
+    std::multiset<int> ink;
+    for (int x = 0; x < kHalf; x++) {
+        int count = 0;
+        for (int y = 0; y < 24; y++)
+            count += GetPixel(dc, x, kTextTop + 24 * line + y) != RGB(255, 255, 255);
+        ink.insert(count);
+    }
+    return ink;
+}
+
 } // namespace
 
 TEST(GdiSheet, DrawsTheSameMirrored)
 {
-    UseFolders();
+    win32::set_font_folders({ "/usr/share/fonts/truetype/dejavu", "/usr/share/fonts/truetype/wqy" });
     const Picture left(kHalf, kHeight);
     const Picture right(kHalf, kHeight);
     DrawHalf(left, 0);
@@ -231,34 +212,19 @@ TEST(GdiSheet, DrawsTheSameMirrored)
     int wrong = 0;
     for (int y = 0; y < kTextTop; y++) {
         for (int x = 0; x < kHalf; x++)
-            wrong += GetPixel(left.dc(), x, y) != GetPixel(right.dc(), kHalf - 1 - x, y);
+            wrong += GetPixel(left, x, y) != GetPixel(right, kHalf - 1 - x, y);
     }
     EXPECT_EQ(wrong, 0);
+    for (int line = 0; line < 4; line++) // text keeps its glyphs
+        EXPECT_EQ(Columns(left, line), Columns(right, line)) << line;
 
-    // Text keeps its glyphs: the columns of one half stand in the other as they are, only elsewhere.
-    for (int line = 0; line < 4; line++) {
-        SCOPED_TRACE(line);
-        const auto columns = [line](const Picture& half) {
-            std::multiset<int> ink;
-            for (int x = 0; x < kHalf; x++) {
-                int count = 0;
-                for (int y = 0; y < 24; y++)
-                    count += GetPixel(half.dc(), x, kTextTop + 24 * line + y) != RGB(255, 255, 255);
-                ink.insert(count);
-            }
-            return ink;
-        };
-        EXPECT_EQ(columns(left), columns(right));
-    }
-
-    const Picture sheet(2 * kHalf, kHeight);
-    BitBlt(sheet.dc(), 0, 0, kHalf, kHeight, left.dc(), 0, 0, SRCCOPY);
-    BitBlt(sheet.dc(), kHalf, 0, kHalf, kHeight, right.dc(), 0, 0, SRCCOPY);
-    std::vector<std::uint32_t> pixels(2 * kHalf * kHeight);
     BITMAPINFO info{};
     info.bmiHeader = { sizeof(BITMAPINFOHEADER), 2 * kHalf, -kHeight, 1, 32, BI_RGB, 0, 0, 0, 0, 0 };
-    ASSERT_EQ(GetDIBits(sheet.dc(), sheet.bitmap(), 0, kHeight, pixels.data(), &info, DIB_RGB_COLORS), kHeight);
+    void* pixels = nullptr;
+    const Picture sheet(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &pixels, nullptr, 0));
+    BitBlt(sheet, 0, 0, kHalf, kHeight, left, 0, 0, SRCCOPY);
+    BitBlt(sheet, kHalf, 0, kHalf, kHeight, right, 0, 0, SRCCOPY);
     const char* place = std::getenv("SHEET");
-    EXPECT_TRUE(
-        win32::save_png(place ? place : test::home() / "floor.png", { pixels.data(), 2 * kHalf, kHeight, 2 * kHalf }));
+    EXPECT_TRUE(win32::save_png(place ? place : test::home() / "floor.png",
+                                { static_cast<std::uint32_t*>(pixels), 2 * kHalf, kHeight, 2 * kHalf }));
 }

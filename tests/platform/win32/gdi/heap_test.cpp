@@ -1,5 +1,5 @@
 // What painting takes from the heap: nothing. A window repaints for as long as it lives.
-#include "tests/platform/win32/gdi/Pictures.h"
+#include "tests/support/Picture.h"
 
 #include <gtest/gtest.h>
 
@@ -43,13 +43,10 @@ std::atomic<std::size_t> allocations = 0;
 
 TEST(GdiPainters, TakeNothingFromTheHeap)
 {
-    const test::Picture source(40, 40);
-    const test::Picture target(60, 60);
-    const HDC to = target.dc();
-    const HDC from = source.dc();
-    const HBITMAP mask = CreateBitmap(40, 40, 1, 1, nullptr);
-    const ICONINFO info{ TRUE, 0, 0, mask, source.bitmap() };
-    const HICON icon = CreateIconIndirect(&info);
+    const test::Picture from(40, 40);
+    const test::Picture to(60, 60);
+    const test::Picture mask(40, 40, 1);
+    const HICON icon = test::IconOf(from.bitmap(), mask.bitmap());
     const RECT rect{ 3, 3, 50, 50 };
     ExcludeClipRect(to, 10, 10, 20, 20);
     struct Painter {
@@ -76,5 +73,4 @@ TEST(GdiPainters, TakeNothingFromTheHeap)
         EXPECT_EQ(allocations, before) << painter.why;
     }
     DestroyIcon(icon);
-    DeleteObject(mask);
 }

@@ -1,6 +1,6 @@
 // Calls in any order, with handles that are dead, null or of another kind, and numbers from all ends of their range:
 // whatever comes, nothing breaks and nothing is left behind.
-#include "tests/platform/win32/gdi/Pictures.h"
+#include "tests/support/Picture.h"
 
 #include "platform/win32/gdi/objects.h"
 
@@ -8,6 +8,7 @@
 
 #include <winbase.h>
 
+#include <climits>
 #include <functional>
 #include <iterator>
 #include <random>

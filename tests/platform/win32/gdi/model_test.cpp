@@ -1,5 +1,5 @@
-// Random drawing against a slow and obvious model of it.
-#include "tests/platform/win32/gdi/Pictures.h"
+// Random drawing and random regions against slow and obvious models of them.
+#include "tests/support/Picture.h"
 
 #include "platform/win32/gdi/raster.h"
 
@@ -7,107 +7,146 @@
 
 #include <winbase.h>
 
+#include <cstdlib>
+#include <iterator>
+#include <optional>
 #include <random>
 #include <vector>
 
 using test::Picture;
+using test::Selected;
 
 namespace {
 
-constexpr int kWidth = 23;
-constexpr int kHeight = 17;
+class Chance {
+public:
+    explicit Chance(unsigned seed) : engine_(seed) {}
+    int Number(int from, int to) { return std::uniform_int_distribution<int>(from, to)(engine_); }
+    COLORREF Colour() { return static_cast<COLORREF>(Number(0, 0xFFFFFF)); }
+    // Of up to that size, about a picture of that size.
+    RECT Rect(int width, int height)
+    {
+        const int x = Number(-3, width);
+        const int y = Number(-3, height);
+        return { x, y, x + Number(0, width), y + Number(0, height) };
+    }
 
-// A picture as numbers, with what may be drawn and the layout of its context.
-struct Model {
-    std::vector<COLORREF> pixels = std::vector<COLORREF>(kWidth * kHeight);
-    std::vector<bool> clip = std::vector<bool>(kWidth * kHeight, true);
-    DWORD layout = 0;
-
-    static bool IsInside(int x, int y) { return x >= 0 && x < kWidth && y >= 0 && y < kHeight; }
-    static std::size_t At(int x, int y) { return static_cast<std::size_t>(y) * kWidth + static_cast<std::size_t>(x); }
-    int Column(int x) const { return layout & LAYOUT_RTL ? kWidth - 1 - x : x; }
+private:
+    std::mt19937 engine_;
 };
 
-COLORREF Combine(DWORD operation, COLORREF pattern, COLORREF source, COLORREF destination)
+bool Contains(const RECT& rect, int x, int y)
 {
-    COLORREF result = 0;
-    for (int bit = 0; bit < 24; bit++) {
-        const DWORD triple = (pattern >> bit & 1) << 2 | (source >> bit & 1) << 1 | (destination >> bit & 1);
-        result |= (operation >> 16 >> triple & 1) << bit;
-    }
-    return result;
+    return x >= rect.left && x < rect.right && y >= rect.top && y < rect.bottom;
 }
+
+bool Combined(bool a, bool b, int mode)
+{
+    switch (mode) {
+    case RGN_AND:
+        return a && b;
+    case RGN_OR:
+        return a || b;
+    case RGN_XOR:
+        return a != b;
+    case RGN_DIFF:
+        return a && !b;
+    default:
+        return b;
+    }
+}
+
+// A picture as numbers, with what may be drawn and how its context places points.
+struct Model {
+    int width, height;
+    std::vector<COLORREF> pixels;
+    std::vector<bool> clip;
+    DWORD layout = 0;
+    POINT origin{};
+
+    // Where the pixel of a logical point stands; nothing: outside.
+    std::optional<std::size_t> At(int x, int y) const
+    {
+        x = layout & LAYOUT_RTL ? width - 1 - x - origin.x : x + origin.x;
+        y += origin.y;
+        if (!Contains({ 0, 0, width, height }, x, y))
+            return std::nullopt;
+        return static_cast<std::size_t>(y * width + x);
+    }
+
+    // By one of the 256 operations between the bits of pattern, source and destination.
+    void Draw(int x, int y, DWORD operation, COLORREF pattern, COLORREF source)
+    {
+        const std::optional<std::size_t> at = At(x, y);
+        if (!at || !clip[*at])
+            return;
+        COLORREF result = 0;
+        for (int bit = 0; bit < 24; bit++) {
+            const DWORD triple = (pattern >> bit & 1) << 2 | (source >> bit & 1) << 1 | (pixels[*at] >> bit & 1);
+            result |= (operation >> 16 >> triple & 1) << bit;
+        }
+        pixels[*at] = result;
+    }
+
+    // With a rectangle in logical coordinates.
+    void Clip(const RECT& rect, int mode)
+    {
+        std::vector<bool> operand(clip.size());
+        for (int y = rect.top; y < rect.bottom; y++) {
+            for (int x = rect.left; x < rect.right; x++) {
+                if (const std::optional<std::size_t> at = At(x, y))
+                    operand[*at] = true;
+            }
+        }
+        for (std::size_t i = 0; i < clip.size(); i++)
+            clip[i] = Combined(clip[i], operand[i], mode);
+    }
+};
 
 struct Extent {
     int x, y, width, height;
+    // Its i-th column: a negative extent runs leftward.
+    int Column(int i) const { return width < 0 ? x - i : x + i; }
+    int Row(int i) const { return height < 0 ? y - i : y + i; }
 };
 
-void StretchModel(Model& target, const Extent& to, const Model& source, const Extent& from, DWORD operation,
-                  COLORREF pattern)
+void StretchModel(Model& target, const Extent& to, const Model& source, const Extent& from, DWORD operation)
 {
-    const std::vector<COLORREF> before = source.pixels;
-    const bool one_is_mirrored = ((target.layout ^ source.layout) & LAYOUT_RTL) != 0;
-    const bool keeps = ((target.layout | source.layout) & LAYOUT_BITMAPORIENTATIONPRESERVED) != 0;
+    const Model before = source;
+    const bool is_turned = ((target.layout ^ source.layout) & LAYOUT_RTL) &&
+                           ((target.layout | source.layout) & LAYOUT_BITMAPORIENTATIONPRESERVED);
     const int width = std::abs(to.width);
     const int height = std::abs(to.height);
-    for (int j = 0; j < height; j++) {
-        for (int i = 0; i < width; i++) {
-            const int column = one_is_mirrored && keeps ? width - 1 - i : i;
-            const int x = target.Column(to.x + (to.width < 0 ? -column : column));
-            const int y = to.y + (to.height < 0 ? -j : j);
-            const int i_source = (2 * i + 1) * std::abs(from.width) / (2 * width);
-            const int j_source = (2 * j + 1) * std::abs(from.height) / (2 * height);
-            const int x_source = source.Column(from.x + (from.width < 0 ? -i_source : i_source));
-            const int y_source = from.y + (from.height < 0 ? -j_source : j_source);
-            if (from.width == 0 || from.height == 0 || !Model::IsInside(x, y) || !Model::IsInside(x_source, y_source) ||
-                !target.clip[Model::At(x, y)])
-                continue;
-            COLORREF& pixel = target.pixels[Model::At(x, y)];
-            pixel = Combine(operation, pattern, before[Model::At(x_source, y_source)], pixel);
+    for (int j = 0; j < height && from.height != 0; j++) {
+        for (int i = 0; i < width && from.width != 0; i++) {
+            const auto at = before.At(from.Column((2 * i + 1) * std::abs(from.width) / (2 * width)),
+                                      from.Row((2 * j + 1) * std::abs(from.height) / (2 * height)));
+            if (at)
+                target.Draw(to.Column(is_turned ? width - 1 - i : i), to.Row(j), operation, RGB(255, 255, 255),
+                            before.pixels[*at]);
         }
     }
 }
 
-void ClipModel(Model& model, const RECT& rect, bool exclude)
+// A mix mode as an operation that the source has no part in.
+DWORD OperationOf(int mix)
 {
-    for (int y = 0; y < kHeight; y++) {
-        for (int x = 0; x < kWidth; x++) {
-            const int column = model.Column(x);
-            const bool inside = column >= rect.left && column < rect.right && y >= rect.top && y < rect.bottom;
-            if (inside == exclude)
-                model.clip[Model::At(x, y)] = false;
-        }
-    }
-}
-
-void FillModel(Model& model, const RECT& rect, COLORREF colour, int mix)
-{
-    for (int y = rect.top; y < rect.bottom; y++) {
-        for (int i = rect.left; i < rect.right; i++) {
-            const int x = model.Column(i);
-            if (!Model::IsInside(x, y) || !model.clip[Model::At(x, y)])
-                continue;
-            COLORREF& pixel = model.pixels[Model::At(x, y)];
-            COLORREF result = 0;
-            for (int bit = 0; bit < 24; bit++) {
-                const int pair = static_cast<int>((colour >> bit & 1) << 1 | (pixel >> bit & 1));
-                result |= static_cast<COLORREF>((mix - 1) >> pair & 1) << bit;
-            }
-            pixel = result;
-        }
-    }
+    DWORD operation = 0;
+    for (unsigned triple = 0; triple < 8; triple++)
+        operation |= (static_cast<DWORD>(mix - 1) >> (triple / 4 * 2 + triple % 2) & 1) << triple;
+    return operation << 16;
 }
 
 // Two pictures and their models, drawn on at random.
 class Duel {
 public:
-    explicit Duel(unsigned seed) : chance_(seed)
+    Duel(unsigned seed, int width, int height) : chance_(seed), width_(width), height_(height)
     {
         for (int i = 0; i < 2; i++) {
-            for (int y = 0; y < kHeight; y++) {
-                for (int x = 0; x < kWidth; x++) {
-                    models_[i].pixels[Model::At(x, y)] = Colour();
-                    SetPixel(pictures_[i].dc(), x, y, models_[i].pixels[Model::At(x, y)]);
+            for (int y = 0; y < height; y++) {
+                for (int x = 0; x < width; x++) {
+                    models_[i].pixels.push_back(chance_.Colour());
+                    SetPixel(pictures_[i], x, y, models_[i].pixels.back());
                 }
             }
         }
@@ -115,164 +154,196 @@ public:
 
     void Step()
     {
-        const int target = Number(0, 1);
-        switch (Number(0, 9)) {
+        const int i = chance_.Number(0, 1);
+        switch (chance_.Number(0, 9)) {
         case 0:
-            SetLayoutOf(target);
+            MoveAndMirror(pictures_[i], models_[i]);
             break;
         case 1:
-            Clip(target);
+            Clip(pictures_[i], models_[i]);
             break;
         case 2:
         case 3:
-            Fill(target);
+            DrawRectangle(pictures_[i], models_[i]);
             break;
         default:
-            Stretch(target, Number(0, 1));
+            Stretch(i, chance_.Number(0, 1));
         }
     }
 
-    // How many pixels differ; the models of what may be drawn are not looked at.
-    int Differences()
+    bool Agrees() const
     {
-        int wrong = 0;
-        for (int i = 0; i < 2; i++) {
-            const HDC dc = pictures_[i].dc();
-            SaveDC(dc);
-            SelectClipRgn(dc, nullptr);
-            SetLayout(dc, 0);
-            for (int y = 0; y < kHeight; y++) {
-                for (int x = 0; x < kWidth; x++)
-                    wrong += GetPixel(dc, x, y) != models_[i].pixels[Model::At(x, y)];
-            }
-            RestoreDC(dc, -1);
-        }
-        return wrong;
+        return pictures_[0].Pixels() == models_[0].pixels && pictures_[1].Pixels() == models_[1].pixels;
     }
 
 private:
-    int Number(int from, int to) { return std::uniform_int_distribution<int>(from, to)(chance_); }
-    COLORREF Colour() { return static_cast<COLORREF>(Number(0, 0xFFFFFF)); }
-    Extent SomeExtent()
+    void MoveAndMirror(HDC dc, Model& model)
     {
-        return { Number(-4, kWidth + 4), Number(-4, kHeight + 4), Number(-kWidth, kWidth), Number(-kHeight, kHeight) };
+        model.layout = static_cast<DWORD>(chance_.Number(0, 1) * LAYOUT_RTL) |
+                       static_cast<DWORD>(chance_.Number(0, 1) * LAYOUT_BITMAPORIENTATIONPRESERVED);
+        const POINT window{ chance_.Number(-3, 3), chance_.Number(-3, 3) };
+        const POINT viewport{ chance_.Number(-3, 3), chance_.Number(-3, 3) };
+        model.origin = { viewport.x - window.x, viewport.y - window.y };
+        SetLayout(dc, model.layout);
+        SetWindowOrgEx(dc, window.x, window.y, nullptr);
+        SetViewportOrgEx(dc, viewport.x, viewport.y, nullptr);
     }
 
-    void SetLayoutOf(int i)
+    void Clip(HDC dc, Model& model)
     {
-        const DWORD layouts[] = { 0, LAYOUT_RTL, LAYOUT_BITMAPORIENTATIONPRESERVED,
-                                  LAYOUT_RTL | LAYOUT_BITMAPORIENTATIONPRESERVED };
-        models_[i].layout = layouts[Number(0, 3)];
-        SetLayout(pictures_[i].dc(), models_[i].layout);
-    }
-
-    void Clip(int i)
-    {
-        const HDC dc = pictures_[i].dc();
-        if (Number(0, 3) == 0) {
+        const RECT rect = chance_.Rect(width_, height_);
+        switch (chance_.Number(0, 4)) {
+        case 0:
             SelectClipRgn(dc, nullptr);
-            models_[i].clip.assign(models_[i].clip.size(), true);
-            return;
-        }
-        const int x = Number(-3, kWidth);
-        const int y = Number(-3, kHeight);
-        const RECT rect{ x, y, x + Number(0, kWidth), y + Number(0, kHeight) };
-        const bool exclude = Number(0, 1) == 0;
-        if (exclude)
-            ExcludeClipRect(dc, rect.left, rect.top, rect.right, rect.bottom);
-        else
+            model.clip.assign(model.clip.size(), true);
+            break;
+        case 1:
             IntersectClipRect(dc, rect.left, rect.top, rect.right, rect.bottom);
-        ClipModel(models_[i], rect, exclude);
+            model.Clip(rect, RGN_AND);
+            break;
+        case 2:
+            ExcludeClipRect(dc, rect.left, rect.top, rect.right, rect.bottom);
+            model.Clip(rect, RGN_DIFF);
+            break;
+        default: // regions do not move with the origins
+            const int mode = chance_.Number(RGN_AND, RGN_COPY);
+            const HRGN region = CreateRectRgn(rect.left + model.origin.x, rect.top + model.origin.y,
+                                              rect.right + model.origin.x, rect.bottom + model.origin.y);
+            ExtSelectClipRgn(dc, region, mode);
+            DeleteObject(region);
+            model.Clip(rect, mode);
+        }
     }
 
-    void Fill(int i)
+    void DrawRectangle(HDC dc, Model& model)
     {
-        const HDC dc = pictures_[i].dc();
-        const COLORREF pen_colour = Colour();
-        const COLORREF brush_colour = Colour();
-        const int mix = Number(R2_BLACK, R2_WHITE);
-        const int x = Number(-3, kWidth);
-        const int y = Number(-3, kHeight);
-        const RECT rect{ x, y, x + Number(0, 8), y + Number(0, 8) };
-        const HPEN pen = CreatePen(PS_SOLID, 1, pen_colour);
-        const HBRUSH brush = CreateSolidBrush(brush_colour);
-        const HGDIOBJ old_pen = SelectObject(dc, pen);
-        const HGDIOBJ old_brush = SelectObject(dc, brush);
+        const RECT rect = chance_.Rect(8, 8);
+        const COLORREF colours[] = { chance_.Colour(), chance_.Colour() };
+        const int mix = chance_.Number(R2_BLACK, R2_WHITE);
+        const Selected brush(dc, CreateSolidBrush(colours[0]));
+        const Selected pen(dc, CreatePen(PS_SOLID, 1, colours[1]));
         SetROP2(dc, mix);
         Rectangle(dc, rect.left, rect.top, rect.right, rect.bottom);
-        SelectObject(dc, old_pen);
-        SelectObject(dc, old_brush);
-        DeleteObject(pen);
-        DeleteObject(brush);
         const RECT inside{ rect.left + 1, rect.top + 1, rect.right - 1, rect.bottom - 1 };
-        Model framed = models_[i];
-        FillModel(framed, rect, pen_colour, mix);
-        FillModel(models_[i], inside, brush_colour, mix);
-        for (int py = rect.top; py < rect.bottom; py++) { // the frame is the rectangle less its inside
-            for (int px = rect.left; px < rect.right; px++) {
-                const bool is_inside = px >= inside.left && px < inside.right && py >= inside.top && py < inside.bottom;
-                const int column = models_[i].Column(px);
-                if (!is_inside && Model::IsInside(column, py))
-                    models_[i].pixels[Model::At(column, py)] = framed.pixels[Model::At(column, py)];
-            }
+        for (int y = rect.top; y < rect.bottom; y++) {
+            for (int x = rect.left; x < rect.right; x++)
+                model.Draw(x, y, OperationOf(mix), colours[Contains(inside, x, y) ? 0 : 1], 0);
         }
     }
 
     void Stretch(int target, int source)
     {
-        const DWORD operations[] = { SRCCOPY,    SRCCOPY,   SRCCOPY,    SRCAND,   SRCPAINT, SRCINVERT,
-                                     NOTSRCCOPY, MERGECOPY, MERGEPAINT, PATPAINT, SRCERASE };
-        const DWORD operation = operations[Number(0, static_cast<int>(std::size(operations)) - 1)];
-        const Extent to = SomeExtent();
-        Extent from = SomeExtent();
-        if (Number(0, 1) == 0) {
+        constexpr DWORD kOperations[] = { SRCCOPY,    SRCCOPY,   SRCCOPY,    SRCAND,   SRCPAINT, SRCINVERT,
+                                          NOTSRCCOPY, MERGECOPY, MERGEPAINT, PATPAINT, SRCERASE };
+        const DWORD operation = kOperations[chance_.Number(0, static_cast<int>(std::size(kOperations)) - 1)];
+        const auto extent = [this] {
+            return Extent{ chance_.Number(-4, width_ + 4), chance_.Number(-4, height_ + 4),
+                           chance_.Number(-width_, width_), chance_.Number(-height_, height_) };
+        };
+        const Extent to = extent();
+        Extent from = extent();
+        if (chance_.Number(0, 1) == 0) {
             from.width = to.width;
             from.height = to.height;
         }
-        StretchBlt(pictures_[target].dc(), to.x, to.y, to.width, to.height, pictures_[source].dc(), from.x, from.y,
-                   from.width, from.height, operation);
-        StretchModel(models_[target], to, models_[source], from, operation, RGB(255, 255, 255));
+        StretchBlt(pictures_[target], to.x, to.y, to.width, to.height, pictures_[source], from.x, from.y, from.width,
+                   from.height, operation);
+        StretchModel(models_[target], to, models_[source], from, operation);
     }
 
-    std::mt19937 chance_;
-    Picture pictures_[2]{ Picture(kWidth, kHeight), Picture(kWidth, kHeight) };
-    Model models_[2];
+    Chance chance_;
+    const int width_;
+    const int height_;
+    Picture pictures_[2]{ Picture(width_, height_), Picture(width_, height_) };
+    const std::vector<bool> all_ = std::vector<bool>(static_cast<std::size_t>(width_ * height_), true);
+    Model models_[2]{ { width_, height_, {}, all_ }, { width_, height_, {}, all_ } };
 };
 
 } // namespace
 
 TEST(GdiModel, AgreesWithRandomDrawing)
 {
-    for (unsigned seed = 0; seed < 60; seed++) {
-        Duel duel(seed);
-        for (int step = 0; step < 40; step++) {
-            duel.Step();
-            ASSERT_EQ(duel.Differences(), 0) << "seed " << seed << ", step " << step;
+    struct Case {
+        unsigned duels;
+        int width, height;
+    };
+    for (const Case& c : { Case{ 60, 23, 17 }, Case{ 10, 1100, 2 } }) { // rows are worked on 512 pixels at a time
+        for (unsigned seed = 0; seed < c.duels; seed++) {
+            Duel duel(seed, c.width, c.height);
+            for (int step = 0; step < 40; step++) {
+                duel.Step();
+                ASSERT_TRUE(duel.Agrees()) << c.width << " wide, seed " << seed << ", step " << step;
+            }
         }
     }
 }
 
-// Rows of any length, four pixels at a time and the rest one by one, against the rule for a pixel.
-TEST(GdiModel, MixesRowsAsPixels)
+TEST(GdiModel, AgreesWithRandomRegions)
 {
-    std::mt19937 chance(7);
-    for (int count = 0; count < 2000; count++) {
-        std::vector<std::uint32_t> under(static_cast<std::size_t>(count % 40));
-        std::vector<std::uint8_t> coverage(under.size());
-        const auto over = static_cast<std::uint32_t>(chance()) & win32::kWhite;
-        std::vector<std::uint32_t> expected;
-        for (std::size_t i = 0; i < under.size(); i++) {
-            under[i] = static_cast<std::uint32_t>(chance()) & win32::kWhite;
-            coverage[i] = chance() % 3 ? static_cast<std::uint8_t>(chance()) : chance() % 2 ? 255 : 0;
-            std::uint32_t mixed = 0;
-            for (int shift = 0; shift < 24; shift += 8) {
-                const std::uint32_t sum =
-                    (over >> shift & 255) * coverage[i] + (under[i] >> shift & 255) * (255 - coverage[i]);
-                mixed |= (2 * sum + 255) / 510 << shift; // to the nearest
+    constexpr int kSize = 24;
+    const HRGN region = CreateRectRgn(0, 0, 0, 0);
+    const HRGN moved = CreateRectRgn(0, 0, 1, 1);
+    for (unsigned seed = 0; seed < 60; seed++) {
+        Chance chance(seed);
+        SetRectRgn(region, 0, 0, 0, 0);
+        std::vector<bool> bits(kSize * kSize);
+        for (int step = 0; step < 12; step++) {
+            const RECT rect = chance.Rect(kSize, kSize);
+            const int mode = step < 3 ? RGN_OR : chance.Number(RGN_AND, RGN_DIFF);
+            const HRGN operand = CreateRectRgnIndirect(&rect);
+            const int kind = CombineRgn(region, region, operand, mode);
+            DeleteObject(operand);
+            bool is_empty = true;
+            int wrong = 0;
+            for (int i = 0; i < kSize * kSize; i++) {
+                const int x = i % kSize, y = i / kSize;
+                bits[static_cast<std::size_t>(i)] =
+                    Combined(bits[static_cast<std::size_t>(i)], Contains(rect, x, y), mode);
+                is_empty = is_empty && !bits[static_cast<std::size_t>(i)];
+                wrong += bits[static_cast<std::size_t>(i)] != (PtInRegion(region, x, y) != 0);
             }
-            expected.push_back(mixed);
+            ASSERT_EQ(wrong, 0) << "seed " << seed << ", step " << step;
+            EXPECT_TRUE(kind != NULLREGION || is_empty);
         }
-        win32::mix_row(over, under.data(), coverage.data(), static_cast<int>(under.size()));
-        ASSERT_EQ(under, expected);
+        // Moved there and back it is itself; moved away it is another.
+        CombineRgn(moved, region, nullptr, RGN_COPY);
+        EXPECT_TRUE(EqualRgn(moved, region));
+        OffsetRgn(moved, 5, -3);
+        RECT box{};
+        RECT moved_box{};
+        const bool is_empty = GetRgnBox(region, &box) == NULLREGION;
+        GetRgnBox(moved, &moved_box);
+        EXPECT_EQ(EqualRgn(moved, region) != 0, is_empty);
+        EXPECT_EQ(moved_box.left - box.left, is_empty ? 0 : 5);
+        OffsetRgn(moved, -5, 3);
+        EXPECT_TRUE(EqualRgn(moved, region));
+    }
+    DeleteObject(region);
+    DeleteObject(moved);
+}
+
+// Every weight of every two values in each channel, by rows of any length: four pixels at a time and the rest one by
+// one.
+TEST(GdiModel, MixesEveryWeightToTheNearest)
+{
+    constexpr std::size_t kRow = 259;
+    for (std::uint32_t over = 0; over < 256; over++) {
+        const std::uint32_t pixel = over | (255 - over) << 8 | (over ^ 0x5A) << 16;
+        for (std::uint32_t weight = 0; weight < 256; weight++) {
+            std::uint32_t row[kRow];
+            std::uint8_t coverage[kRow];
+            std::uint32_t expected[kRow];
+            for (std::uint32_t i = 0; i < kRow; i++) {
+                const std::uint32_t under = (i + over + weight) % 256;
+                row[i] = under * 0x010101;
+                coverage[i] = static_cast<std::uint8_t>(i % 7 == over % 7 ? 0 : weight);
+                expected[i] = 0;
+                for (int shift = 0; shift < 24; shift += 8)
+                    expected[i] |= ((pixel >> shift & 255) * coverage[i] + under * (255 - coverage[i]) + 127) / 255
+                                   << shift;
+            }
+            win32::mix_row(pixel, row, coverage, kRow);
+            ASSERT_TRUE(std::equal(row, row + kRow, expected)) << over << ' ' << weight;
+        }
     }
 }

@@ -1,4 +1,4 @@
-#include "tests/platform/win32/gdi/Pictures.h"
+#include "tests/support/Picture.h"
 #include "tests/support/TestHome.h"
 
 #include "platform/win32/gdi/text_engine.h"
@@ -9,14 +9,20 @@
 #include <winbase.h>
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <thread>
 
 using test::Picture;
+using test::Selected;
 
 namespace {
+
+constexpr const char* kSong = "\xCB\xCE\xCC\xE5";    // 宋体
+constexpr const char* kInstall = "\xB0\xB2\xD7\xB0"; // 安装
+constexpr const char* kSans = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
 
 // The same two folders of faces on every machine.
 const bool kFolders = [] {
@@ -24,29 +30,10 @@ const bool kFolders = [] {
     return true;
 }();
 
-constexpr const char* kSong = "\xCB\xCE\xCC\xE5";    // 宋体
-constexpr const char* kInstall = "\xB0\xB2\xD7\xB0"; // 安装
-
-// A font selected into a context for as long as it lives.
-class SelectedFont {
-public:
-    SelectedFont(HDC dc, int height, int weight, const char* face)
-        : dc_(dc), font_(CreateFontA(height, 0, 0, 0, weight, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0, face)),
-          previous_(SelectObject(dc, font_))
-    {}
-    SelectedFont(const SelectedFont&) = delete;
-    SelectedFont& operator=(const SelectedFont&) = delete;
-    ~SelectedFont()
-    {
-        SelectObject(dc_, previous_);
-        DeleteObject(font_);
-    }
-
-private:
-    HDC dc_;
-    HFONT font_;
-    HGDIOBJ previous_;
-};
+HFONT FontOf(int height, const char* face = "Tahoma", int weight = FW_NORMAL, DWORD underline = FALSE)
+{
+    return CreateFontA(height, 0, 0, 0, weight, 0, underline, 0, DEFAULT_CHARSET, 0, 0, 0, 0, face);
+}
 
 SIZE Extent(HDC dc, const char* text)
 {
@@ -55,31 +42,36 @@ SIZE Extent(HDC dc, const char* text)
     return size;
 }
 
+void Put(HDC dc, int x, int y, const char* text)
+{
+    EXPECT_TRUE(TextOutA(dc, x, y, text, static_cast<int>(std::strlen(text))));
+}
+
+void UseWhiteText(HDC dc)
+{
+    SetTextColor(dc, RGB(255, 255, 255));
+    SetBkMode(dc, TRANSPARENT);
+}
+
+// Shows the cell of the text instead of its glyphs.
+void UseWhiteCells(HDC dc)
+{
+    SetTextColor(dc, RGB(0, 0, 0));
+    SetBkColor(dc, RGB(255, 255, 255));
+}
+
 // The columns and rows that are not black.
 RECT Ink(const Picture& picture)
 {
-    BITMAP description{};
-    GetObjectA(picture.bitmap(), sizeof description, &description);
-    RECT ink{ description.bmWidth, description.bmHeight, 0, 0 };
-    SaveDC(picture.dc());
-    SelectClipRgn(picture.dc(), nullptr);
-    SetLayout(picture.dc(), 0);
-    for (int y = 0; y < description.bmHeight; y++) {
-        for (int x = 0; x < description.bmWidth; x++) {
-            if (GetPixel(picture.dc(), x, y) == 0)
-                continue;
-            ink = { std::min<LONG>(ink.left, x), std::min<LONG>(ink.top, y), std::max<LONG>(ink.right, x + 1),
-                    std::max<LONG>(ink.bottom, y + 1) };
-        }
+    const std::vector<COLORREF> pixels = picture.Pixels();
+    RECT ink{ INT_MAX, INT_MAX, 0, 0 };
+    for (int i = 0; i < static_cast<int>(pixels.size()); i++) {
+        if (pixels[static_cast<std::size_t>(i)] == 0)
+            continue;
+        const LONG x = i % picture.width(), y = i / picture.width();
+        ink = { std::min(ink.left, x), std::min(ink.top, y), std::max(ink.right, x + 1), std::max(ink.bottom, y + 1) };
     }
-    RestoreDC(picture.dc(), -1);
     return ink;
-}
-
-void UseWhiteText(const Picture& picture)
-{
-    SetTextColor(picture.dc(), RGB(255, 255, 255));
-    SetBkMode(picture.dc(), TRANSPARENT);
 }
 
 } // namespace
@@ -91,93 +83,74 @@ TEST(GdiText, MeasuresInWholePixels)
         int height;
         const char* face;
         const char* text;
-        SIZE expected;
+        LONG width, cell;
     };
     const Case cases[] = {
-        { "em of 12, Latin face", -12, "Tahoma", "Setup", { 36, 15 } },
-        { "em of 12, Chinese face", -12, kSong, "Setup", { 29, 16 } },
-        { "Chinese characters are an em wide", -12, kSong, kInstall, { 24, 16 } },
-        { "a cell of 14 is 14 high", 14, kSong, kInstall, { 22, 14 } },
-        { "a face that is missing falls back", -12, "No Such Face", "Setup", { 36, 15 } },
-        { "a face that ends within a character", -12, "0123456789012345678901234567890\xCB", "Setup", { 36, 15 } },
-        { "no text", -12, "Tahoma", "", { 0, 15 } },
-        { "height 0 is 16", 0, "Tahoma", "", { 0, 16 } },
-        { "as much as a thousand", 10000, "Tahoma", "", { 0, 1000 } },
-        { "one pixel", 1, "Tahoma", "", { 0, 1 } },
+        { "em of 12, Latin face", -12, "Tahoma", "Setup", 36, 15 },
+        { "em of 12, Chinese face", -12, kSong, "Setup", 29, 16 },
+        { "Chinese characters are an em wide", -12, kSong, kInstall, 24, 16 },
+        { "a cell of 14 is 14 high", 14, kSong, kInstall, 22, 14 },
+        { "a face that is missing falls back", -12, "No Such Face", "Setup", 36, 15 },
+        { "a face that ends within a character", -12, "0123456789012345678901234567890\xCB", "Setup", 36, 15 },
+        { "no text", -12, "Tahoma", "", 0, 15 },
+        { "height 0 is 16", 0, "Tahoma", "", 0, 16 },
+        { "as much as a thousand", 10000, "Tahoma", "", 0, 1000 },
+        { "one pixel", 1, "Tahoma", "", 0, 1 },
     };
     const Picture picture(1, 1);
     for (const Case& c : cases) {
         SCOPED_TRACE(c.why);
-        const SelectedFont font(picture.dc(), c.height, FW_NORMAL, c.face);
-        const SIZE size = Extent(picture.dc(), c.text);
-        EXPECT_EQ(size.cx, c.expected.cx);
-        EXPECT_EQ(size.cy, c.expected.cy);
+        const Selected font(picture, FontOf(c.height, c.face));
+        const SIZE size = Extent(picture, c.text);
+        EXPECT_EQ(size.cx, c.width);
+        EXPECT_EQ(size.cy, c.cell);
     }
 }
 
 TEST(GdiText, MeasuresTheSumOfItsParts)
 {
     const Picture picture(1, 1);
-    const SelectedFont font(picture.dc(), -13, FW_BOLD, "Tahoma");
-    const std::string words[] = { "Installing ", kInstall, " 12%", "AVAVA" };
+    const Selected font(picture, FontOf(-13, "Tahoma", FW_BOLD));
     LONG sum = 0;
     std::string all;
-    for (const std::string& word : words) {
-        sum += Extent(picture.dc(), word.c_str()).cx;
+    for (const char* word : { "Installing ", kInstall, " 12%", "AVAVA" }) {
+        sum += Extent(picture, word).cx;
         all += word;
     }
-    EXPECT_EQ(Extent(picture.dc(), all.c_str()).cx, sum);
+    EXPECT_EQ(Extent(picture, all.c_str()).cx, sum);
 }
 
 // What was measured is remembered, and forgotten when there is too much of it.
 TEST(GdiText, MeasuresManyLinesAsOne)
 {
     const Picture picture(1, 1);
-    const SelectedFont font(picture.dc(), -13, FW_NORMAL, "Tahoma");
+    const Selected font(picture, FontOf(-13));
     for (int i = 0; i < 4000; i++) {
         const std::string text = std::to_string(i * 7919); // digits are of one width
-        ASSERT_EQ(Extent(picture.dc(), text.c_str()).cx, 8 * static_cast<int>(text.size())) << text;
-        ASSERT_EQ(Extent(picture.dc(), "Setup").cx, 37);
+        ASSERT_EQ(Extent(picture, text.c_str()).cx, 8 * static_cast<int>(text.size())) << text;
+        ASSERT_EQ(Extent(picture, "Setup").cx, 37);
     }
 }
 
 TEST(GdiText, DrawsWithinWhatItMeasured)
 {
-    const char* const texts[] = { "Hxgy", kInstall, "Setup \xB0\xB2" };
-    for (const char* text : texts) {
-        for (const int weight : { FW_NORMAL, FW_BOLD }) {
+    for (const char* text : { "Hxgy", kInstall, "Setup \xB0\xB2" }) {
+        int ink_of_weight[2] = {};
+        for (const bool is_bold : { false, true }) { // these Chinese faces have no bold of their own
             SCOPED_TRACE(text);
             const Picture picture(120, 40);
             UseWhiteText(picture);
-            const SelectedFont font(picture.dc(), -16, weight, kSong);
-            const SIZE size = Extent(picture.dc(), text);
-            EXPECT_TRUE(TextOutA(picture.dc(), 10, 5, text, static_cast<int>(std::strlen(text))));
+            const Selected font(picture, FontOf(-16, kSong, is_bold ? FW_BOLD : FW_NORMAL));
+            Put(picture, 10, 5, text);
+            const SIZE size = Extent(picture, text);
             const RECT ink = Ink(picture);
-            EXPECT_LT(ink.left, ink.right);
-            EXPECT_GE(ink.left, 9);
-            EXPECT_LE(ink.right, 10 + size.cx + 1);
-            EXPECT_GE(ink.right, 10 + size.cx - 4);
-            EXPECT_GE(ink.top, 5);
-            EXPECT_LE(ink.bottom, 5 + size.cy);
+            EXPECT_TRUE(ink.left >= 9 && ink.top >= 5 && ink.bottom <= 5 + size.cy) << ink;
+            EXPECT_TRUE(ink.right >= 10 + size.cx - 4 && ink.right <= 10 + size.cx + 1) << ink;
+            for (const COLORREF colour : picture.Pixels())
+                ink_of_weight[is_bold] += GetRValue(colour);
         }
+        EXPECT_GT(ink_of_weight[1], ink_of_weight[0] * 5 / 4);
     }
-}
-
-TEST(GdiText, DrawsBoldWhereTheFaceHasNone)
-{
-    const auto ink_of = [](int weight) {
-        const Picture picture(60, 30);
-        UseWhiteText(picture);
-        const SelectedFont font(picture.dc(), -20, weight, kSong);
-        TextOutA(picture.dc(), 2, 2, kInstall, 4);
-        int sum = 0;
-        for (int y = 0; y < 30; y++) {
-            for (int x = 0; x < 60; x++)
-                sum += GetRValue(GetPixel(picture.dc(), x, y));
-        }
-        return sum;
-    };
-    EXPECT_GT(ink_of(FW_BOLD), ink_of(FW_NORMAL) * 5 / 4);
 }
 
 TEST(GdiText, AlignsAndClips)
@@ -186,7 +159,7 @@ TEST(GdiText, AlignsAndClips)
         const char* why;
         UINT align;
         int x, y;
-        RECT cell; // of "HH" in a font of 7 by 12
+        RECT cell; // of "HH"
     };
     const Case cases[] = {
         { "left and top", TA_LEFT | TA_TOP, 20, 10, { 20, 10, 38, 25 } },
@@ -198,51 +171,57 @@ TEST(GdiText, AlignsAndClips)
     for (const Case& c : cases) {
         SCOPED_TRACE(c.why);
         const Picture picture(80, 40);
-        SetTextColor(picture.dc(), 0);
-        SetBkColor(picture.dc(), RGB(255, 255, 255)); // the opaque cell shows where the text is
-        const SelectedFont font(picture.dc(), -12, FW_NORMAL, "Tahoma");
-        SetTextAlign(picture.dc(), c.align);
-        TextOutA(picture.dc(), c.x, c.y, "HH", 2);
+        UseWhiteCells(picture);
+        const Selected font(picture, FontOf(-12));
+        SetTextAlign(picture, c.align);
+        Put(picture, c.x, c.y, "HH");
         EXPECT_EQ(Ink(picture), c.cell);
+
+        PatBlt(picture, 0, 0, 80, 40, BLACKNESS);
+        UseWhiteText(picture);
         const RECT half{ 0, 0, c.cell.left + 5, 40 };
-        const Picture clipped(80, 40);
-        UseWhiteText(clipped);
-        const SelectedFont again(clipped.dc(), -12, FW_NORMAL, "Tahoma");
-        SetTextAlign(clipped.dc(), c.align);
-        ExtTextOutA(clipped.dc(), c.x, c.y, ETO_CLIPPED, &half, "HH", 2, nullptr);
-        EXPECT_LE(Ink(clipped).right, c.cell.left + 5);
-        EXPECT_GT(Ink(clipped).right, c.cell.left);
+        ExtTextOutA(picture, c.x, c.y, ETO_CLIPPED, &half, "HH", 2, nullptr);
+        EXPECT_TRUE(Ink(picture).right > c.cell.left && Ink(picture).right <= half.right);
     }
     const Picture picture(40, 20);
-    const SelectedFont font(picture.dc(), -12, FW_NORMAL, "Tahoma");
-    SetTextAlign(picture.dc(), TA_UPDATECP);
-    MoveToEx(picture.dc(), 3, 4, nullptr);
-    TextOutA(picture.dc(), 0, 0, "HH", 2);
+    const Selected font(picture, FontOf(-12));
+    SetTextAlign(picture, TA_UPDATECP);
+    MoveToEx(picture, 3, 4, nullptr);
+    Put(picture, 0, 0, "HH");
     POINT position{};
-    MoveToEx(picture.dc(), 0, 0, &position);
+    MoveToEx(picture, 0, 0, &position);
     EXPECT_EQ(position.x, 3 + 18);
 }
 
 TEST(GdiText, ReadsFromTheRight)
 {
-    // An exclamation mark after Hebrew stands at the left when the line is read from the right.
-    const auto first_ink = [](UINT align, DWORD layout, const char* text) {
+    // All are of one font, which remembers lines of both directions.
+    const auto ink = [font = FontOf(-16)](UINT align, DWORD layout) {
         const Picture picture(80, 30);
         UseWhiteText(picture);
-        SetLayout(picture.dc(), layout);
-        SetTextAlign(picture.dc(), align);
-        const SelectedFont font(picture.dc(), -16, FW_NORMAL, "Tahoma");
-        TextOutA(picture.dc(), 4, 2, text, static_cast<int>(std::strlen(text)));
+        SetLayout(picture, layout);
+        SetTextAlign(picture, align);
+        SelectObject(picture, font);
+        Put(picture, 4, 2, "ab!");
         return Ink(picture);
     };
-    const RECT left = first_ink(TA_LEFT, 0, "ab!");
-    const RECT turned = first_ink(TA_LEFT | TA_RTLREADING, 0, "ab!");
-    EXPECT_NE(left, turned) << "the mark moves to the other side of the letters";
-    const RECT mirrored = first_ink(TA_LEFT, LAYOUT_RTL, "ab!");
+    const RECT left = ink(TA_LEFT, 0);
+    EXPECT_NE(left, ink(TA_LEFT | TA_RTLREADING, 0)) << "the mark moves to the other side of the letters";
+    const RECT mirrored = ink(TA_LEFT, LAYOUT_RTL);
     EXPECT_GT(mirrored.left, 40) << "placed from the right edge";
     EXPECT_LE(mirrored.right, 76);
-    const RECT both = first_ink(TA_LEFT | TA_RTLREADING, LAYOUT_RTL, "ab!");
+    const RECT both = ink(TA_LEFT | TA_RTLREADING, LAYOUT_RTL);
     EXPECT_EQ(both.right - both.left, left.right - left.left) << "turned round twice: letters first";
+}
+
+TEST(GdiText, UnderlinesBelowTheBaseline)
+{
+    const Picture picture(40, 30);
+    UseWhiteText(picture);
+    const Selected font(picture, FontOf(-16, "Tahoma", FW_NORMAL, TRUE));
+    SetTextAlign(picture, TA_BASELINE);
+    Put(picture, 2, 20, "HH");
+    EXPECT_EQ(Ink(picture).bottom, 22);
 }
 
 TEST(GdiText, RefusesWhatItCannotDo)
@@ -250,14 +229,14 @@ TEST(GdiText, RefusesWhatItCannotDo)
     const Picture picture(10, 10);
     const INT spacing[] = { 5 };
     SIZE size{};
-    EXPECT_FALSE(ExtTextOutA(picture.dc(), 0, 0, 0, nullptr, "x", 1, spacing));
-    EXPECT_FALSE(ExtTextOutA(picture.dc(), 0, 0, ETO_CLIPPED, nullptr, "x", 1, nullptr));
-    EXPECT_FALSE(TextOutA(picture.dc(), 0, 0, "x", -1));
-    EXPECT_FALSE(TextOutA(picture.dc(), 0, 0, nullptr, 3));
-    EXPECT_FALSE(GetTextExtentPoint32A(picture.dc(), "x", 9000, &size));
-    EXPECT_EQ(DrawTextA(picture.dc(), "x", -1, nullptr, DT_NOPREFIX), 0);
+    EXPECT_FALSE(ExtTextOutA(picture, 0, 0, 0, nullptr, "x", 1, spacing));
+    EXPECT_FALSE(ExtTextOutA(picture, 0, 0, ETO_CLIPPED, nullptr, "x", 1, nullptr));
+    EXPECT_FALSE(TextOutA(picture, 0, 0, "x", -1));
+    EXPECT_FALSE(TextOutA(picture, 0, 0, nullptr, 3));
+    EXPECT_FALSE(GetTextExtentPoint32A(picture, "x", 9000, &size));
+    EXPECT_EQ(DrawTextA(picture, "x", -1, nullptr, DT_NOPREFIX), 0);
     RECT rect{ 0, 0, 10, 10 };
-    EXPECT_EQ(DrawTextA(picture.dc(), "x", -1, &rect, DT_LEFT), 0) << "prefixes are not offered";
+    EXPECT_EQ(DrawTextA(picture, "x", -1, &rect, DT_LEFT), 0) << "prefixes are not offered";
 }
 
 TEST(GdiDrawText, FitsLines)
@@ -270,20 +249,20 @@ TEST(GdiDrawText, FitsLines)
         RECT expected;
     };
     const Case cases[] = {
-        { "one line", "HHHH", 0, 200, { 0, 0, 36, 15 } },
         { "broken by hand", "HH\r\nHHHH\nH", 0, 200, { 0, 0, 36, 45 } },
         { "a break at the end", "HH\n", 0, 200, { 0, 0, 18, 15 } },
         { "words", "HH HH HH", DT_WORDBREAK, 45, { 0, 0, 44, 30 } },
+        { "the blank behind a word may hang over", "HH HH", DT_WORDBREAK, 19, { 0, 0, 22, 30 } },
         { "a word that is too wide", "HHHHH HH", DT_WORDBREAK, 20, { 0, 0, 49, 30 } },
         { "single line keeps breaks as blanks", "HH\nHH", DT_SINGLELINE, 200, { 0, 0, 40, 15 } },
         { "nothing", "", 0, 200, { 0, 0, 0, 0 } },
     };
     const Picture picture(10, 10);
-    const SelectedFont font(picture.dc(), -12, FW_NORMAL, "Tahoma");
+    const Selected font(picture, FontOf(-12));
     for (const Case& c : cases) {
         SCOPED_TRACE(c.why);
         RECT rect{ 0, 0, c.width, 100 };
-        EXPECT_EQ(DrawTextA(picture.dc(), c.text, -1, &rect, c.format | DT_NOPREFIX | DT_CALCRECT), c.expected.bottom);
+        EXPECT_EQ(DrawTextA(picture, c.text, -1, &rect, c.format | DT_NOPREFIX | DT_CALCRECT), c.expected.bottom);
         EXPECT_EQ(rect, c.expected);
     }
 }
@@ -304,10 +283,10 @@ TEST(GdiDrawText, PlacesTextInItsRectangle)
     for (const Case& c : cases) {
         SCOPED_TRACE(c.why);
         const Picture picture(80, 40);
-        SetBkColor(picture.dc(), RGB(255, 255, 255));
-        const SelectedFont font(picture.dc(), -12, FW_NORMAL, "Tahoma");
+        UseWhiteCells(picture);
+        const Selected font(picture, FontOf(-12));
         RECT rect{ 10, 5, 70, 35 };
-        EXPECT_EQ(DrawTextA(picture.dc(), "HH", 2, &rect, c.format | DT_NOPREFIX), 15);
+        EXPECT_EQ(DrawTextA(picture, "HH", 2, &rect, c.format | DT_NOPREFIX), 15);
         EXPECT_EQ(Ink(picture), c.expected);
     }
 }
@@ -315,12 +294,12 @@ TEST(GdiDrawText, PlacesTextInItsRectangle)
 TEST(GdiFonts, AddsAndRemovesPrivateFiles)
 {
     const Picture picture(10, 10);
-    const SelectedFont font(picture.dc(), -12, FW_NORMAL, "DejaVu Serif");
+    const Selected font(picture, FontOf(-12, "DejaVu Serif"));
     const test::TempDir folder;
     const std::string path = folder / "private.ttf";
-    std::filesystem::copy_file("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf", path);
+    std::filesystem::copy_file(kSans, path);
     EXPECT_EQ(AddFontResourceExA(path.c_str(), FR_PRIVATE, nullptr), 1);
-    EXPECT_EQ(Extent(picture.dc(), "Setup").cy, 15);
+    EXPECT_EQ(Extent(picture, "Setup").cy, 15);
     EXPECT_TRUE(RemoveFontResourceA(path.c_str()));
     EXPECT_FALSE(RemoveFontResourceA(path.c_str()));
     EXPECT_EQ(AddFontResourceA((folder / "missing.ttf").c_str()), 0);
@@ -332,7 +311,7 @@ TEST(GdiFonts, AddsAndRemovesPrivateFiles)
     alignas(2) char narrow[MAX_PATH * 2] = "skins/private.ttf";
     EXPECT_EQ(AddFontResourceExW(reinterpret_cast<LPCWSTR>(narrow), FR_PRIVATE, nullptr), 0);
 
-    std::ifstream file("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf", std::ios::binary);
+    std::ifstream file(kSans, std::ios::binary);
     std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
     DWORD faces = 0;
     EXPECT_NE(AddFontMemResourceEx(bytes.data(), static_cast<DWORD>(bytes.size()), nullptr, &faces), nullptr);
@@ -341,10 +320,9 @@ TEST(GdiFonts, AddsAndRemovesPrivateFiles)
     EXPECT_EQ(faces, 0U);
 }
 
-TEST(GdiFonts, DescribesItself)
+TEST(GdiFonts, DescribeThemselves)
 {
-    const HFONT font = CreateFontA(-11, 0, 0, 0, FW_BOLD, TRUE, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0,
-                                   "a face of very many more than thirty-one bytes");
+    const HFONT font = FontOf(-11, "a face of very many more than thirty-one bytes", FW_BOLD);
     LOGFONTA description{};
     EXPECT_EQ(GetObjectA(font, sizeof description, &description), static_cast<int>(sizeof description));
     EXPECT_EQ(description.lfHeight, -11);
@@ -371,10 +349,10 @@ TEST(GdiText, DrawsOnSeveralThreads)
             const Picture picture(100, 30);
             UseWhiteText(picture);
             for (int turn = 0; turn < 25; turn++) {
-                const SelectedFont font(picture.dc(), -10 - i, FW_NORMAL, turn % 2 ? kSong : "Tahoma");
-                TextOutA(picture.dc(), 1, 1, kInstall, 4);
-                PatBlt(picture.dc(), 0, 0, 100, 30, BLACKNESS);
-                TextOutA(picture.dc(), 1, 1, "Setup", 5);
+                const Selected font(picture, FontOf(-10 - i, turn % 2 ? kSong : "Tahoma"));
+                Put(picture, 1, 1, kInstall);
+                PatBlt(picture, 0, 0, 100, 30, BLACKNESS);
+                Put(picture, 1, 1, "Setup");
             }
             EXPECT_LT(Ink(picture).left, Ink(picture).right);
         });
