@@ -33,14 +33,10 @@ protected:
         ShowWindow(window_.get(), SW_SHOW);
         SetFocus(window_.get());
         SetDelay(TTDT_INITIAL, 20);
+        SetDelay(TTDT_AUTOPOP, 30000); // longer than the tests wait
     }
 
-    static WindowPlan plan()
-    {
-        WindowPlan plan;
-        plan.rect = { 200, 200, 500, 400 };
-        return plan;
-    }
+    static WindowPlan plan() { return { .rect = { 200, 200, 500, 400 } }; }
     LRESULT Send(UINT message, const void* structure = nullptr)
     {
         return SendMessageA(tip_, message, 0, reinterpret_cast<LPARAM>(structure));
@@ -56,11 +52,15 @@ protected:
         EXPECT_TRUE(Send(TTM_ADDTOOLA, &tool));
     }
     bool IsShown() const { return IsWindowVisible(tip_); }
-    void RestOnTool(POINT at = kOnTool)
+    void MoveOnTool()
     {
         screen_->move_pointer(kBesideTool);
         run_queue();
-        screen_->move_pointer(at);
+        screen_->move_pointer(kOnTool);
+    }
+    void RestOnTool()
+    {
+        MoveOnTool();
         run_until([this] { return IsShown(); });
     }
     std::string Text() const
@@ -69,12 +69,13 @@ protected:
         GetWindowTextA(tip_, text, sizeof text);
         return text;
     }
-    SIZE Size() const
+    RECT Rect() const
     {
         RECT rect{};
         GetWindowRect(tip_, &rect);
-        return { rect.right - rect.left, rect.bottom - rect.top };
+        return rect;
     }
+    LONG Height() const { return Rect().bottom - Rect().top; }
     // Whether nothing is left that would show a tip: a timer of its own, set behind the tip's, has run.
     bool StaysHiddenFor(UINT milliseconds)
     {
@@ -105,8 +106,7 @@ TEST_F(ToolTip, ComesAfterTheUsualTimeOfRestBelowThePointer)
     EXPECT_EQ(GetActiveWindow(), window_.get());
     EXPECT_EQ(GetFocus(), window_.get());
 
-    RECT rect{};
-    GetWindowRect(tip_, &rect);
+    const RECT rect = Rect();
     EXPECT_GE(rect.top, kOnTool.y + 16);
     EXPECT_EQ(screen_->look(screen_->stack().back())->traits.kind, SurfaceKind::tool_tip);
     EXPECT_EQ(screen_->surface_at({ rect.left + 1, rect.top + 1 }), surface_of(window_.get()))
@@ -118,6 +118,7 @@ TEST_F(ToolTip, ComesAfterTheUsualTimeOfRestBelowThePointer)
 TEST_F(ToolTip, GoesWhenItIsInTheWayOrInVain)
 {
     const auto move = [this](POINT at) { return [this, at] { screen_->move_pointer(at); }; };
+    std::optional<TestWindow> above;
     const std::pair<const char*, std::function<void()>> kEnds[] = {
         { "the pointer goes off the tool", move(kBesideTool) },
         { "the pointer goes off the window, which gets no message", move({ 700, 700 }) },
@@ -131,6 +132,7 @@ TEST_F(ToolTip, GoesWhenItIsInTheWayOrInVain)
           [this] {
               SetDelay(TTDT_AUTOPOP, 10);
               RestOnTool();
+              SetDelay(TTDT_AUTOPOP, 30000);
           } },
         { "it is told so", [this] { Send(TTM_POP); } },
         { "tips are switched off",
@@ -139,18 +141,20 @@ TEST_F(ToolTip, GoesWhenItIsInTheWayOrInVain)
               SendMessageA(tip_, TTM_ACTIVATE, TRUE, 0);
           } },
         { "the window is not active any more", [this] { screen_->focus(0); } },
+        { "another one comes before it",
+          [&] { ShowWindow(above.emplace(journal_, plan()).get(), SW_SHOWNOACTIVATE); } },
     };
     AddTool("Close");
     for (const auto& [why, end] : kEnds) {
         SCOPED_TRACE(why);
         screen_->focus(surface_of(window_.get()));
-        SetDelay(TTDT_AUTOPOP, 5000);
         RestOnTool();
         end();
         run_until([this] { return !IsShown(); });
         EXPECT_TRUE(StaysHiddenFor(60)) << "it waits until the pointer has left the tool";
     }
     const TOOLINFOA tool = Tool(nullptr);
+    above.reset();
     screen_->focus(surface_of(window_.get()));
     RestOnTool();
     Send(TTM_DELTOOLA, &tool);
@@ -177,21 +181,19 @@ TEST_F(ToolTip, ShowsTheTextThatItHasOrIsTold)
         RestOnTool();
         EXPECT_EQ(Text(), shown);
     }
-    const SIZE one_line = Size();
+    const LONG one_line = Height();
     TOOLINFOA tool = Tool("one\nand another");
     Send(TTM_UPDATETIPTEXTA, &tool);
     EXPECT_EQ(Text(), "one\nand another") << "while it is shown";
-    EXPECT_GT(Size().cy, one_line.cy);
+    EXPECT_GT(Height(), one_line);
     EXPECT_EQ(SendMessageA(tip_, TTM_SETMAXTIPWIDTH, 0, 80), -1);
     tool = Tool("words enough to go over more than a line or two");
     Send(TTM_UPDATETIPTEXTA, &tool);
-    EXPECT_LE(Size().cx, 80 + 20);
-    EXPECT_GT(Size().cy, 2 * one_line.cy);
+    EXPECT_LE(Rect().right - Rect().left, 80 + 20);
+    EXPECT_GT(Height(), 2 * one_line);
 
     AddTool(nullptr);
-    screen_->move_pointer(kBesideTool);
-    run_queue();
-    screen_->move_pointer(kOnTool);
+    MoveOnTool();
     EXPECT_TRUE(StaysHiddenFor(100)) << "nothing to say";
     TOOLINFOA lying = Tool("text");
     lying.cbSize = 3;
@@ -205,31 +207,41 @@ TEST_F(ToolTip, StaysWithinTheWorkArea)
     const std::string endless(3000, 'w');
     for (const char* text : { "a tip", endless.c_str() }) {
         for (const POINT corner : { POINT{ 0, 0 }, POINT{ 1023, 0 }, POINT{ 0, 767 }, POINT{ 1023, 767 } }) {
-            const RECT whole{ 0, 0, 1024, 768 };
             SetWindowPos(window_.get(), nullptr, 0, 0, 1024, 768, 0);
             TOOLINFOA tool = Tool(text);
-            tool.rect = whole;
+            tool.rect = { 0, 0, 1024, 768 };
             Send(TTM_ADDTOOLA, &tool);
             screen_->move_pointer(corner);
             run_until([this] { return IsShown(); });
-            RECT rect{};
-            GetWindowRect(tip_, &rect);
-            EXPECT_TRUE(rect.left >= 50 && rect.top >= 40 && rect.right <= 1000)
-                << rect.left << ',' << rect.top << ' ' << rect.right;
+            const RECT rect = Rect();
+            EXPECT_TRUE(rect.left >= 50 && rect.top >= 40 && rect.right <= 1000 && rect.bottom <= 768) << rect;
             EXPECT_FALSE(PtInRect(&rect, corner));
             Send(TTM_DELTOOLA, &tool);
         }
     }
 }
 
-TEST_F(ToolTip, MayBeDestroyedWhileItAsks)
+TEST_F(ToolTip, MayLoseItsToolOrItselfWhileItAsks)
 {
+    bool asked = false;
+    window_.on(WM_NOTIFY, [&](HWND, WPARAM, LPARAM lparam) {
+        const TOOLINFOA tool = Tool(nullptr);
+        Send(TTM_DELTOOLA, &tool);
+        std::strcpy(reinterpret_cast<NMTTDISPINFOA*>(lparam)->szText, "too late");
+        asked = true;
+        return 0;
+    });
+    AddTool(LPSTR_TEXTCALLBACKA);
+    MoveOnTool();
+    run_until([&] { return asked; });
+    EXPECT_FALSE(IsShown());
+
     window_.on(WM_NOTIFY, [this](HWND, WPARAM, LPARAM) {
         DestroyWindow(tip_);
         return 0;
     });
     AddTool(LPSTR_TEXTCALLBACKA);
-    screen_->move_pointer(kOnTool);
+    MoveOnTool();
     run_until([this] { return !IsWindow(tip_); });
 }
 
