@@ -4,54 +4,28 @@
 
 #include "look/GuiInterface.h"
 #include "platform/win32/gdi/objects.h"
-#include "tests/support/Canvas.h"
+#include "tests/support/Picture.h"
 
 using PelkGUI::GuiInterface;
-using test::Canvas;
+using test::Picture;
 
 namespace {
 
-// An icon of 2 by 2 pixels: the letters, 'W' being what is below.
+// Of 2 by 2 pixels.
 HICON IconOf(const char* pszRows)
 {
-    CBitmap bmpImage;
-    bmpImage.Attach(Canvas(2, 2).Finish(pszRows));
-    CBitmap bmpMask;
-    bmpMask.CreateBitmap(2, 2, 1, 1, nullptr);
-    const ICONINFO info{ TRUE, 0, 0, bmpMask, bmpImage };
-    return CreateIconIndirect(&info);
+    return test::IconOf(Picture(pszRows).bitmap(), Picture(2, 2, 1).bitmap());
 }
 
-// The command's image, drawn over white: the letters at the corners and in the middle of 18 by 18 pixels.
+// The upper row of the command's image, 18 pixels, drawn over white.
 std::string ImageOf(const GuiInterface& store, UINT nID)
 {
-    Canvas canvas(18, 18);
+    const Picture picture("WWWWWWWWWWWWWWWWWW");
     const HICON hIcon = store.ExtractIconA(nID);
-    EXPECT_TRUE(DrawIconEx(canvas.m_hDC, 0, 0, hIcon, 0, 0, 0, nullptr, DI_NORMAL));
+    EXPECT_TRUE(DrawIconEx(picture, 0, 0, hIcon, 0, 0, 0, nullptr, DI_NORMAL));
     EXPECT_TRUE(DestroyIcon(hIcon));
-    const std::string strRows = canvas.Letters();
-    constexpr int kRow = 19;
-    return { strRows[0], strRows[17], strRows[9 * kRow + 9], strRows[17 * kRow], strRows[17 * kRow + 17] };
+    return picture.Letters();
 }
-
-CSize ImageSize(const CImageList& list)
-{
-    int cx = 0;
-    int cy = 0;
-    ImageList_GetIconSize(list.GetSafeHandle(), &cx, &cy);
-    return { cx, cy };
-}
-
-struct NameCase {
-    const char* pszName;
-    UINT nID;
-};
-
-constexpr NameCase kNameCases[] = {
-    { "x", 8 },     { "X", 0 },  { "y", 9 },  { "1234", 1234 }, { " \t42 and more", 42 },
-    { "12", 77 },   { "", 0 },   { "-", 0 },  { "z12", 0 },     { "4294967295", 4294967295U },
-    { nullptr, 0 }, { "x ", 0 }, { "08", 8 }, { "0x10", 0 },    { "\xB0\xB4", 11 },
-};
 
 } // namespace
 
@@ -63,10 +37,16 @@ TEST(GuiInterfaceCommands, HaveNamesOrNumbers)
     store.NameCommand(9, "y");
     store.NameCommand(77, "12");
     store.NameCommand(11, "\xB0\xB4");
-    for (const NameCase& c : kNameCases) {
-        SCOPED_TRACE(c.pszName ? c.pszName : "null");
-        EXPECT_EQ(store.NameToID(c.pszName), c.nID);
-    }
+    const struct {
+        const char* pszName;
+        UINT nID;
+    } cases[] = {
+        { "x", 8 },     { "X", 0 },  { "y", 9 },  { "1234", 1234 }, { " \t42 and more", 42 },
+        { "12", 77 },   { "", 0 },   { "-", 0 },  { "z12", 0 },     { "4294967295", 4294967295U },
+        { nullptr, 0 }, { "x ", 0 }, { "08", 8 }, { "0x10", 0 },    { "\xB0\xB4", 11 },
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(store.NameToID(c.pszName), c.nID) << (c.pszName ? c.pszName : "null");
     store.NameCommand(5, nullptr);
     EXPECT_EQ(store.NameToID(""), 5U);
 }
@@ -78,7 +58,6 @@ TEST(GuiInterfaceCommands, ShareImages)
     store.AddIcon(5, hIcon);
     EXPECT_EQ(store.ImageForID(5), 0);
     store.CopyIcon(5, 9);
-    EXPECT_EQ(store.ImageForID(9), 0);
     store.CopyIcon(6, 9);
     EXPECT_EQ(store.ImageForID(9), 0) << "6 has no image to share";
     EXPECT_EQ(store.ImageForID(6), -1);
@@ -86,9 +65,8 @@ TEST(GuiInterfaceCommands, ShareImages)
     EXPECT_EQ(store.ImageForID(5), 1);
     EXPECT_EQ(store.ImageForID(9), 0);
     EXPECT_TRUE(DestroyIcon(hIcon)) << "the caller kept it";
-    EXPECT_EQ(ImageOf(store, 9), "RGRBR");
+    EXPECT_EQ(ImageOf(store, 9), "RRRRRRRRRGGGGGGGGG");
 
-    EXPECT_EQ(store.ExtractIconA(6), nullptr);
     store.AddIcon(5, nullptr);
     EXPECT_EQ(store.ImageForID(5), -1);
     EXPECT_EQ(store.ExtractIconA(5), nullptr);
@@ -99,47 +77,50 @@ TEST(GuiInterfaceCommands, ShareImages)
 TEST(GuiInterfaceCommands, HaveListsThatAreMadeOnce)
 {
     GuiInterface store;
-    EXPECT_TRUE(store.ConfirmImageList());
-    EXPECT_TRUE(store.CreateArrImages());
-    EXPECT_TRUE(store.CreateListImages());
-    EXPECT_EQ(ImageSize(store.m_ilCommands), CSize(18, 18));
-    EXPECT_EQ(ImageSize(store.m_ilArrows), CSize(9, 6));
-    EXPECT_EQ(ImageSize(store.m_ilLists), CSize(16, 16));
-    const HIMAGELIST hCommands = store.m_ilCommands.GetSafeHandle();
-    EXPECT_TRUE(store.ConfirmImageList());
-    EXPECT_EQ(store.m_ilCommands.GetSafeHandle(), hCommands);
+    const struct {
+        int (GuiInterface::*pfnMake)();
+        CImageList& list;
+        CSize size;
+    } cases[] = {
+        { &GuiInterface::ConfirmImageList, store.m_ilCommands, { 18, 18 } },
+        { &GuiInterface::CreateArrImages, store.m_ilArrows, { 9, 6 } },
+        { &GuiInterface::CreateListImages, store.m_ilLists, { 16, 16 } },
+    };
+    for (const auto& c : cases) {
+        EXPECT_TRUE((store.*c.pfnMake)());
+        const HIMAGELIST hList = c.list.GetSafeHandle();
+        EXPECT_TRUE((store.*c.pfnMake)());
+        EXPECT_EQ(c.list.GetSafeHandle(), hList);
+        int cx = 0;
+        int cy = 0;
+        EXPECT_TRUE(ImageList_GetIconSize(hList, &cx, &cy));
+        EXPECT_EQ(CSize(cx, cy), c.size);
+    }
 }
-
-namespace {
-
-struct ToolBarCase {
-    const char* why;
-    UINT nResourceID;
-    BOOL bDone;
-    int nImages; // added to the list
-    UINT nCommand;
-    int nImage; // of the command, from the first image added; -1: none
-};
-
-constexpr ToolBarCase kToolBarCases[] = {
-    { "first item", 100, TRUE, 2, 100, 0 },
-    { "the separator takes no image", 100, TRUE, 2, 101, 1 },
-    { "it is no command", 100, TRUE, 2, 0, -1 },
-    { "without a tool bar", 101, FALSE, 2, 100, -1 },
-    { "more items claimed than there are", 102, TRUE, 2, 102, 0 },
-    { "a header cut short", 103, FALSE, 2, 100, -1 },
-    { "a strip narrower than an image", 104, FALSE, 0, 104, -1 },
-    { "without a bitmap", 105, FALSE, 0, 105, -1 },
-    { "no items, though one follows", 106, TRUE, 2, 106, -1 },
-};
-
-} // namespace
 
 TEST(GuiInterfaceToolBar, GivesImagesToItsCommands)
 {
+    const struct {
+        const char* why;
+        UINT nResourceID;
+        BOOL bDone;
+        int nImages; // added to the list
+        UINT nCommand;
+        int nImage; // of the command, from the first image added; -1: none
+    } cases[] = {
+        { "first item", 100, TRUE, 2, 100, 0 },
+        { "the separator takes no image", 100, TRUE, 2, 101, 1 },
+        { "it is no command", 100, TRUE, 2, 0, -1 },
+        { "without a tool bar", 101, FALSE, 2, 100, -1 },
+        { "more items claimed than there are", 102, TRUE, 2, 102, 0 },
+        { "a header cut short", 103, FALSE, 2, 100, -1 },
+        { "a strip narrower than an image", 104, FALSE, 0, 104, -1 },
+        { "without a bitmap", 105, FALSE, 0, 105, -1 },
+        { "no items, though one follows", 106, TRUE, 2, 106, -1 },
+    };
     GetStockObject(BLACK_PEN); // stock objects are made once
     const std::size_t nBefore = win32::object_count();
-    for (const ToolBarCase& c : kToolBarCases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.why);
         GuiInterface store;
         EXPECT_EQ(store.AddImagesFromToolbar(c.nResourceID, RGB(0, 255, 0)), c.bDone);
@@ -158,6 +139,6 @@ TEST(GuiInterfaceToolBar, CountsOnFromTheImagesThatAreThere)
     EXPECT_TRUE(store.AddImagesFromToolbar(100, RGB(0, 255, 0)));
     EXPECT_EQ(store.ImageForID(100), 1);
     EXPECT_EQ(store.ImageForID(101), 2);
-    EXPECT_EQ(ImageOf(store, 100), "WRRWR") << "its left column is transparent";
-    EXPECT_EQ(ImageOf(store, 101), "WBBWB");
+    EXPECT_EQ(ImageOf(store, 100), "WRRRRRRRRRRRRRRRRR") << "its left column is transparent";
+    EXPECT_EQ(ImageOf(store, 101), "WBBBBBBBBBBBBBBBBB");
 }
