@@ -110,6 +110,9 @@ TEST(GdiIcon, WithoutColoursKeepsTheImageBelowTheMask)
     const Picture mask(4, 2, 1, bits);
     const HICON icon = IconOf(nullptr, mask.bitmap());
     EXPECT_EQ(Drawn(icon, "YYYY"), "YB.W");
+    const HICON wide = win32::add_icon(win32::sized_icon(win32::find_icon(icon), 8, 1));
+    EXPECT_EQ(Drawn(wide, "YYYYYYYY"), "YYBB..WW");
+    DestroyIcon(wide);
     ICONINFO out{};
     ASSERT_TRUE(GetIconInfo(icon, &out));
     EXPECT_EQ(out.hbmColor, nullptr);

@@ -122,8 +122,8 @@ TEST(GdiLoadBitmap, SurvivesCutsAndLies)
 TEST(GdiLoadBitmap, UsesResourcesInPlaceUntilDrawnInto)
 {
     const Bytes dib = InfoHeader(3, 2, 24)
-                          .U8({ 255, 0, 0, 0, 255, 0, 0, 0, 255, 0, 0, 0 })
-                          .U8({ 255, 255, 255, 0, 0, 0, 0, 255, 255, 0, 0, 0 });
+                          .U8({ 255, 255, 255, 0, 0, 0, 0, 255, 255, 0, 0, 0 })
+                          .U8({ 255, 0, 0, 0, 255, 0, 0, 0, 255, 0, 0, 0 });
     const std::shared_ptr<win32::Bitmap> bitmap = win32::bitmap_from_resource(dib, win32::Lifetime::permanent);
     ASSERT_NE(bitmap, nullptr);
     EXPECT_EQ(bitmap->row(0), nullptr) << "nothing is converted yet";
@@ -131,19 +131,21 @@ TEST(GdiLoadBitmap, UsesResourcesInPlaceUntilDrawnInto)
     const Picture picture(win32::add<HBITMAP>(bitmap));
     for (int i = 0; i < 40; i++) {
         const Picture target("...");
-        BitBlt(target, 0, 0, 3, 1, picture, 0, 0, SRCCOPY);
+        BitBlt(target, 0, 0, 3, 1, picture, 0, 1, SRCCOPY);
         EXPECT_EQ(target.Letters(), "W.Y");
     }
-    EXPECT_NE(bitmap->row(0), nullptr) << "copied often, so it is kept";
-    EXPECT_EQ(bitmap->row(1), nullptr);
+    EXPECT_NE(bitmap->row(1), nullptr) << "copied often, so it is kept";
+    EXPECT_EQ(bitmap->row(0), nullptr);
     SetPixel(picture, 0, 1, RGB(255, 0, 0));
-    EXPECT_EQ(picture.Letters(), "W.Y/RGR");
+    EXPECT_EQ(picture.Letters(), "BGR/R.Y");
 }
 
 TEST(GdiLoadBitmap, LoadsFilesAndResources)
 {
-    const Bytes dib = InfoHeader(2, 1, 24).U8({ 0, 0, 255, 0, 255, 0, 0, 0 });
-    const Bytes file = Bytes().U8({ 'B', 'M' }).U32({ 14 + dib.size(), 0, 14 + 40 }).Add(dib);
+    const Bytes header = InfoHeader(2, 1, 24);
+    const Bytes pixels = Bytes().U8({ 0, 0, 255, 0, 255, 0, 0, 0 });
+    Bytes file = Bytes().U8({ 'B', 'M' }).U32({ 0, 0, 14 + 44 }).Add(header);
+    file.U8({ 9, 9, 9, 9 }).Add(pixels); // the offset says where they are
     const std::span<const std::byte> bytes = file;
     const test::TempDir folder;
     std::ofstream(folder / "picture.bmp", std::ios::binary)
@@ -156,7 +158,7 @@ TEST(GdiLoadBitmap, LoadsFilesAndResources)
     EXPECT_EQ(loaded("no such file"), "none");
     EXPECT_EQ(loaded("."), "none") << "a folder";
 
-    const test::WithResources resources({ Resource(2, 131, dib) });
+    const test::WithResources resources({ Resource(2, 131, Bytes(header).Add(pixels)) });
     EXPECT_EQ(LettersOf(LoadBitmapA(nullptr, MAKEINTRESOURCEA(131))), "RG");
     EXPECT_EQ(LettersOf(LoadBitmapA(nullptr, MAKEINTRESOURCEA(132))), "none");
 }

@@ -7,6 +7,7 @@
 
 #include <winbase.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <iterator>
 #include <optional>
@@ -23,12 +24,12 @@ public:
     explicit Chance(unsigned seed) : engine_(seed) {}
     int Number(int from, int to) { return std::uniform_int_distribution<int>(from, to)(engine_); }
     COLORREF Colour() { return static_cast<COLORREF>(Number(0, 0xFFFFFF)); }
-    // Of up to that size, about a picture of that size.
-    RECT Rect(int width, int height)
+    // Of up to `most` pixels a side, about a picture of that size.
+    RECT Rect(int width, int height, int most)
     {
         const int x = Number(-3, width);
         const int y = Number(-3, height);
-        return { x, y, x + Number(0, width), y + Number(0, height) };
+        return { x, y, x + Number(0, most), y + Number(0, most) };
     }
 
 private:
@@ -191,8 +192,8 @@ private:
 
     void Clip(HDC dc, Model& model)
     {
-        const RECT rect = chance_.Rect(width_, height_);
-        switch (chance_.Number(0, 4)) {
+        const RECT rect = chance_.Rect(width_, height_, chance_.Number(0, 1) == 0 ? 8 : width_);
+        switch (chance_.Number(0, 5)) {
         case 0:
             SelectClipRgn(dc, nullptr);
             model.clip.assign(model.clip.size(), true);
@@ -202,6 +203,7 @@ private:
             model.Clip(rect, RGN_AND);
             break;
         case 2:
+        case 3:
             ExcludeClipRect(dc, rect.left, rect.top, rect.right, rect.bottom);
             model.Clip(rect, RGN_DIFF);
             break;
@@ -217,7 +219,7 @@ private:
 
     void DrawRectangle(HDC dc, Model& model)
     {
-        const RECT rect = chance_.Rect(8, 8);
+        const RECT rect = chance_.Rect(width_, height_, 8);
         const COLORREF colours[] = { chance_.Colour(), chance_.Colour() };
         const int mix = chance_.Number(R2_BLACK, R2_WHITE);
         const Selected brush(dc, CreateSolidBrush(colours[0]));
@@ -237,15 +239,16 @@ private:
                                           NOTSRCCOPY, MERGECOPY, MERGEPAINT, PATPAINT, SRCERASE };
         const DWORD operation = kOperations[chance_.Number(0, static_cast<int>(std::size(kOperations)) - 1)];
         const auto extent = [this] {
-            return Extent{ chance_.Number(-4, width_ + 4), chance_.Number(-4, height_ + 4),
+            const int margin = std::min(4, height_ / 4);
+            return Extent{ chance_.Number(-margin, width_ + margin), chance_.Number(-margin, height_ + margin),
                            chance_.Number(-width_, width_), chance_.Number(-height_, height_) };
         };
         const Extent to = extent();
         Extent from = extent();
-        if (chance_.Number(0, 1) == 0) {
-            from.width = to.width;
-            from.height = to.height;
-        }
+        if (chance_.Number(0, 3) != 0) // mirrored at most
+            from.width = chance_.Number(0, 3) != 0 ? to.width : -to.width;
+        if (chance_.Number(0, 3) != 0)
+            from.height = chance_.Number(0, 3) != 0 ? to.height : -to.height;
         StretchBlt(pictures_[target], to.x, to.y, to.width, to.height, pictures_[source], from.x, from.y, from.width,
                    from.height, operation);
         StretchModel(models_[target], to, models_[source], from, operation);
@@ -267,7 +270,7 @@ TEST(GdiModel, AgreesWithRandomDrawing)
         unsigned duels;
         int width, height;
     };
-    for (const Case& c : { Case{ 60, 23, 17 }, Case{ 10, 1100, 2 } }) { // rows are worked on 512 pixels at a time
+    for (const Case& c : { Case{ 60, 23, 17 }, Case{ 12, 1100, 2 } }) { // rows are worked on 512 pixels at a time
         for (unsigned seed = 0; seed < c.duels; seed++) {
             Duel duel(seed, c.width, c.height);
             for (int step = 0; step < 40; step++) {
@@ -288,7 +291,7 @@ TEST(GdiModel, AgreesWithRandomRegions)
         SetRectRgn(region, 0, 0, 0, 0);
         std::vector<bool> bits(kSize * kSize);
         for (int step = 0; step < 12; step++) {
-            const RECT rect = chance.Rect(kSize, kSize);
+            const RECT rect = chance.Rect(kSize, kSize, kSize);
             const int mode = step < 3 ? RGN_OR : chance.Number(RGN_AND, RGN_DIFF);
             const HRGN operand = CreateRectRgnIndirect(&rect);
             const int kind = CombineRgn(region, region, operand, mode);

@@ -80,6 +80,7 @@ TEST(GdiRegion, TakesAnyNumber)
     const Region all(CreateRectRgn(-kFar - 1, -kFar - 1, kFar, kFar));
     EXPECT_TRUE(PtInRegion(all, 0, 0));
     EXPECT_EQ(OffsetRgn(all, kFar, kFar), ERROR) << "it would leave the range";
+    EXPECT_EQ(OffsetRgn(Region(CreateRectRgn(0, 0, kFar, 1)), 1, 0), ERROR);
     EXPECT_EQ(CreateEllipticRgn(0, 0, kFar, kFar), nullptr) << "a row each would be too many";
     EXPECT_EQ(CreateRoundRectRgn(-kFar, 0, kFar, 10, 5, 5), nullptr);
     const Region turned(CreateRectRgn(5, 6, 1, 2));
