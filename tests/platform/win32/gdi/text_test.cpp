@@ -2,6 +2,7 @@
 #include "tests/support/TestHome.h"
 
 #include "platform/win32/gdi/text_engine.h"
+#include "platform/win32/kernel/code_page.h"
 
 #include <gtest/gtest.h>
 
@@ -12,6 +13,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <thread>
 
 using test::Picture;
@@ -50,13 +52,6 @@ void UseWhiteText(HDC dc)
 {
     SetTextColor(dc, RGB(255, 255, 255));
     SetBkMode(dc, TRANSPARENT);
-}
-
-// Shows the cell of the text instead of its glyphs.
-void UseWhiteCells(HDC dc)
-{
-    SetTextColor(dc, RGB(0, 0, 0));
-    SetBkColor(dc, RGB(255, 255, 255));
 }
 
 // The columns and rows that are not black.
@@ -152,74 +147,94 @@ TEST(GdiText, DrawsWithinWhatItMeasured)
     }
 }
 
-TEST(GdiText, AlignsAndClips)
+TEST(GdiText, StandsWhereItIsPut)
 {
-    struct Case {
+    const auto aligned = [](UINT align, int x, int y) {
+        return [=](HDC dc) {
+            SetTextAlign(dc, align);
+            Put(dc, x, y, "HH");
+        };
+    };
+    const auto in_box = [](UINT format) {
+        return [=](HDC dc) {
+            RECT rect{ 10, 5, 70, 35 };
+            EXPECT_EQ(DrawTextA(dc, "HH", 2, &rect, format | DT_NOPREFIX), 15);
+        };
+    };
+    const struct {
         const char* why;
-        UINT align;
-        int x, y;
-        RECT cell; // of "HH"
+        std::function<void(HDC)> draw;
+        RECT cell;
+    } cases[] = {
+        { "left and top", aligned(TA_LEFT | TA_TOP, 20, 10), { 20, 10, 38, 25 } },
+        { "right", aligned(TA_RIGHT, 60, 10), { 42, 10, 60, 25 } },
+        { "center", aligned(TA_CENTER, 40, 10), { 31, 10, 49, 25 } },
+        { "bottom", aligned(TA_BOTTOM, 20, 30), { 20, 15, 38, 30 } },
+        { "baseline", aligned(TA_BASELINE, 20, 30), { 20, 18, 38, 33 } },
+        { "left and top of a box", in_box(0), { 10, 5, 28, 20 } },
+        { "its right", in_box(DT_RIGHT), { 52, 5, 70, 20 } },
+        { "its middle", in_box(DT_CENTER | DT_VCENTER | DT_SINGLELINE), { 31, 12, 49, 27 } },
+        { "its bottom", in_box(DT_BOTTOM | DT_SINGLELINE), { 10, 20, 28, 35 } },
+        { "where the last text ended",
+          [&](HDC dc) {
+              MoveToEx(dc, 3, 4, nullptr);
+              aligned(TA_UPDATECP, 0, 0)(dc);
+              aligned(TA_UPDATECP, 0, 0)(dc);
+          },
+          { 3, 4, 3 + 2 * 18, 19 } },
+        { "clipped, the glyphs alone",
+          [](HDC dc) {
+              const RECT half{ 0, 0, 23, 40 };
+              UseWhiteText(dc);
+              ExtTextOutA(dc, 20, 10, ETO_CLIPPED, &half, "HH", 2, nullptr);
+          },
+          { 21, 13, 23, 22 } },
     };
-    const Case cases[] = {
-        { "left and top", TA_LEFT | TA_TOP, 20, 10, { 20, 10, 38, 25 } },
-        { "right", TA_RIGHT, 60, 10, { 42, 10, 60, 25 } },
-        { "center", TA_CENTER, 40, 10, { 31, 10, 49, 25 } },
-        { "bottom", TA_BOTTOM, 20, 30, { 20, 15, 38, 30 } },
-        { "baseline", TA_BASELINE, 20, 30, { 20, 18, 38, 33 } },
-    };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.why);
         const Picture picture(80, 40);
-        UseWhiteCells(picture);
+        SetTextColor(picture, RGB(0, 0, 0));
+        SetBkColor(picture, RGB(255, 255, 255)); // the opaque cell shows where the text is
         const Selected font(picture, FontOf(-12));
-        SetTextAlign(picture, c.align);
-        Put(picture, c.x, c.y, "HH");
+        c.draw(picture);
         EXPECT_EQ(Ink(picture), c.cell);
-
-        PatBlt(picture, 0, 0, 80, 40, BLACKNESS);
-        UseWhiteText(picture);
-        const RECT half{ 0, 0, c.cell.left + 5, 40 };
-        ExtTextOutA(picture, c.x, c.y, ETO_CLIPPED, &half, "HH", 2, nullptr);
-        EXPECT_TRUE(Ink(picture).right > c.cell.left && Ink(picture).right <= half.right);
     }
-    const Picture picture(40, 20);
-    const Selected font(picture, FontOf(-12));
-    SetTextAlign(picture, TA_UPDATECP);
-    MoveToEx(picture, 3, 4, nullptr);
-    Put(picture, 0, 0, "HH");
-    POINT position{};
-    MoveToEx(picture, 0, 0, &position);
-    EXPECT_EQ(position.x, 3 + 18);
 }
 
 TEST(GdiText, ReadsFromTheRight)
 {
-    // The columns of "ab!", each by its ink, from the first that has any. All are of one font, which remembers lines of
-    // both directions.
-    const HFONT font = FontOf(-16);
-    const auto columns = [font](UINT align, DWORD layout, RECT place) {
-        const Picture picture(80, 30);
-        UseWhiteText(picture);
-        SetLayout(picture, layout);
-        SetTextAlign(picture, align);
-        SelectObject(picture, font);
-        Put(picture, 4, 2, "ab!");
-        const std::vector<COLORREF> pixels = picture.Pixels();
-        const RECT ink = Ink(picture);
-        EXPECT_TRUE(ink.left >= place.left && ink.right <= place.right) << ink;
-        std::vector<int> sums(80);
-        for (std::size_t i = 0; i < pixels.size(); i++)
-            sums[(i + 80 - static_cast<std::size_t>(ink.left)) % 80] += GetRValue(pixels[i]);
-        return sums;
-    };
-    const RECT at_left{ 4, 0, 40, 30 };
-    const RECT at_right{ 40, 0, 76, 30 };
-    const std::vector<int> from_left = columns(TA_LEFT, 0, at_left);
-    const std::vector<int> from_right = columns(TA_RTLREADING, 0, at_left);
-    EXPECT_NE(from_left, from_right) << "the mark moves to the other side of the letters";
-    EXPECT_EQ(from_right, columns(TA_LEFT, LAYOUT_RTL, at_right));
-    EXPECT_EQ(from_left, columns(TA_RTLREADING, LAYOUT_RTL, at_right)) << "turned round twice";
-    DeleteObject(font);
+    // Latin, Hebrew and Arabic, each with a mark at its end that moves to the other side of the letters.
+    for (const auto& [code_page, text] :
+         { std::pair(936U, "ab!"), std::pair(1255U, "\xF9\xEC\xE5\xED!"), std::pair(1256U, "\xE3\xD1\xCD\xC8\xC7!") }) {
+        SCOPED_TRACE(code_page);
+        const UINT before = win32::exchange_ansi_code_page(code_page);
+        const HFONT font = FontOf(-16); // one for all, which remembers lines of both directions
+        // The columns of the text, each by its ink, from the first that has any.
+        const auto columns = [&, said = text](UINT align, DWORD layout, RECT place) {
+            const Picture picture(100, 30);
+            UseWhiteText(picture);
+            SetLayout(picture, layout);
+            SetTextAlign(picture, align);
+            SelectObject(picture, font);
+            Put(picture, 4, 2, said);
+            const std::vector<COLORREF> pixels = picture.Pixels();
+            const RECT ink = Ink(picture);
+            EXPECT_TRUE(ink.left >= place.left && ink.right <= place.right) << ink;
+            std::vector<int> sums(100);
+            for (std::size_t i = 0; i < pixels.size(); i++)
+                sums[(i + 100 - static_cast<std::size_t>(ink.left)) % 100] += GetRValue(pixels[i]);
+            return sums;
+        };
+        const RECT at_left{ 4, 0, 50, 30 };
+        const RECT at_right{ 50, 0, 96, 30 };
+        const std::vector<int> from_left = columns(TA_LEFT, 0, at_left);
+        const std::vector<int> from_right = columns(TA_RTLREADING, 0, at_left);
+        EXPECT_NE(from_left, from_right);
+        EXPECT_EQ(from_right, columns(TA_LEFT, LAYOUT_RTL, at_right));
+        EXPECT_EQ(from_left, columns(TA_RTLREADING, LAYOUT_RTL, at_right)) << "turned round twice";
+        DeleteObject(font);
+        win32::exchange_ansi_code_page(before);
+    }
 }
 
 TEST(GdiText, UnderlinesBelowTheBaseline)
@@ -271,30 +286,6 @@ TEST(GdiDrawText, FitsLines)
         RECT rect{ 0, 0, c.width, 100 };
         EXPECT_EQ(DrawTextA(picture, c.text, -1, &rect, c.format | DT_NOPREFIX | DT_CALCRECT), c.expected.bottom);
         EXPECT_EQ(rect, c.expected);
-    }
-}
-
-TEST(GdiDrawText, PlacesTextInItsRectangle)
-{
-    struct Case {
-        const char* why;
-        UINT format;
-        RECT expected;
-    };
-    const Case cases[] = {
-        { "left and top", 0, { 10, 5, 28, 20 } },
-        { "right", DT_RIGHT, { 52, 5, 70, 20 } },
-        { "the middle", DT_CENTER | DT_VCENTER | DT_SINGLELINE, { 31, 12, 49, 27 } },
-        { "bottom", DT_BOTTOM | DT_SINGLELINE, { 10, 20, 28, 35 } },
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.why);
-        const Picture picture(80, 40);
-        UseWhiteCells(picture);
-        const Selected font(picture, FontOf(-12));
-        RECT rect{ 10, 5, 70, 35 };
-        EXPECT_EQ(DrawTextA(picture, "HH", 2, &rect, c.format | DT_NOPREFIX), 15);
-        EXPECT_EQ(Ink(picture), c.expected);
     }
 }
 
