@@ -1,45 +1,12 @@
 // What painting takes from the heap: nothing. A window repaints for as long as it lives.
+#include "tests/support/CountedHeap.h"
 #include "tests/support/Picture.h"
 
 #include <gtest/gtest.h>
 
 #include <winbase.h>
 
-#include <atomic>
-#include <cstdlib>
 #include <functional>
-#include <new>
-
-namespace {
-
-std::atomic<std::size_t> allocations = 0;
-
-} // namespace
-
-// Out of line: where only some of them are inlined, the compiler sees memory of one kind given back as another.
-[[gnu::noinline]] void* operator new(std::size_t size)
-{
-    allocations++;
-    if (void* memory = std::malloc(size ? size : 1))
-        return memory;
-    std::abort();
-}
-
-[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-    allocations++;
-    return std::malloc(size ? size : 1);
-}
-
-[[gnu::noinline]] void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
 
 TEST(GdiPainters, TakeNothingFromTheHeap)
 {
@@ -67,10 +34,10 @@ TEST(GdiPainters, TakeNothingFromTheHeap)
     };
     for (const Painter& painter : painters) {
         EXPECT_TRUE(painter.paint()) << painter.why; // the first call may
-        const std::size_t before = allocations;
+        const std::size_t before = test::heap_allocations();
         for (int i = 0; i < 10; i++)
             painter.paint();
-        EXPECT_EQ(allocations, before) << painter.why;
+        EXPECT_EQ(test::heap_allocations(), before) << painter.why;
     }
     DestroyIcon(icon);
 }
