@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstdio>
+#include <map>
 #include <vector>
 
 #include <pty.h>
@@ -65,15 +66,18 @@ std::string Home::Install(const char* pszProgram, const char* pszName) const
 
 void Home::WriteList(const std::string& strMoreLines) const
 {
-    std::vector<client::ListedFile> files;
+    std::map<std::string, client::ListedFile> files; // in the order of their names, as the payload's list
     for (const auto& entry : std::filesystem::recursive_directory_iterator(Tesk())) {
         const std::string strName = entry.path().lexically_relative(Tesk()).string();
         if (entry.is_regular_file() && strName != client::kFileListName) {
             const std::string strBytes = read_file(entry.path());
-            files.push_back({ client::Sha256(strBytes), strBytes.size(), strName });
+            files[strName] = { client::Sha256(strBytes), strBytes.size(), strName };
         }
     }
-    write_file(Tesk(client::kFileListName), client::FormatFileList(files) + strMoreLines);
+    std::vector<client::ListedFile> listed;
+    for (const auto& [strName, file] : files)
+        listed.push_back(file);
+    write_file(Tesk(client::kFileListName), client::FormatFileList(listed) + strMoreLines);
 }
 
 void WriteValue(const char* pszKey, const char* pszName, const std::string& strText)
