@@ -21,6 +21,8 @@ namespace {
 constexpr int kPatienceMs = 2000;
 constexpr int kImpatienceMs = 50;
 
+constexpr int kMostOpenings = 3; // for one write, of files that somebody removes
+
 constexpr std::int64_t kVersion = 1;
 
 // `folded` is what names are compared by. The view is for people.
@@ -230,10 +232,15 @@ LSTATUS Hive::read(const Work& work)
 LSTATUS Hive::write(const Work& work)
 {
     const std::lock_guard lock(mutex_);
-    if (const LSTATUS status = open(); status != ERROR_SUCCESS)
-        return status;
-    if (const LSTATUS status = execute("BEGIN IMMEDIATE"); status != ERROR_SUCCESS)
-        return status;
+    int openings = 0;
+    do { // with the lock the file stays where it is; until then it may go
+        if (openings++ == kMostOpenings)
+            return ERROR_LOCK_VIOLATION;
+        if (const LSTATUS status = open(); status != ERROR_SUCCESS)
+            return status;
+        if (const LSTATUS status = execute("BEGIN IMMEDIATE"); status != ERROR_SUCCESS)
+            return status;
+    } while (is_removed());
     run_changes_.clear();
     LSTATUS status = work();
     if (status == ERROR_SUCCESS)
@@ -256,7 +263,7 @@ LSTATUS Hive::open()
         return ERROR_PATH_NOT_FOUND;
     const std::string folder = *config + "/registry";
     const std::string path = folder + "/current-user.sqlite";
-    if (!database_ || path != path_) {
+    if (!database_ || path != path_ || is_removed()) {
         database_.reset();
         if (const int made = make_folder_path(folder); made != 0)
             return status_of_errno(made);
@@ -274,6 +281,13 @@ LSTATUS Hive::open()
     }
     sqlite3_busy_timeout(database_.get(), patient_ ? kPatienceMs : kImpatienceMs);
     return ERROR_SUCCESS;
+}
+
+// Whether the open file is no longer in its place: what is written to it nobody reads.
+bool Hive::is_removed()
+{
+    int removed = 0;
+    return sqlite3_file_control(database_.get(), nullptr, SQLITE_FCNTL_HAS_MOVED, &removed) == SQLITE_OK && removed;
 }
 
 // Brings a file that is new to the form that this code reads; refuses any other.

@@ -28,7 +28,8 @@ struct RegistrySubKey {
 };
 
 // Keys are named by their folded paths, "" for the root. Results are error numbers, ERROR_SUCCESS first. Nothing here
-// deletes or replaces a hive, whatever state it is in. Safe from any thread; processes share it by SQLite's locks.
+// deletes or replaces a hive, whatever state it is in; one that somebody removed, under SQLite's lock, is begun anew.
+// Safe from any thread; processes share it by SQLite's locks.
 class Hive {
 public:
     LSTATUS find_key(const std::string& key);
@@ -50,6 +51,7 @@ private:
     // Runs `work` as one transaction: all of it is kept, or nothing.
     LSTATUS write(const Work& work);
     LSTATUS open();
+    bool is_removed();
     LSTATUS make_schema();
     LSTATUS execute(const char* sql);
     LSTATUS finish(Statement& statement);

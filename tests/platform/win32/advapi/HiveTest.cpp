@@ -56,6 +56,24 @@ TEST(Hive, WaitsOnceForALockAndThenHardly)
     }
 }
 
+// As Uninstall does it: under the lock that a writer waits for.
+TEST(Hive, IsBegunAnewWhereItWasRemoved)
+{
+    ASSERT_EQ(OpenedKey(kRunKey).set("x", "old", REG_BINARY), ERROR_SUCCESS);
+    const OpenedKey key(kRunKey);
+    auto other = std::make_unique<OtherProgram>();
+    other->run("BEGIN EXCLUSIVE");
+    std::thread writer([&] { EXPECT_EQ(key.set("y", "new", REG_BINARY), ERROR_SUCCESS); });
+    fs::remove(hive_file());
+    other.reset();
+    writer.join();
+    EXPECT_EQ(key.get("x"), "missing");
+    EXPECT_EQ(key.get("y"), "new");
+    fs::remove_all(hive_file().parent_path());
+    EXPECT_EQ(key.get("y"), "missing") << "also for readers";
+    EXPECT_TRUE(fs::exists(hive_file()));
+}
+
 TEST(Hive, LeavesWhatItCannotReadAlone)
 {
     ASSERT_EQ(create_key("Software\\Dalvor"), ERROR_SUCCESS);
