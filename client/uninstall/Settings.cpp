@@ -6,10 +6,12 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <sstream>
 #include <string_view>
 
+#include <sqlite3.h>
 #include <windows.h>
 #include <winreg.h>
 
@@ -114,11 +116,49 @@ void RemoveOwnFile(const std::string& strPath, Report* pReport)
         pReport->failed.push_back({ strPath, Reason::Failed, error.message(), error.value() });
 }
 
-// A registry that nobody has anything in goes with the installation that brought it.
+// The registry's file, which others may write to at any time.
+class RegistryFile {
+public:
+    explicit RegistryFile(const std::string& strPath)
+    {
+        sqlite3* pOpened = nullptr;
+        m_nResult = sqlite3_open_v2(strPath.c_str(), &pOpened, SQLITE_OPEN_READWRITE, nullptr);
+        m_pDatabase.reset(pOpened);
+        sqlite3_busy_timeout(pOpened, 2000);
+    }
+
+    bool IsOpen() const { return m_nResult == SQLITE_OK; }
+
+    // Keeps all others from reading and writing as long as this lives.
+    bool Lock() { return sqlite3_exec(m_pDatabase.get(), "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr) == SQLITE_OK; }
+
+    // Another number than before: somebody else has written meanwhile.
+    std::optional<int> Version()
+    {
+        sqlite3_stmt* pPrepared = nullptr;
+        if (sqlite3_prepare_v2(m_pDatabase.get(), "PRAGMA data_version", -1, &pPrepared, nullptr) != SQLITE_OK)
+            return std::nullopt;
+        const std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)> pStatement(pPrepared, &sqlite3_finalize);
+        if (sqlite3_step(pPrepared) != SQLITE_ROW)
+            return std::nullopt;
+        return sqlite3_column_int(pPrepared, 0);
+    }
+
+private:
+    std::unique_ptr<sqlite3, decltype(&sqlite3_close)> m_pDatabase{ nullptr, &sqlite3_close };
+    int m_nResult;
+};
+
+// A registry that nobody has anything in goes with the installation that brought it: under the lock that every writer
+// takes, so that no value goes with it. Whoever waits for that lock finds the file gone, and makes a new one.
 void RemoveEmptyRegistry(Report* pReport)
 {
     const std::string strFolder = ConfigHome() + "/" + kRegistryFolder;
-    if (!IsRegistryAsNew())
+    RegistryFile file(strFolder + "/" + kRegistryFile);
+    if (!file.IsOpen())
+        return;
+    const std::optional<int> version = file.Version();
+    if (!version || !IsRegistryAsNew() || !file.Lock() || file.Version() != version)
         return;
     RemoveOwnFile(strFolder + "/" + kRegistryFile, pReport);
     std::error_code error;
