@@ -29,6 +29,7 @@ public:
 protected:
     void PaintContent(CDC& dc, const CRect& rcContent) override;
     void KeyPressed(UINT nKey) override;
+    UINT DefaultCommand() const override { return kCommandClose; }
 
     afx_msg int OnCreate(LPCREATESTRUCTA pCreate);
     afx_msg void OnDestroy();

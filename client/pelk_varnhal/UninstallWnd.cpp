@@ -180,11 +180,16 @@ int UninstallWnd::PaintEnd(CDC& dc, const CRect& rcContent)
 
 void UninstallWnd::KeyPressed(UINT nKey)
 {
-    const bool bAnswered = m_stage == Stage::NoList || m_stage == Stage::Ended;
-    if (nKey == VK_ESCAPE || (nKey == VK_RETURN && bAnswered))
+    if (nKey == VK_ESCAPE)
         PostMessage(WM_CLOSE);
     else if (nKey == 'Y')
         OnRemove();
+}
+
+// What removes nothing: whoever only pressed Enter has not read the question.
+UINT UninstallWnd::DefaultCommand() const
+{
+    return m_stage == Stage::Asking ? kCommandCancel : kCommandClose;
 }
 
 void UninstallWnd::OnCloseButton()

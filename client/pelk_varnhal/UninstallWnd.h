@@ -25,6 +25,7 @@ public:
 protected:
     void PaintContent(CDC& dc, const CRect& rcContent) override;
     void KeyPressed(UINT nKey) override;
+    UINT DefaultCommand() const override;
 
     afx_msg void OnDestroy();
     afx_msg void OnRemove();

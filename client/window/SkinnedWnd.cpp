@@ -7,6 +7,8 @@
 #include "skin/GuiSkin.h"
 #include "skin/GuiSkinWindow.h"
 
+#include <algorithm>
+
 namespace client {
 
 namespace {
@@ -98,6 +100,7 @@ void SkinnedWnd::Paint(CDC* pDC, CRect rcClient)
     rcContent.DeflateRect(kMargin, kMargin - 4);
     PaintContent(*pDC, rcContent);
     PaintButtons(pDC, rcClient);
+    PaintFocus(*pDC);
 }
 
 // Its two ends as they are, what is between them stretched.
@@ -119,6 +122,21 @@ void SkinnedWnd::PaintBand(CDC& dc, const CRect& rcBand)
 
     DrawLine(dc, CRect(kMargin, rcBand.top + 6, xRight, rcBand.top + 42), Text(m_nTitle), kTitlePen);
     DrawLine(dc, CRect(kMargin, rcBand.top + 40, xRight, rcBand.top + 64), Text(kTextTagline), kSubtitlePen);
+}
+
+// Around the button: white for what is dark behind it, blue for what is light.
+void SkinnedWnd::PaintFocus(CDC& dc) const
+{
+    const PelkGUI::GuiCmdButton* const pButton = FocusedButton();
+    if (!pButton)
+        return;
+    CRect rcRing = pButton->m_rcButton;
+    rcRing.InflateRect(1, 1);
+    for (const char* const pszColour : { "Client.Title", "System.Base.Highlight" }) {
+        rcRing.InflateRect(1, 1);
+        CBrush brush(Colour(pszColour));
+        dc.FrameRect(rcRing, &brush);
+    }
 }
 
 int SkinnedWnd::PaintState(CDC& dc, const CRect& rcContent, const char* pszMark, const CString& strHeading,
@@ -153,10 +171,61 @@ void SkinnedWnd::OnKeyDown(UINT nChar, UINT nRepCnt, UINT nFlags)
         Invalidate(FALSE);
         return;
     }
+    constexpr UINT kRepeated = 0x4000;
     const std::weak_ptr<const void> life = Life();
-    KeyPressed(nChar);
+    if (!PressByKey(nChar, nFlags & kRepeated))
+        KeyPressed(nChar);
     if (!life.expired())
         GuiMiniFrameWnd::OnKeyDown(nChar, nRepCnt, nFlags);
+}
+
+// TRUE: the key is one of the buttons'. A key that is held presses once: the next press would be of what comes after.
+bool SkinnedWnd::PressByKey(UINT nKey, bool bRepeated)
+{
+    if (nKey == VK_TAB) {
+        MoveFocus(::GetKeyState(VK_SHIFT) < 0);
+        return true;
+    }
+    if (nKey != VK_RETURN && nKey != VK_SPACE)
+        return false;
+    PelkGUI::GuiCmdButton* pButton = FocusedButton();
+    if (!pButton && nKey == VK_RETURN)
+        pButton = GetCmdButton(DefaultCommand());
+    if (pButton && !bRepeated)
+        pButton->Execute(this); // may be the end of this window
+    return true;
+}
+
+std::vector<PelkGUI::GuiCmdButton*> SkinnedWnd::UsableButtons() const
+{
+    std::vector<PelkGUI::GuiCmdButton*> buttons;
+    for (POSITION pos = m_listButtons.GetHeadPosition(); pos;) {
+        auto* const pButton = static_cast<PelkGUI::GuiCmdButton*>(m_listButtons.GetNext(pos));
+        if (pButton->m_bVisible && pButton->m_bEnabled)
+            buttons.push_back(pButton);
+    }
+    return buttons;
+}
+
+PelkGUI::GuiCmdButton* SkinnedWnd::FocusedButton() const
+{
+    PelkGUI::GuiCmdButton* const pButton = GetCmdButton(m_nFocus);
+    return pButton && pButton->m_bVisible && pButton->m_bEnabled ? pButton : nullptr;
+}
+
+// Round; from none to the first or, backwards, to the last.
+void SkinnedWnd::MoveFocus(bool bBack)
+{
+    std::vector<PelkGUI::GuiCmdButton*> buttons = UsableButtons();
+    if (buttons.empty())
+        return;
+    if (bBack)
+        std::reverse(buttons.begin(), buttons.end());
+    auto it = std::find(buttons.begin(), buttons.end(), FocusedButton());
+    if (it == buttons.end() || ++it == buttons.end())
+        it = buttons.begin();
+    m_nFocus = (*it)->m_nID;
+    Invalidate(FALSE);
 }
 
 void SkinnedWnd::OnLButtonDown(UINT nFlags, CPoint point)

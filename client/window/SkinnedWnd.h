@@ -1,6 +1,9 @@
 // The window that the client and Uninstall have in common: the frame, caption, band and footer of client.xml, a list
 // that scrolls, tool tips, keys. What stands between band and footer is the derived window's.
 //
+// Tab and Shift+Tab go from button to button, and a ring shows where they are; Enter and the space bar press that
+// button. As long as they are at none, Enter presses the default one.
+//
 // Made on the heap; deletes itself when its window is gone. User-interface thread.
 #pragma once
 
@@ -9,6 +12,7 @@
 #include "skinwnd/GuiMiniFrameWnd.h"
 
 #include <memory>
+#include <vector>
 
 namespace client {
 
@@ -32,8 +36,9 @@ protected:
 
     // What stands between band and footer.
     virtual void PaintContent(CDC& dc, const CRect& rcContent) = 0;
-    // A key that neither the list nor the frame takes.
+    // A key that neither the list nor the buttons nor the frame takes.
     virtual void KeyPressed(UINT nKey) = 0;
+    virtual UINT DefaultCommand() const = 0;
 
     void AddButton(const char* pszAnchor);
     // The state's mark, its heading beside it and a sentence beneath; returns where the sentence ends.
@@ -55,6 +60,11 @@ protected:
 
 private:
     void PaintBand(CDC& dc, const CRect& rcBand);
+    void PaintFocus(CDC& dc) const;
+    std::vector<PelkGUI::GuiCmdButton*> UsableButtons() const;
+    PelkGUI::GuiCmdButton* FocusedButton() const; // null: the keyboard is at none
+    void MoveFocus(bool bBack);
+    bool PressByKey(UINT nKey, bool bRepeated);
 
     struct IconDestroy {
         void operator()(HICON hIcon) const { ::DestroyIcon(hIcon); }
@@ -62,6 +72,7 @@ private:
     std::unique_ptr<std::remove_pointer_t<HICON>, IconDestroy> m_pIcon;
     TextId m_nTitle;
     BOOL m_bListPressed = FALSE;
+    UINT m_nFocus = 0; // command of the button that the keyboard is at, which may be hidden by now
 };
 
 } // namespace client

@@ -63,6 +63,8 @@ TEST(UninstallWnd, RemovesNothingUnlessItIsTold)
     const test::ClientRun::Step refusals[] = {
         [&] { return run.Click(client::kCommandCancel); },
         [&] { return run.Press(VK_ESCAPE); },
+        [&] { return run.Press(VK_RETURN); },                                          // the default button
+        [&] { return run.Press(VK_TAB) && run.Press(VK_TAB) && run.Press(VK_SPACE); }, // the second one
         [&] { return run.Close(); },
     };
     for (const auto& refuse : refusals)
@@ -74,6 +76,24 @@ TEST(UninstallWnd, RemovesNothingUnlessItIsTold)
                                  [&] { return run.Click(client::kCommandClose); } }),
               client::kNoList);
     EXPECT_TRUE(fs::exists(removal.Tesk("Help/page-29.html")));
+}
+
+TEST(UninstallWnd, GoesByKeysAlone)
+{
+    const Removal removal;
+    test::ClientRun run;
+    const auto ended = [&] { return run.Window().GetCmdButton(client::kCommandClose)->m_bVisible != 0; };
+    const auto ringed = [&] { // the first button, in the colour of client.xml
+        CPoint point = run.Window().GetCmdButton(client::kCommandRemove)->m_rcButton.CenterPoint();
+        point.y = run.Window().GetCmdButton(client::kCommandRemove)->m_rcButton.top - 3;
+        run.Window().ClientToScreen(&point);
+        return (run.Screen().pixel_at(point) & 0xFFFFFF) == 0x2577C4;
+    };
+    EXPECT_EQ(
+        removal.Run(run, { [&] { return run.Press(VK_TAB); }, [&] { return run.Photograph("uninstall-keys"); }, ringed,
+                           [&] { return run.Press(VK_RETURN); }, ended, [&] { return run.Press(VK_RETURN); } }),
+        client::kDone);
+    EXPECT_FALSE(fs::exists(removal.Root()));
 }
 
 TEST(UninstallWnd, CanBeClosedInTheMiddleAndBegunAgain)
