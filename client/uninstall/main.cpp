@@ -1,7 +1,7 @@
-// Uninstall [--yes | --terminal]
+// Uninstall [--yes | --terminal | --version]
 // Removes the client that this program lies beside: its files, its settings, its menu entry and its start with the
 // system. What the user changed or added stays, and is named. Asks first: in a window where there is a display, on the
-// terminal where there is none, and with --terminal; --yes is the answer for scripts.
+// terminal where there is none, and with --terminal; --yes is the answer for scripts. --version only tells the version.
 //
 // Exit codes: 0 everything that was installed and not changed is gone; 1 something that should have gone is still
 // there, named in the window or on standard error; 2 an argument is unknown; 3 nothing was done: the answer was no, or
@@ -9,21 +9,30 @@
 // damaged.
 #include "client/install/UserFolders.h"
 #include "client/uninstall/Removal.h"
+#include "version/Version.h"
 
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <string_view>
 
 #include <unistd.h>
+#include <xcb/xcb.h>
 
 namespace {
 
 using namespace client;
 
+// Whether the display answers: one that is only named, as after "su" or over a broken line, would end the window's
+// program before it can ask anything.
 bool HasDisplay()
 {
     const char* pszDisplay = std::getenv("DISPLAY");
-    return pszDisplay && *pszDisplay;
+    if (!pszDisplay || !*pszDisplay)
+        return false;
+    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> pConnection(xcb_connect(pszDisplay, nullptr),
+                                                                                   &xcb_disconnect);
+    return xcb_connection_has_error(pConnection.get()) == 0;
 }
 
 // Returns only if the client's program cannot be started.
@@ -73,8 +82,12 @@ ExitCode RunOnTerminal(bool bYes)
 ExitCode Run(int argc, char** argv)
 {
     const std::string_view strOption = argc > 1 ? argv[1] : "";
+    if (argc == 2 && strOption == "--version") {
+        std::printf("Uninstall %s\n", kProgramVersion);
+        return kDone;
+    }
     if (argc > 2 || (argc == 2 && strOption != "--yes" && strOption != "--terminal")) {
-        std::fprintf(stderr, "usage: Uninstall [--yes | --terminal]\n");
+        std::fprintf(stderr, "usage: Uninstall [--yes | --terminal | --version]\n");
         return kUsage;
     }
     if (argc == 1 && HasDisplay())

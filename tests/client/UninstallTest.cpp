@@ -141,8 +141,10 @@ TEST(Uninstall, AsksFirst)
     const Installation installation;
     EXPECT_EQ(RunProgram(installation.Program()).nExitCode, 3) << "no terminal";
     ::setenv("DISPLAY", ":nowhere", 1);
-    EXPECT_EQ(RunProgram(installation.Program()).nExitCode, 3) << "nor a program that could show the window";
+    EXPECT_EQ(RunProgram(installation.Program()).nExitCode, 3) << "nor a display that answers";
+    EXPECT_EQ(test::RunOnTerminal(installation.Program(), "n\n").nExitCode, 3) << "the terminal is asked instead";
     ::unsetenv("DISPLAY");
+    EXPECT_EQ(RunProgram(installation.Program() + " --version").strOutput, "Uninstall " PROJECT_VERSION "\n");
     EXPECT_EQ(RunProgram(installation.Program() + " --force").nExitCode, 2);
     EXPECT_EQ(RunProgram(installation.Program() + " --yes --yes").nExitCode, 2);
     EXPECT_EQ(test::RunOnTerminal(installation.Program(), "n\n").nExitCode, 3);

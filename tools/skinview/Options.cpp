@@ -19,6 +19,7 @@ Instead of the window:
   --check            only tell what is not used
   --shot FILE.png    draw the window, and end
   --sheet FILE.png   draw everything that the window skin has on one sheet, and end
+  --help, --version  tell this, or the version, and end
 
 What is shown:
   --window NAME      the window skin of that target (the first one)
@@ -71,6 +72,7 @@ struct Flag {
 };
 constexpr Flag kFlags[] = {
     { "--help", [](Options& o) { o.task = Task::Help; } },
+    { "--version", [](Options& o) { o.task = Task::Version; } },
     { "--check", [](Options& o) { o.task = Task::Check; } },
     { "--inactive", [](Options& o) { o.bInactive = true; } },
     { "--maximised", [](Options& o) { o.bMaximised = true; } },
@@ -152,7 +154,8 @@ std::optional<Options> ReadOptions(const std::vector<std::string>& arguments, st
             options.skin = strArgument;
         }
     }
-    if (options.skin.empty() && options.task != Task::Help) {
+    const bool bWithoutSkin = options.task == Task::Help || options.task == Task::Version;
+    if (options.skin.empty() && !bWithoutSkin) {
         *pFault = "which skin?";
         return std::nullopt;
     }

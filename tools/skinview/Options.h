@@ -7,7 +7,7 @@
 
 namespace skinview {
 
-enum class Task { Show, Check, Shot, Sheet, Help };
+enum class Task { Show, Check, Shot, Sheet, Help, Version };
 
 struct Options {
     Task task = Task::Show;

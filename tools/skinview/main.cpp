@@ -1,6 +1,7 @@
 // skinview: shows a skin to its author. Options.cpp says what it can do and what its exit codes mean.
 #include "tools/skinview/FileWatch.h"
 #include "tools/skinview/View.h"
+#include "version/Version.h"
 
 #include <atomic>
 #include <iostream>
@@ -98,6 +99,9 @@ int Run(const std::vector<std::string>& arguments)
     switch (options->task) {
     case Task::Help:
         std::cout << kHelp;
+        return kDone;
+    case Task::Version:
+        std::cout << "skinview " << kProgramVersion << '\n';
         return kDone;
     case Task::Check:
         return CheckOnly(*options, std::cout);
