@@ -21,10 +21,8 @@ trap 'rm -rf "$work"' EXIT
 dpkg-deb --extract "$deb" "$work/root"
 
 (cd "$work/root/usr/include/pelkgui" && find . -name '*.h' -printf '%P\n') | sort >"$work/headers"
-while read -r header; do
-    echo "#include <$header>" >"$work/alone.cpp"
-    g++ -std=c++20 -fsyntax-only -Wall -Wextra -Werror -I "$work/root/usr/include/pelkgui" "$work/alone.cpp"
-done < <(grep -E '^(xml|look|skin|skinwnd)/|^[a-z0-9]+\.h$' "$work/headers")
+grep -E '^(xml|look|skin|skinwnd)/|^[a-z0-9]+\.h$' "$work/headers" | xargs -P "$(nproc)" -I HEADER sh -c \
+    "echo '#include <HEADER>' | g++ -std=c++20 -fsyntax-only -Wall -Wextra -Werror -I '$work/root/usr/include/pelkgui' -xc++ -"
 echo "headers: $(wc -l <"$work/headers"), each that programs include compiles alone"
 
 # prove_example HOW CMAKE OPTION...: the window shows its skin: border, close button, inside, border.

@@ -62,8 +62,6 @@ step_tidy() {
         xargs -n 2 -P "$(nproc)" clang-tidy -p build/asan --quiet 2>/dev/null
 }
 
-# Only when asked for: it compiles the floor twice more, for the shared library and inside the example's own build,
-# which takes longer than a minute on two cores.
 step_package() { scripts/package.sh; }
 
 step_desktop() {
@@ -73,7 +71,7 @@ step_desktop() {
 
 scripts/deps.sh
 steps=("$@")
-[ ${#steps[@]} -gt 0 ] || steps=(style release asan tsan fuzz tidy desktop)
+[ ${#steps[@]} -gt 0 ] || steps=(style release package asan tsan fuzz tidy desktop)
 for name in "${steps[@]}"; do
     step "$name"
 done
