@@ -410,8 +410,7 @@ std::shared_ptr<TextFont> TextFont::of(FontRequest request)
     const auto slots = std::span(kept.get());
     const auto found =
         std::find_if(slots.begin(), slots.end(), [&](const auto& font) { return font && font->request_ == request; });
-    const std::shared_ptr<TextFont> font =
-        found != slots.end() ? *found : std::make_shared<TextFont>(std::move(request));
+    std::shared_ptr<TextFont> font = found != slots.end() ? *found : std::make_shared<TextFont>(std::move(request));
     moved = font;
     for (std::shared_ptr<TextFont>& slot : slots) {
         std::swap(slot, moved);
