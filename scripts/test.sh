@@ -19,7 +19,7 @@ build_and_test() {
     shift
     cmake --preset "$preset" >/dev/null
     if [ $# -gt 0 ]; then
-        only=(-L "^($(printf '%s|' "$@" | sed 's/test_//g; s/platform_win32_/platform.win32./g; s/platform_mfc/platform.mfc/; s/|$//'))\$")
+        only=(-L "^($(printf '%s|' "$@" | sed 's/test_//g; s/platform_win32_/platform.win32./g; s/platform_mfc/platform.mfc/; s/tools_/tools./; s/|$//'))\$")
         cmake --build --preset "$preset" --target "$@"
     else
         cmake --build --preset "$preset"
@@ -30,8 +30,9 @@ build_and_test() {
 step_style() { scripts/format.sh --check; }
 step_release() { build_and_test release; }
 step_asan() { build_and_test asan; }
-step_tsan() { # the rooms where threads meet
-    build_and_test tsan test_platform_win32_{kernel,shell,screen,user,comctl,advapi,setupapi} test_platform_mfc test_setup
+step_tsan() { # the rooms where threads meet, and what draws and runs on them
+    build_and_test tsan test_platform_win32_{kernel,shell,screen,user,gdi,comctl,advapi,setupapi} test_platform_mfc \
+        test_skinwnd test_setup test_client test_tools_skinview
 }
 
 # Builds all of ours with clang, too.
