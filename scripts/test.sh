@@ -59,7 +59,7 @@ wait_all() { for pid in $(jobs -p); do wait "$pid"; done; }
 step_tidy() {
     cmake --preset asan >/dev/null
     sed -n 's/^ *"file": "\(.*\)",*$/\1/p' build/asan/compile_commands.json | sort -u |
-        grep -vE '/(tests|examples)/|_exported\.dir/|\.res\.cpp$' |
+        grep -vE '/(tests|examples)/|\.res\.cpp$' |
         xargs -n 2 -P "$(nproc)" clang-tidy -p build/asan --quiet 2>/dev/null
 }
 

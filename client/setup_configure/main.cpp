@@ -1,7 +1,8 @@
 // SetupConfigure [--version]
-// Gives the user who runs it the client's settings file and its menu entry. The client is the one in
-// this program's own folder; --version tells the program's version instead. Exit code 0: both are there; 1, with the
-// fault on standard error: at least one could not be written.
+// Gives the user who runs it the client's settings file and its menu entry. The client is the one in this program's own
+// folder. With --version it only tells its version.
+//
+// Exit code 0: both are there; 1, with the fault on standard error: at least one could not be written.
 #include "client/install/UserFolders.h"
 #include "client/setup_configure/Configure.h"
 #include "version/Version.h"
